@@ -1,0 +1,172 @@
+"""Equivalence by simulation with iverilog: the source runs under random or scripted stimulus and its inputs and
+outputs are written down; the netlist then runs on the same inputs, and every output is compared at every sample.
+An unknown output of the source may be anything in the netlist; a floating one must float."""
+
+from pathlib import Path
+
+from design import ROOT, run, top_module_name
+
+CLOCKS = ("clk", "clock", "c")
+RESETS = {"rst": 1, "reset": 1, "rst_n": 0, "reset_n": 0, "rstn": 0}
+HERE = Path(__file__).resolve().parent
+
+
+def vector(port):
+    return f"[{port.width - 1}:0]"
+
+
+def escaped(name):
+    return "\\" + name + " "
+
+
+def declarations(ports):
+    kinds = {"input": "reg", "output": "wire", "inout": "wire"}
+    return "\n".join(f"  {kinds[p.direction]} {vector(p)} {escaped(p.name)};" for p in ports)
+
+
+def instance(module, parameters, ports):
+    values = ", ".join(f".{k}({v})" for k, v in parameters.items())
+    connections = ", ".join(f".{escaped(p.name)}({escaped(p.name)})" for p in ports)
+    return f"  {escaped(module)} {'#(' + values + ')' if values else ''} dut ({connections});"
+
+
+def random_stimulus(ports):
+    """Inputs of one cycle: random words, with runs of all zeros and all ones mixed in, and a rare reset."""
+    lines = []
+    for p in ports:
+        if p.direction != "input" or p.name in CLOCKS:
+            continue
+        if p.name in RESETS:
+            active = RESETS[p.name]
+            lines.append(f"    {p.name} = (cycle < 3 || ($urandom(seed) % 500) == 0) ? {active} : {1 - active};")
+            continue
+        words = ", ".join(["$urandom(seed)"] * ((p.width + 31) // 32))
+        lines.append(f"    case ($urandom(seed) % 16) 0: {escaped(p.name)} = 0; 1: {escaped(p.name)} = ~0; "
+                     f"default: {escaped(p.name)} = {{{words}}}; endcase")
+    return "\n".join(lines)
+
+
+def clock_edges(ports, sample):
+    clocks = [p.name for p in ports if p.direction == "input" and p.name in CLOCKS]
+    lines = [f"      #5; {sample}"]
+    for clock in clocks:
+        lines += [f"      {clock} = 1; #5; {sample}", f"      {clock} = 0; #5;"]
+    initial = " ".join(f"{c} = 0;" for c in clocks)
+    return initial, "\n".join(lines)
+
+
+def gold_bench(design, ports):
+    inputs = [p for p in ports if p.direction == "input" and p.name not in CLOCKS]
+    outputs = [p for p in ports if p.direction != "input"]
+    driven = "{" + ", ".join(escaped(p.name) for p in inputs) + "}"
+    seen = "{" + ", ".join(escaped(p.name) for p in outputs) + "}"
+    initial, edges = clock_edges(ports, f'$fdisplay(out_file, "%b", {seen});')
+    if "stimulus" in design.options:
+        extra = f'  `include "{HERE / "stimulus" / design.options["stimulus"]}.v"'
+        drive = "    stimulus;"
+    else:
+        extra = ""
+        drive = random_stimulus(ports)
+    return f"""`timescale 1ns/1ps
+module bench;
+  integer in_file, out_file, cycle, seed;
+{declarations(ports)}
+{instance(design.top, design.parameters, ports)}
+{extra}
+  task drive; begin
+{drive}
+  end endtask
+  initial begin
+    seed = 32'h1badcafe;
+    in_file = $fopen("inputs.txt"); out_file = $fopen("gold.txt");
+    {initial}
+    for (cycle = 0; cycle < {design.cycles}; cycle = cycle + 1) begin
+      drive;
+      $fdisplay(in_file, "%b", {driven or "1'b0"});
+{edges}
+    end
+    $finish;
+  end
+endmodule
+"""
+
+
+def gate_bench(module, ports):
+    inputs = [p for p in ports if p.direction == "input" and p.name not in CLOCKS]
+    outputs = [p for p in ports if p.direction != "input"]
+    driven = "{" + ", ".join(escaped(p.name) for p in inputs) + "}"
+    seen = "{" + ", ".join(escaped(p.name) for p in outputs) + "}"
+    width = sum(p.width for p in inputs)
+    initial, edges = clock_edges(ports, f'$fdisplay(out_file, "%b", {seen});')
+    return f"""`timescale 1ns/1ps
+module bench;
+  integer in_file, out_file;
+  reg [{width - 1}:0] word;
+{declarations(ports)}
+{instance(module, {}, ports)}
+  initial begin
+    in_file = $fopen("inputs.txt", "r"); out_file = $fopen("gate.txt");
+    {initial}
+    while ($fscanf(in_file, "%b\\n", word) == 1) begin
+      {driven} = word;
+{edges}
+    end
+    $finish;
+  end
+endmodule
+"""
+
+
+def simulate_one(bench, sources, include_dirs, directory, name):
+    path = directory / f"{name}_bench.v"
+    path.write_text(bench)
+    includes = [word for d in include_dirs for word in ("-I", d)]
+    run(["iverilog", "-g2005", "-o", directory / f"{name}.vvp", "-s", "bench", *includes, path, *sources], directory)
+    run(["vvp", "-n", directory / f"{name}.vvp"], directory)
+
+
+def differs(gold, gate):
+    return any(a != "x" and a != b for a, b in zip(gold, gate)) or len(gold) != len(gate)
+
+
+def named_difference(ports, gold, gate):
+    at, names = 0, []
+    for p in ports:
+        if p.direction == "input":
+            continue
+        a, b = gold[at:at + p.width], gate[at:at + p.width]
+        at += p.width
+        if differs(a, b):
+            names.append(f"{p.name}: source {a}, netlist {b}")
+    return "; ".join(names)
+
+
+def compare(ports, directory):
+    """Compares the two recordings; the answer tells how much of it was defined, so that an empty run is seen."""
+    gold = (directory / "gold.txt").read_text().split()
+    gate = (directory / "gate.txt").read_text().split()
+    if len(gold) != len(gate) or not gold:
+        raise RuntimeError(f"the recordings have {len(gold)} and {len(gate)} samples")
+    for number, (a, b) in enumerate(zip(gold, gate)):
+        if differs(a, b):
+            raise RuntimeError(f"sample {number} differs: {named_difference(ports, a, b)}")
+    known = sum(1 for line in gold for bit in line if bit in "01")
+    total = sum(len(line) for line in gold)
+    if known * 4 < total:
+        raise RuntimeError(f"only {known} of {total} output bits of the source were defined; the stimulus says too little")
+    return f"simulated, {len(gold)} samples, {100 * known // total} % of the output bits defined"
+
+
+def simulate_gold(design, ports, directory):
+    simulate_one(gold_bench(design, ports), design.sources, design.include_dirs, directory, "gold")
+
+
+def simulate_gate(netlist, ports, directory):
+    module = top_module_name(netlist, directory)
+    simulate_one(gate_bench(module, ports), [netlist], [], directory, "gate")
+
+
+def simulate(design, netlist, ports, directory):
+    simulate_gold(design, ports, directory)
+    simulate_gate(netlist, ports, directory)
+    return compare(ports, directory)
