@@ -3,6 +3,7 @@
 #ifndef CDB_SGATE_NODE_H
 #define CDB_SGATE_NODE_H
 
+#include <climits>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -232,8 +233,13 @@ class CDB_SGATE_COMPONENT;
 class CDB_COMPONENT_PORT {
 public:
   const std::string& get_name() const { return m_name; }
-  /// Bit of the port, or -1 for a port of one bit without an index.
+  /// Bit of the port; NO_INDEX for a port of one bit without an index.
+  static constexpr int NO_INDEX = INT_MIN;
   int get_index() const { return m_index; }
+  /// NAME or NAME[index].
+  std::string get_full_name() const {
+    return m_index == NO_INDEX ? m_name : m_name + "[" + std::to_string(m_index) + "]";
+  }
   /// Position among the ports of a component with positional ports, from 0; -1 otherwise.
   int get_position() const { return m_position; }
   CDB_IO_DIRECTION get_direction() const { return m_direction; }
@@ -248,7 +254,7 @@ private:
   friend class CDB_SGATE_COMPONENT;
   CDB_SGATE_COMPONENT* m_component = nullptr;
   std::string m_name;
-  int m_index = -1;
+  int m_index = NO_INDEX;
   int m_position = -1;
   unsigned m_number = 0;
   CDB_IO_DIRECTION m_direction = CDB_IO_INPUT;

@@ -1,0 +1,69 @@
+// zelk-host: a small design tool around the front end. Sources in, netlists and messages out.
+#include <unistd.h>
+
+#include <cstdio>
+#include <iostream>
+#include <memory>
+
+#include "command_line.h"
+#include "fio.h"
+#include "flow/run.h"
+#include "output/text_diagnostics.h"
+#include "output/writer.h"
+
+namespace {
+
+enum EXIT_STATUS { EXIT_DONE = 0, EXIT_DESIGN_ERRORS = 1, EXIT_WRONG_USAGE = 2, EXIT_INTERNAL_ERROR = 3 };
+
+TEXT_DIAGNOSTICS::COLOR color_of(const COMMAND_LINE& command) {
+  bool is_on = command.color == "always" || (command.color == "auto" && ::isatty(STDERR_FILENO));
+  return is_on ? TEXT_DIAGNOSTICS::COLOR_ON : TEXT_DIAGNOSTICS::COLOR_OFF;
+}
+
+bool warnings_count(const COMMAND_LINE& command) {
+  return command.werror && msg_get_default_report()->get_message_count(MSG_KIND_WARNING) != 0;
+}
+
+void write_outputs(const COMMAND_LINE& command, RUN& run) {
+  if (command.outputs.empty() && !command.stats) return;
+  DESIGN_VIEW view(run.get_design());
+  for (const std::string& path : command.outputs) write_output(path, view, run.get_stage_times());
+  if (command.stats) std::cout << write_report(view, run.get_stage_times());
+}
+
+EXIT_STATUS run_design(const COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project, ANALYZER_LIBRARY& library) {
+  RUN run(project, library, command.run);
+  if (command.progress)
+    run.set_progress(
+        [](const char* step, const std::string& object) { std::fprintf(stderr, "%s %s\n", step, object.c_str()); });
+  bool is_good = run.execute();
+  if (is_good && !warnings_count(command) && !command.run.is_lint) write_outputs(command, run);
+  if (MSG_INTERNAL_ERROR::get_count()) return EXIT_INTERNAL_ERROR;
+  return is_good && !has_errors() && !warnings_count(command) ? EXIT_DONE : EXIT_DESIGN_ERRORS;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  COMMAND_LINE command;
+  // The library outlives the project, whose design units hold its elaborators.
+  ANALYZER_LIBRARY library;
+  HDB_ACTION_PT_INSTANCE project;
+  switch (parse_command_line(argc, argv, command, project)) {
+  case PARSE_RESULT::DONE: return EXIT_DONE;
+  case PARSE_RESULT::WRONG_USAGE: return EXIT_WRONG_USAGE;
+  case PARSE_RESULT::RUN: break;
+  }
+  TEXT_DIAGNOSTICS diagnostics(stderr, color_of(command),
+                               command.quiet ? TEXT_DIAGNOSTICS::DETAIL_QUIET : TEXT_DIAGNOSTICS::DETAIL_ALL);
+  msg_get_default_report()->set_sink(&diagnostics);
+  std::string problem;
+  if (!library.load(problem)) {
+    std::fprintf(stderr, "zelk-host: %s\n", problem.c_str());
+    return EXIT_INTERNAL_ERROR;
+  }
+  EXIT_STATUS status = run_design(command, project, library);
+  diagnostics.print_summary();
+  msg_get_default_report()->set_sink(nullptr);
+  return status;
+}

@@ -1,0 +1,176 @@
+// Nodes: the making and finding of their terms, operators' widths, components' ports and parameters.
+#include "cdb_sgate_node.h"
+
+#include <algorithm>
+
+#include "msg.h"
+
+namespace {
+
+/// Nodes of fewer terms are searched by a scan, which is all that gates and registers need.
+constexpr size_t SCAN_LIMIT = 8;
+
+} // namespace
+
+CDB_SGATE_NODE::~CDB_SGATE_NODE() = default;
+
+void CDB_SGATE_NODE::set_string_name(const char* name) {
+  m_has_name = name != nullptr;
+  m_name = name ? name : "";
+}
+
+void CDB_SGATE_NODE::set_source_location(const char* file, unsigned line) {
+  m_source_file = file ? file : "";
+  m_source_line = line;
+}
+
+namespace {
+
+template <class TERM>
+TERM* find_term(const std::vector<std::unique_ptr<TERM>>& terms, const std::unordered_map<uint64_t, TERM*>& index,
+                uint64_t key, int type, unsigned number) {
+  if (terms.size() > SCAN_LIMIT) {
+    auto at = index.find(key);
+    return at == index.end() ? nullptr : at->second;
+  }
+  for (const auto& term : terms)
+    if (term->get_type() == type && term->get_index() == number) return term.get();
+  return nullptr;
+}
+
+template <class TERM> void index_terms(const std::vector<std::unique_ptr<TERM>>& terms, auto key_of, auto& index) {
+  if (terms.size() <= SCAN_LIMIT) return;
+  size_t first = index.empty() ? 0 : terms.size() - 1;
+  for (size_t i = first; i < terms.size(); i++) index.emplace(key_of(*terms[i]), terms[i].get());
+}
+
+} // namespace
+
+CDB_SGATE_ITERM* CDB_SGATE_NODE::find_iterm(int type, unsigned index) const {
+  return find_term(m_iterms, m_iterm_index, key(type, index), type, index);
+}
+
+CDB_SGATE_OTERM* CDB_SGATE_NODE::find_oterm(int type, unsigned index) const {
+  return find_term(m_oterms, m_oterm_index, key(type, index), type, index);
+}
+
+CDB_SGATE_ITERM* CDB_SGATE_NODE::retrieve_iterm(int type, unsigned index) {
+  if (CDB_SGATE_ITERM* term = find_iterm(type, index)) return term;
+  m_iterms.push_back(std::make_unique<CDB_SGATE_ITERM>(this, type, index));
+  index_terms(
+      m_iterms, [](const CDB_SGATE_ITERM& term) { return key(term.get_type(), term.get_index()); }, m_iterm_index);
+  return m_iterms.back().get();
+}
+
+CDB_SGATE_OTERM* CDB_SGATE_NODE::retrieve_oterm(int type, unsigned index) {
+  if (CDB_SGATE_OTERM* term = find_oterm(type, index)) return term;
+  m_oterms.push_back(std::make_unique<CDB_SGATE_OTERM>(this, type, index));
+  index_terms(
+      m_oterms, [](const CDB_SGATE_OTERM& term) { return key(term.get_type(), term.get_index()); }, m_oterm_index);
+  return m_oterms.back().get();
+}
+
+CDB_SGATE_ITERM* CDB_SGATE_NODE::insert_unordered_fanin_term() {
+  unsigned index = m_iterms.empty() ? 0 : m_iterms.back()->get_index() + 1;
+  return retrieve_iterm(CDB_TERM_UNORDERED, index);
+}
+
+void CDB_SGATE_NODE::set_input_term(CDB_SGATE_ITERM* term, unsigned index) {
+  CDB_SGATE_ITERM* mine = retrieve_iterm(term->get_type(), index);
+  if (mine == term) return;
+  CDB_SGATE_OTERM* source = term->get_source();
+  bool is_gnd = term->is_gnd();
+  bool is_vcc = term->is_vcc();
+  term->disconnect_from_source(0);
+  if (source) source->insert_fanout(mine);
+  if (is_gnd) mine->set_gnd();
+  if (is_vcc) mine->set_vcc();
+}
+
+CDB_SGATE_ITERM* CDB_SGATE_NODE::get_single_iterm() const {
+  return m_iterms.size() == 1 ? m_iterms.front().get() : nullptr;
+}
+
+CDB_SGATE_OTERM* CDB_SGATE_NODE::get_first_oterm() const { return m_oterms.empty() ? nullptr : m_oterms.front().get(); }
+
+bool CDB_SGATE_NODE::has_constant_fanin() const {
+  return std::any_of(m_iterms.begin(), m_iterms.end(), [](const auto& term) { return term->is_constant(); });
+}
+
+void CDB_SGATE_NODE::remove_iterm(CDB_SGATE_ITERM* term) {
+  m_iterm_index.erase(key(term->get_type(), term->get_index()));
+  std::erase_if(m_iterms, [term](const auto& mine) { return mine.get() == term; });
+  if (m_iterms.size() <= SCAN_LIMIT) m_iterm_index.clear();
+}
+
+namespace {
+
+unsigned width_of(const auto& terms, int type) {
+  unsigned width = 0;
+  for (const auto& term : terms)
+    if (term->get_type() == type) width = std::max(width, term->get_index() + 1);
+  return width;
+}
+
+} // namespace
+
+unsigned CDB_SGATE_OPERATOR::get_input_width(int term) const { return width_of(get_iterms(), term); }
+unsigned CDB_SGATE_OPERATOR::get_output_width(int term) const { return width_of(get_oterms(), term); }
+
+CDB_SGATE_ITERM* CDB_COMPONENT_PORT::retrieve_iterm() {
+  if (!m_iterm) m_iterm = m_component->CDB_SGATE_NODE::retrieve_iterm(CDB_TERM_DATA, m_number);
+  return m_iterm;
+}
+
+CDB_SGATE_OTERM* CDB_COMPONENT_PORT::retrieve_oterm() {
+  if (!m_oterm) m_oterm = m_component->CDB_SGATE_NODE::retrieve_oterm(CDB_TERM_OUTPUT, m_number);
+  return m_oterm;
+}
+
+void CDB_SGATE_COMPONENT::set_parameter(const char* name, const char* value, int type) {
+  for (PARAMETER& parameter : m_parameters) {
+    if (parameter.name != name) continue;
+    parameter.value = value ? value : "";
+    parameter.type = type;
+    return;
+  }
+  m_parameters.push_back({name, -1, value ? value : "", type});
+}
+
+void CDB_SGATE_COMPONENT::set_parameter_at_pos(int position, const char* value, int type) {
+  m_parameters.push_back({"", position, value ? value : "", type});
+}
+
+CDB_COMPONENT_PORT* CDB_SGATE_COMPONENT::retrieve_port(const std::string& name, int index, int position,
+                                                       CDB_IO_DIRECTION direction) {
+  std::string key = name + '\n' + std::to_string(index) + '\n' + std::to_string(position);
+  CDB_COMPONENT_PORT*& port = m_port_index[key];
+  if (port) return port;
+  m_ports.push_back(std::make_unique<CDB_COMPONENT_PORT>());
+  port = m_ports.back().get();
+  port->m_component = this;
+  port->m_name = name;
+  port->m_index = index;
+  port->m_position = position;
+  port->m_number = static_cast<unsigned>(m_ports.size() - 1);
+  port->m_direction = direction;
+  return port;
+}
+
+CDB_COMPONENT_PORT* CDB_SGATE_COMPONENT::retrieve_known_port(const char* name, CDB_IO_DIRECTION direction) {
+  std::string text(name);
+  size_t bracket = text.rfind('[');
+  bool has_index = bracket != std::string::npos && bracket > 0 && text.back() == ']' && text[bracket + 1] != ']' &&
+                   text.find_first_not_of("-0123456789", bracket + 1) == text.size() - 1;
+  if (!has_index) return retrieve_port(text, CDB_COMPONENT_PORT::NO_INDEX, -1, direction);
+  return retrieve_port(text.substr(0, bracket), std::stoi(text.substr(bracket + 1)), -1, direction);
+}
+
+CDB_COMPONENT_PORT* CDB_SGATE_COMPONENT::retrieve_unknown_port(const char* name, int index,
+                                                               CDB_IO_DIRECTION direction) {
+  return retrieve_port(name, index < 0 ? CDB_COMPONENT_PORT::NO_INDEX : index, -1, direction);
+}
+
+CDB_COMPONENT_PORT* CDB_SGATE_COMPONENT::retrieve_nameless_port(int position, int index, CDB_IO_DIRECTION direction) {
+  return retrieve_port("", index < 0 ? CDB_COMPONENT_PORT::NO_INDEX : index, position, direction);
+}

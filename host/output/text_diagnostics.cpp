@@ -1,0 +1,70 @@
+// Presents messages as text.
+#include "text_diagnostics.h"
+
+#include <fmt/format.h>
+#include <string_view>
+
+namespace {
+
+struct LOOK {
+  const char* word;
+  const char* style;
+};
+
+constexpr LOOK looks[] = {
+    {"error", "\033[1;31m"}, {"info", "\033[1;36m"}, {"warning", "\033[1;35m"}}; // by MSG_KIND_ENUM
+constexpr const char* STYLE_OFF = "\033[0m";
+constexpr const char* STYLE_DIM = "\033[2m";
+
+/// Messages that only make sense after another one.
+bool is_note(const MSG_BASE& message) {
+  if (message.get_kind() != MSG_KIND_INFO) return false;
+  for (std::string_view part : {"SEE_DECLARATION", "DECLARED_HERE", "_IS_HERE"})
+    if (message.get_name().find(part) != std::string::npos) return true;
+  return false;
+}
+
+std::string plural(unsigned count, const char* word) {
+  return fmt::format("{} {}{}", count, word, count == 1 ? "" : "s");
+}
+
+} // namespace
+
+std::string TEXT_DIAGNOSTICS::styled(const char* style, const std::string& text) const {
+  return m_color == COLOR_ON ? style + text + STYLE_OFF : text;
+}
+
+void TEXT_DIAGNOSTICS::on_message(const MSG_BASE& message) {
+  if (m_detail == DETAIL_QUIET && message.get_kind() == MSG_KIND_INFO && !is_note(message)) return;
+  const LOOK& look = looks[message.get_kind()];
+  std::string indent = is_note(message) ? "  " : "";
+  std::string word = is_note(message) ? "note" : look.word;
+  std::string text = fmt::format("{}{}: {}\n", indent, styled(look.style, fmt::format("{} {}", word, message.get_id())),
+                                 message.get_text());
+  std::string source;
+  if (message.has_location() && m_lines.get(message.get_file(), message.get_line(), source))
+    text += fmt::format("{}{} {}\n", indent, styled(STYLE_DIM, fmt::format("{:>6} |", message.get_line())), source);
+  std::fwrite(text.data(), 1, text.size(), m_stream);
+}
+
+void TEXT_DIAGNOSTICS::on_internal_error(const std::string& text, const std::string& area, const std::string& file,
+                                         int line) {
+  std::string all = fmt::format("{}: {} ({}, {}:{})\n", styled(looks[MSG_KIND_ERROR].style, "internal error"), text,
+                                area, file, line);
+  std::fwrite(all.data(), 1, all.size(), m_stream);
+  std::fflush(m_stream);
+}
+
+void TEXT_DIAGNOSTICS::on_debug(const std::string& tag, const std::string& text) {
+  std::string all = fmt::format("{} {}\n", styled(STYLE_DIM, tag + ":"), text);
+  std::fwrite(all.data(), 1, all.size(), m_stream);
+}
+
+void TEXT_DIAGNOSTICS::print_summary() {
+  MSG_REPORT* report = msg_get_default_report();
+  std::string text = fmt::format("{}, {}", plural(report->get_message_count(MSG_KIND_ERROR), "error"),
+                                 plural(report->get_message_count(MSG_KIND_WARNING), "warning"));
+  if (MSG_INTERNAL_ERROR::get_count()) text += ", " + plural(MSG_INTERNAL_ERROR::get_count(), "internal error");
+  fmt::print(m_stream, "{}\n", text);
+  std::fflush(m_stream);
+}

@@ -1,0 +1,63 @@
+// Writers of outputs: each turns a design into the text of one file format. They read the design and change nothing.
+#ifndef HOST_WRITER_H
+#define HOST_WRITER_H
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "flow/run.h"
+#include "flow/unit_result.h"
+#include "module_view.h"
+
+/// The views of all units of a design, made once for all writers.
+class DESIGN_VIEW {
+public:
+  explicit DESIGN_VIEW(const DESIGN& design);
+  /// The top first.
+  const std::vector<std::unique_ptr<MODULE_VIEW>>& get_modules() const { return m_modules; }
+  const MODULE_VIEW* get_module(const UNIT_RESULT* result) const;
+  /// The module that a component instantiates; null for a black box.
+  const MODULE_VIEW* get_child(const MODULE_VIEW& parent, const CDB_SGATE_COMPONENT& component) const;
+
+private:
+  std::vector<std::unique_ptr<MODULE_VIEW>> m_modules;
+  std::unordered_map<const UNIT_RESULT*, const MODULE_VIEW*> m_by_result;
+};
+
+/// Verilog 2001, one module per unit and set of parameters.
+std::string write_verilog(const DESIGN_VIEW& design);
+/// The JSON netlist that open FPGA tools read.
+std::string write_json(const DESIGN_VIEW& design);
+/// What the netlist holds, per module and in all.
+std::string write_report(const DESIGN_VIEW& design, const std::vector<STAGE_TIME>& times);
+
+/// Writes an output by the extension of its name. False, after a message, when that failed.
+bool is_known_output(const std::string& path);
+bool write_output(const std::string& path, const DESIGN_VIEW& design, const std::vector<STAGE_TIME>& times);
+
+/// A parameter's value in the notation of the design database: its kind and its text. Kinds: 'i' a number as Verilog
+/// reads it, 's' a string, 'r' a real number.
+struct PARAMETER_VALUE {
+  char kind;
+  std::string text;
+};
+PARAMETER_VALUE read_parameter_value(const std::string& text);
+
+/// One port of a black box as its connections tell it, lowest bit first.
+struct BLACK_BOX_PORT {
+  std::string name; // empty for a positional one
+  CDB_IO_DIRECTION direction;
+  BITS bits;
+};
+std::vector<BLACK_BOX_PORT> black_box_ports(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component);
+
+/// The bits that a component connects to a port of its module, lowest bit first.
+BITS connected_bits(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child,
+                    const SIGNAL& port);
+
+/// Cells of the host itself rather than of the user.
+bool is_full_adder(const CDB_SGATE_COMPONENT& component);
+
+#endif
