@@ -88,6 +88,13 @@ private:
   void write_gate(const NODE_GROUP& group);
   void write_register(const NODE_GROUP& group);
   void write_latch(const NODE_GROUP& group);
+  /// Data that is taken while an enable is 1.
+  struct LEVEL_LOAD {
+    BIT enable;
+    BITS data;
+  };
+  /// Makes a control that forces a constant win over a load.
+  void override_load(LEVEL_LOAD& load, const BIT& control, BIT::KIND value, const CDB_SGATE_NODE& node);
   void write_bus(const CDB_SGATE_NODE& node);
   void write_component(const CDB_SGATE_COMPONENT& component);
   void write_full_adder(const CDB_SGATE_COMPONENT& component);
@@ -134,6 +141,8 @@ void JSON_MODULE::write(bool is_top) {
     module["parameter_default_values"] = defaults;
   }
   write_ports(module);
+  // Cells and nets share one name space.
+  for (const SIGNAL& signal : m_view.get_signals()) m_cell_names.reserve(signal.name);
   for (const NODE_GROUP& group : m_view.get_groups()) write_group(group);
   module["cells"] = std::move(m_cells);
   write_names(module);
@@ -318,6 +327,16 @@ void JSON_MODULE::write_gate(const NODE_GROUP& group) {
 
 bool is_level(const BIT& bit, BIT::KIND level) { return bit.kind == level; }
 
+void JSON_MODULE::override_load(LEVEL_LOAD& load, const BIT& control, BIT::KIND value, const CDB_SGATE_NODE& node) {
+  BITS data = new_nets(load.data.size());
+  CELL mux("$mux");
+  mux.set("WIDTH", data.size()).in("A", load.data).in("B", BITS(data.size(), BIT{value})).in("S", {control});
+  add(mux.out("Y", data), node);
+  BIT enable = new_net();
+  add_binary("$or", {load.enable}, {control}, {enable}, node);
+  load = {enable, data};
+}
+
 void JSON_MODULE::write_register(const NODE_GROUP& group) {
   const CDB_SGATE_NODE& node = *group.first();
   REGISTER_CONTROLS controls = m_view.controls(node);
@@ -332,22 +351,11 @@ void JSON_MODULE::write_register(const NODE_GROUP& group) {
   cell.set("WIDTH", q.size()).set("CLK_POLARITY", controls.clock_falls ? 0 : 1);
   if (has_load) {
     // Reset and set become parts of the load and of what is loaded.
-    BITS data = m_view.group_inputs(group, CDB_TERM_ASYNC_DATA);
-    BIT load = controls.load;
-    auto override_by = [&](const BIT& control, BIT::KIND value) {
-      BITS next = new_nets(data.size());
-      CELL mux("$mux");
-      mux.set("WIDTH", data.size()).in("A", data).in("B", BITS(data.size(), BIT{value})).in("S", {control});
-      add(mux.out("Y", next), node);
-      data = next;
-      BIT any = new_net();
-      add_binary("$or", {load}, {control}, {any}, node);
-      load = any;
-    };
-    if (has_set) override_by(controls.set, BIT::ONE);
-    if (has_reset) override_by(controls.reset, BIT::ZERO);
+    LEVEL_LOAD load{controls.load, m_view.group_inputs(group, CDB_TERM_ASYNC_DATA)};
+    if (has_set) override_load(load, controls.set, BIT::ONE, node);
+    if (has_reset) override_load(load, controls.reset, BIT::ZERO, node);
     cell.type = "$aldff";
-    cell.set("ALOAD_POLARITY", 1).in("ALOAD", {load}).in("AD", data);
+    cell.set("ALOAD_POLARITY", 1).in("ALOAD", {load.enable}).in("AD", load.data);
   } else if (has_reset && has_set) {
     cell.type = "$dffsr";
     cell.set("SET_POLARITY", !controls.is_async_low).set("CLR_POLARITY", !controls.is_async_low);
@@ -365,18 +373,16 @@ void JSON_MODULE::write_register(const NODE_GROUP& group) {
   for (const BIT& bit : q) m_power_up[bit.net] = power_up == CDB_POWER_UP_HIGH ? '1' : '0';
 }
 
+/// Reset and set become parts of the enable and of the data: readers agree on the plain latch, and not on the others.
 void JSON_MODULE::write_latch(const NODE_GROUP& group) {
   const CDB_SGATE_NODE& node = *group.first();
   REGISTER_CONTROLS controls = m_view.controls(node);
+  LEVEL_LOAD load{controls.clock, m_view.group_inputs(group, CDB_TERM_DATA)};
+  if (!is_level(controls.set, BIT::ZERO)) override_load(load, controls.set, BIT::ONE, node);
+  if (!is_level(controls.reset, BIT::ZERO)) override_load(load, controls.reset, BIT::ZERO, node);
   BITS q = cell_outputs(group);
-  bool is_plain = controls.reset == BIT{BIT::ZERO} && controls.set == BIT{BIT::ZERO};
-  CELL cell(is_plain ? "$dlatch" : "$dlatchsr");
-  cell.set("WIDTH", q.size()).set("EN_POLARITY", 1);
-  if (!is_plain) {
-    cell.set("SET_POLARITY", 1).set("CLR_POLARITY", 1);
-    cell.in("SET", BITS(q.size(), controls.set)).in("CLR", BITS(q.size(), controls.reset));
-  }
-  cell.in("EN", {controls.clock}).in("D", m_view.group_inputs(group, CDB_TERM_DATA)).out("Q", q);
+  CELL cell("$dlatch");
+  cell.set("WIDTH", q.size()).set("EN_POLARITY", 1).in("EN", {load.enable}).in("D", load.data).out("Q", q);
   add(cell, node);
 }
 
