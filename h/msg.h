@@ -130,6 +130,8 @@ private:
 class MSG_INTERNAL_ERROR {
 public:
   static void report(const char* text, const char* area, const char* file, int line);
+  /// For errors after which nothing can go on: reports, removes unfinished outputs and ends the process with status 3.
+  [[noreturn]] static void report_and_exit(const char* text, const char* area, const char* file, int line);
   static unsigned get_count();
   static void reset_count();
 };

@@ -138,7 +138,7 @@ PARSER::PARSER(COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project) : m_comma
   for (const ORDERED_OPTION& row : ordered_options) {
     CLI::Option* option = m_app.add_option(row.names, m_values[&row], row.help);
     option->type_name(row.value)->take_all();
-    if (row.names[0] == '-') option->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    if (row.names[0] == '-') option->allow_extra_args(false); // one value each time
     m_ordered[option] = &row;
   }
   m_app.add_option("-f", m_list, "Read options and files from a list; paths are relative to it")->type_name("FILE");

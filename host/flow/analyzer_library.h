@@ -21,6 +21,8 @@ public:
   bool load(std::string& problem);
   /// The same from a given file.
   bool load_file(const std::string& path, std::string& problem);
+  /// Takes an analyzer over that is part of the program already.
+  void use(std::unique_ptr<BASEX_ANALYZER> analyzer) { m_analyzer = std::move(analyzer); }
   BASEX_ANALYZER* get_analyzer() const { return m_analyzer.get(); }
 
 private:

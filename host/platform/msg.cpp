@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
 #include <string_view>
 #include <unordered_map>
 
 #include "cfg.h"
+#include "fio.h"
 
 namespace {
 
@@ -171,6 +174,15 @@ void MSG_INTERNAL_ERROR::report(const char* text, const char* area, const char* 
   internal_error_count++;
   if (MSG_SINK* sink = msg_get_default_report()->get_sink())
     sink->on_internal_error(text ? text : "", area ? area : "", file ? file : "", line);
+}
+
+void MSG_INTERNAL_ERROR::report_and_exit(const char* text, const char* area, const char* file, int line) {
+  constexpr int STATUS = 3;
+  report(text, area, file, line);
+  FIO_OUTPUT_FILE::remove_all();
+  std::fflush(nullptr);
+  // No statics are taken down: the state that they would walk is the one found broken.
+  std::_Exit(STATUS);
 }
 
 unsigned MSG_INTERNAL_ERROR::get_count() { return internal_error_count; }

@@ -1,11 +1,9 @@
 // Messages, settings, paths and files of the host.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
+#include <sstream>
 
 #include "acf.h"
 #include "cfg.h"
@@ -13,42 +11,16 @@
 #include "gen.h"
 #include "gen_string_hash.h"
 #include "hdb_section.h"
+#include "host/scratch_dir.h"
 #include "htl.h"
 #include "msg.h"
 #include "platform/source_lines.h"
 #include "xml_writer.h"
 
-#include <sstream>
-
 namespace {
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
-
-class SCRATCH_DIR {
-public:
-  SCRATCH_DIR() {
-    std::string name = (fs::temp_directory_path() / "host_test_XXXXXX").string();
-    m_path = ::mkdtemp(name.data());
-  }
-  ~SCRATCH_DIR() { fs::remove_all(m_path); }
-  SCRATCH_DIR(const SCRATCH_DIR&) = delete;
-  SCRATCH_DIR& operator=(const SCRATCH_DIR&) = delete;
-  std::string path(const std::string& name) const { return m_path + "/" + name; }
-  std::string write(const std::string& name, const std::string& text) const {
-    fs::create_directories(fs::path(path(name)).parent_path());
-    std::ofstream(path(name)) << text;
-    return path(name);
-  }
-
-private:
-  std::string m_path;
-};
-
-std::string read_file(const std::string& name) {
-  std::ifstream stream(name);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 TEST(Message, ArgumentsGoWhereTheirNumbersStand) {
   MSG_E message;
@@ -194,15 +166,15 @@ TEST(OutputFile, AppearsWholeOnCommitAndNeverOtherwise) {
   {
     FIO_OUTPUT_FILE file(target);
     file.write("half");
-    EXPECT_EQ(read_file(target), "former");
+    EXPECT_EQ(SCRATCH_DIR::read(target), "former");
   }
-  EXPECT_EQ(read_file(target), "former");
+  EXPECT_EQ(SCRATCH_DIR::read(target), "former");
   {
     FIO_OUTPUT_FILE file(target);
     file.write("whole");
     EXPECT_TRUE(file.commit());
   }
-  EXPECT_EQ(read_file(target), "whole");
+  EXPECT_EQ(SCRATCH_DIR::read(target), "whole");
   {
     FIO_OUTPUT_FILE file(scratch.path("missing/out.v"));
     EXPECT_FALSE(file.is_open());

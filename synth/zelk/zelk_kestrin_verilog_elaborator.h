@@ -1,0 +1,34 @@
+// The elaboration of one Verilog or SystemVerilog unit.
+#ifndef ZELK_KESTRIN_VERILOG_ELABORATOR_H
+#define ZELK_KESTRIN_VERILOG_ELABORATOR_H
+
+#include "zelk_kestrin_elaborator.h"
+
+class HDB_TYPE_DB;
+class VeriModule;
+
+class ZELK_KESTRIN_VERILOG_ELABORATOR : public ZELK_KESTRIN_ELABORATOR {
+public:
+  ~ZELK_KESTRIN_VERILOG_ELABORATOR() override;
+  Netlist* elaborate(BASEX_ELABORATE_INFO* info) override;
+
+private:
+  void set_flags();
+  void set_loop_limit(int variable, const char* key);
+  /// Finds the unit's tree again by unit and library name.
+  void bind();
+  std::vector<std::string> parameter_names() const;
+  void fetch_parameters();
+  void create_actual_parameters();
+  Netlist* run_kernel();
+  void register_parameters();
+  void register_additional_dependencies();
+  void register_ports_type();
+  void cleanup();
+
+  Map* m_interface_port_parameters = nullptr; // port id to Param, several per port
+  Map* m_actual_parameters = nullptr;         // made by the module
+  VeriModule* m_module = nullptr;
+};
+
+#endif
