@@ -2,10 +2,12 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <exception>
 #include <iostream>
 #include <memory>
 
 #include "command_line.h"
+#include "crash_guard.h"
 #include "fio.h"
 #include "flow/run.h"
 #include "output/text_diagnostics.h"
@@ -42,9 +44,7 @@ EXIT_STATUS run_design(const COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& proj
   return is_good && !has_errors() && !warnings_count(command) ? EXIT_DONE : EXIT_DESIGN_ERRORS;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+EXIT_STATUS run_program(int argc, char** argv) {
   COMMAND_LINE command;
   // The library outlives the project, whose design units hold its elaborators.
   ANALYZER_LIBRARY library;
@@ -66,4 +66,17 @@ int main(int argc, char** argv) {
   diagnostics.print_summary();
   msg_get_default_report()->set_sink(nullptr);
   return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  install_crash_guard();
+  try {
+    return run_program(argc, argv);
+  } catch (const std::exception& problem) {
+    std::fprintf(stderr, "internal error: %s (%s:%d)\n", problem.what(), __FILE__, __LINE__);
+  }
+  FIO_OUTPUT_FILE::remove_all();
+  return EXIT_INTERNAL_ERROR;
 }

@@ -2,6 +2,7 @@
 #include "cdb_sgate_node.h"
 
 #include <algorithm>
+#include <set>
 
 #include "msg.h"
 
@@ -20,54 +21,60 @@ void CDB_SGATE_NODE::set_string_name(const char* name) {
 }
 
 void CDB_SGATE_NODE::set_source_location(const char* file, unsigned line) {
-  m_source_file = file ? file : "";
+  static std::set<std::string> names;
+  m_source_file = file ? &*names.emplace(file).first : nullptr;
   m_source_line = line;
+}
+
+const std::string& CDB_SGATE_NODE::get_source_file() const {
+  static const std::string none;
+  return m_source_file ? *m_source_file : none;
 }
 
 namespace {
 
-template <class TERM>
-TERM* find_term(const std::vector<std::unique_ptr<TERM>>& terms, const std::unordered_map<uint64_t, TERM*>& index,
-                uint64_t key, int type, unsigned number) {
-  if (terms.size() > SCAN_LIMIT) {
-    auto at = index.find(key);
-    return at == index.end() ? nullptr : at->second;
-  }
+template <class TERM> TERM* scan_for_term(const std::vector<std::unique_ptr<TERM>>& terms, int type, unsigned index) {
   for (const auto& term : terms)
-    if (term->get_type() == type && term->get_index() == number) return term.get();
+    if (term->get_type() == type && term->get_index() == index) return term.get();
   return nullptr;
 }
 
-template <class TERM> void index_terms(const std::vector<std::unique_ptr<TERM>>& terms, auto key_of, auto& index) {
-  if (terms.size() <= SCAN_LIMIT) return;
-  size_t first = index.empty() ? 0 : terms.size() - 1;
-  for (size_t i = first; i < terms.size(); i++) index.emplace(key_of(*terms[i]), terms[i].get());
+template <class TERM> TERM* look_up(const std::unordered_map<uint64_t, TERM*>& index, uint64_t key) {
+  auto at = index.find(key);
+  return at == index.end() ? nullptr : at->second;
 }
 
 } // namespace
 
 CDB_SGATE_ITERM* CDB_SGATE_NODE::find_iterm(int type, unsigned index) const {
-  return find_term(m_iterms, m_iterm_index, key(type, index), type, index);
+  return m_index ? look_up(m_index->iterms, key(type, index)) : scan_for_term(m_iterms, type, index);
 }
 
 CDB_SGATE_OTERM* CDB_SGATE_NODE::find_oterm(int type, unsigned index) const {
-  return find_term(m_oterms, m_oterm_index, key(type, index), type, index);
+  return m_index ? look_up(m_index->oterms, key(type, index)) : scan_for_term(m_oterms, type, index);
 }
 
 CDB_SGATE_ITERM* CDB_SGATE_NODE::retrieve_iterm(int type, unsigned index) {
   if (CDB_SGATE_ITERM* term = find_iterm(type, index)) return term;
   m_iterms.push_back(std::make_unique<CDB_SGATE_ITERM>(this, type, index));
-  index_terms(
-      m_iterms, [](const CDB_SGATE_ITERM& term) { return key(term.get_type(), term.get_index()); }, m_iterm_index);
+  if (m_index) m_index->iterms.emplace(key(type, index), m_iterms.back().get());
+  make_index();
   return m_iterms.back().get();
 }
 
 CDB_SGATE_OTERM* CDB_SGATE_NODE::retrieve_oterm(int type, unsigned index) {
   if (CDB_SGATE_OTERM* term = find_oterm(type, index)) return term;
   m_oterms.push_back(std::make_unique<CDB_SGATE_OTERM>(this, type, index));
-  index_terms(
-      m_oterms, [](const CDB_SGATE_OTERM& term) { return key(term.get_type(), term.get_index()); }, m_oterm_index);
+  if (m_index) m_index->oterms.emplace(key(type, index), m_oterms.back().get());
+  make_index();
   return m_oterms.back().get();
+}
+
+void CDB_SGATE_NODE::make_index() {
+  if (m_index || m_iterms.size() + m_oterms.size() <= SCAN_LIMIT) return;
+  m_index = std::make_unique<TERM_INDEX>();
+  for (const auto& term : m_iterms) m_index->iterms.emplace(key(term->get_type(), term->get_index()), term.get());
+  for (const auto& term : m_oterms) m_index->oterms.emplace(key(term->get_type(), term->get_index()), term.get());
 }
 
 CDB_SGATE_ITERM* CDB_SGATE_NODE::insert_unordered_fanin_term() {
@@ -98,9 +105,8 @@ bool CDB_SGATE_NODE::has_constant_fanin() const {
 }
 
 void CDB_SGATE_NODE::remove_iterm(CDB_SGATE_ITERM* term) {
-  m_iterm_index.erase(key(term->get_type(), term->get_index()));
+  if (m_index) m_index->iterms.erase(key(term->get_type(), term->get_index()));
   std::erase_if(m_iterms, [term](const auto& mine) { return mine.get() == term; });
-  if (m_iterms.size() <= SCAN_LIMIT) m_iterm_index.clear();
 }
 
 namespace {

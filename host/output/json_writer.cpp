@@ -7,7 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "mif_file.h"
+#include "ram_view.h"
 #include "signal_names.h"
 
 using JSON = nlohmann::ordered_json;
@@ -106,6 +106,8 @@ private:
   void write_less_than(const CDB_SGATE_OPERATOR& node, const BITS& y);
   void write_selector(const CDB_SGATE_OPERATOR& node, const BITS& y);
   void write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram);
+  static BITS word_address(const BITS& address, unsigned words, unsigned part, size_t width);
+  BITS word_enables(const RAM_WRITE_PORT& port, unsigned part, unsigned width);
 
   BIT new_net() { return {BIT::NET, m_next_net++}; }
   BITS new_nets(size_t width);
@@ -398,10 +400,8 @@ void JSON_MODULE::write_component(const CDB_SGATE_COMPONENT& component) {
   static constexpr const char* directions[] = {"input", "output", "inout"};
   if (const MODULE_VIEW* child = m_design.get_child(m_view, component)) {
     CELL cell(child->get_result().module_name.c_str());
-    for (const SIGNAL* port : child->get_ports()) {
-      BITS bits = connected_bits(m_view, component, *child, *port);
+    for (const auto& [port, bits] : connections_of(m_view, component, *child))
       cell.connect(port->name, directions[port->direction], port->direction == CDB_IO_INPUT ? bits : complete(bits));
-    }
     return add(cell, component);
   }
   CELL cell(component.get_entity_name().c_str());
@@ -551,84 +551,75 @@ void JSON_MODULE::write_selector(const CDB_SGATE_OPERATOR& node, const BITS& y) 
   add_unary("$reduce_or", chosen, y, node);
 }
 
-void JSON_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
-  struct TERMS {
-    int write_enable, byte_enable, write_data, write_address, read_address, output;
-  };
-  static constexpr TERMS terms[] = {
-      {CDB_TERM_RAM_WRITE_ENABLE_A, CDB_TERM_RAM_BYTE_ENABLE_A, CDB_TERM_DATA, CDB_TERM_RAM_WRITE_ADDRESS_A,
-       CDB_TERM_RAM_READ_ADDRESS_A, CDB_TERM_OUTPUT},
-      {CDB_TERM_RAM_WRITE_ENABLE_B, CDB_TERM_RAM_BYTE_ENABLE_B, CDB_TERM_RAM_DATA_B, CDB_TERM_RAM_WRITE_ADDRESS_B,
-       CDB_TERM_RAM_READ_ADDRESS_B, CDB_TERM_RAM_OUTPUT_B},
-  };
-  const auto& first = ram.get_sizes(CDB_SGATE_ASYNCHRONOUS_RAM::PORT_A);
-  unsigned width = std::max(first.read_data, first.write_data);
-  unsigned address_width = std::max(first.read_address, first.write_address);
-  BITS read_address, read_data, write_address, write_data, write_enable;
-  unsigned read_ports = 0, write_ports = 0;
-  for (auto port : {CDB_SGATE_ASYNCHRONOUS_RAM::PORT_A, CDB_SGATE_ASYNCHRONOUS_RAM::PORT_B}) {
-    const auto& sizes = ram.get_sizes(port);
-    auto append = [](BITS& bits, BITS more, size_t size) {
-      more.resize(size, BIT{BIT::ZERO});
-      bits.insert(bits.end(), more.begin(), more.end());
-    };
-    if (sizes.read_data) {
-      read_ports++;
-      append(read_address, m_view.input_bits(ram, terms[port].read_address, sizes.read_address), address_width);
-      append(read_data, complete(m_view.output_bits(ram, terms[port].output, width)), width);
-    }
-    if (sizes.write_data) {
-      write_ports++;
-      append(write_address, m_view.input_bits(ram, terms[port].write_address, sizes.write_address), address_width);
-      append(write_data, m_view.input_bits(ram, terms[port].write_data, sizes.write_data), width);
-      BIT enable = m_view.input(ram.find_iterm(terms[port].write_enable));
-      unsigned lanes = sizes.byte_enable;
-      for (unsigned bit = 0; bit < width; bit++) {
-        if (!lanes) {
-          write_enable.push_back(enable);
-          continue;
-        }
-        unsigned lane_width = std::max(width / lanes, 1U);
-        BITS both = new_nets(bit % lane_width ? 0 : 1);
-        if (both.empty()) {
-          write_enable.push_back(write_enable.back());
-          continue;
-        }
-        add_binary("$and", {enable}, {m_view.input(ram.find_iterm(terms[port].byte_enable, bit / lane_width))}, both,
-                   ram);
-        write_enable.push_back(both.front());
-      }
+/// The address of one word of a port: the port's address above the number of the word.
+BITS JSON_MODULE::word_address(const BITS& address, unsigned words, unsigned part, size_t width) {
+  BITS bits;
+  for (unsigned rest = words; rest > 1; rest >>= 1, part >>= 1) bits.push_back({part & 1U ? BIT::ONE : BIT::ZERO});
+  bits.insert(bits.end(), address.begin(), address.end());
+  bits.resize(width, BIT{BIT::ZERO});
+  return bits;
+}
+
+/// The write enables of the bits of one word.
+BITS JSON_MODULE::word_enables(const RAM_WRITE_PORT& port, unsigned part, unsigned width) {
+  if (port.lanes.empty()) return BITS(width, port.enable);
+  BITS enables;
+  unsigned lane_width = std::max(static_cast<unsigned>(port.data.size() / port.lanes.size()), 1U);
+  for (unsigned bit = 0; bit < width; bit++) {
+    unsigned at = part * width + bit;
+    if (bit == 0 || at % lane_width == 0) {
+      enables.push_back(new_net());
+      add_binary("$and", {port.enable}, {port.lanes[at / lane_width]}, {enables.back()}, *m_current);
+    } else {
+      enables.push_back(enables.back());
     }
   }
-  unsigned depth = std::max({ram.get_read_depth(), ram.get_write_depth(), 1U});
-  std::string contents(static_cast<size_t>(depth) * width, 'x');
-  MIF_FILE file;
-  if (!ram.get_mif_file().empty() && file.read(ram.get_mif_file()))
-    for (const auto& [address, word] : file.get_words())
-      if (address < depth && word.size() == width) contents.replace((depth - 1 - address) * width, width, word);
+  return enables;
+}
+
+void JSON_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
+  RAM_VIEW memory(m_view, ram);
+  size_t address_width = 1;
+  while ((1UL << address_width) < memory.depth) address_width++;
+  auto append = [](BITS& bits, const BITS& more) { bits.insert(bits.end(), more.begin(), more.end()); };
+  BITS read_address, read_data, write_address, write_data, write_enable;
+  for (const RAM_READ_PORT& port : memory.reads) {
+    for (unsigned part = 0; part < port.words; part++)
+      append(read_address, word_address(port.address, port.words, part, address_width));
+    append(read_data, complete(port.data));
+  }
+  for (const RAM_WRITE_PORT& port : memory.writes) {
+    for (unsigned part = 0; part < port.words; part++) {
+      append(write_address, word_address(port.address, port.words, part, address_width));
+      append(write_enable, word_enables(port, part, memory.width));
+    }
+    append(write_data, port.data);
+  }
+  size_t reads = read_address.size() / address_width;
+  size_t writes = write_address.size() / address_width;
 
   CELL cell("$mem_v2");
-  cell.parameters["MEMID"] = ram.get_string_name() ? ram.get_string_name() : "ram";
-  cell.set("SIZE", depth).set("OFFSET", 0).set("ABITS", address_width).set("WIDTH", width).digits("INIT", contents);
-  auto zeros = [](unsigned count) { return std::string(std::max(count, 1U), '0'); };
-  auto ones = [](unsigned count) { return std::string(std::max(count, 1U), '1'); };
-  cell.set("RD_PORTS", read_ports)
-      .digits("RD_CLK_ENABLE", zeros(read_ports))
-      .digits("RD_CLK_POLARITY", ones(read_ports));
-  cell.digits("RD_TRANSPARENCY_MASK", zeros(read_ports * write_ports));
-  cell.digits("RD_COLLISION_X_MASK", zeros(read_ports * write_ports)).digits("RD_WIDE_CONTINUATION", zeros(read_ports));
-  cell.digits("RD_CE_OVER_SRST", zeros(read_ports))
-      .digits("RD_ARST_VALUE", std::string(std::max(read_ports * width, 1U), 'x'));
-  cell.digits("RD_SRST_VALUE", std::string(std::max(read_ports * width, 1U), 'x'));
-  cell.digits("RD_INIT_VALUE", std::string(std::max(read_ports * width, 1U), 'x'));
-  cell.set("WR_PORTS", write_ports)
-      .digits("WR_CLK_ENABLE", zeros(write_ports))
-      .digits("WR_CLK_POLARITY", ones(write_ports));
-  cell.digits("WR_PRIORITY_MASK", zeros(write_ports * write_ports)).digits("WR_WIDE_CONTINUATION", zeros(write_ports));
-  cell.in("RD_CLK", BITS(read_ports, BIT{BIT::UNKNOWN})).in("RD_EN", BITS(read_ports, BIT{BIT::ONE}));
-  cell.in("RD_ARST", BITS(read_ports, BIT{BIT::ZERO})).in("RD_SRST", BITS(read_ports, BIT{BIT::ZERO}));
+  std::string name = ram.get_string_name() ? ram.get_string_name() : "ram";
+  cell.parameters["MEMID"] = "\\" + name;
+  cell.set("SIZE", memory.depth).set("OFFSET", 0).set("ABITS", address_width).set("WIDTH", memory.width);
+  std::string contents;
+  for (auto word = memory.contents.rbegin(); word != memory.contents.rend(); ++word) contents += *word;
+  cell.digits("INIT", contents.empty() ? "x" : contents);
+  auto repeated = [](size_t count, char digit) { return std::string(std::max<size_t>(count, 1), digit); };
+  cell.set("RD_PORTS", reads).set("WR_PORTS", writes);
+  for (const char* parameter : {"RD_CLK_ENABLE", "RD_WIDE_CONTINUATION", "RD_CE_OVER_SRST"})
+    cell.digits(parameter, repeated(reads, '0'));
+  for (const char* parameter : {"RD_TRANSPARENCY_MASK", "RD_COLLISION_X_MASK"})
+    cell.digits(parameter, repeated(reads * writes, '0'));
+  for (const char* parameter : {"RD_ARST_VALUE", "RD_SRST_VALUE", "RD_INIT_VALUE"})
+    cell.digits(parameter, repeated(reads * memory.width, 'x'));
+  cell.digits("RD_CLK_POLARITY", repeated(reads, '1')).digits("WR_CLK_POLARITY", repeated(writes, '1'));
+  cell.digits("WR_CLK_ENABLE", repeated(writes, '0')).digits("WR_WIDE_CONTINUATION", repeated(writes, '0'));
+  cell.digits("WR_PRIORITY_MASK", repeated(writes * writes, '0'));
+  cell.in("RD_CLK", BITS(reads, BIT{BIT::UNKNOWN})).in("RD_EN", BITS(reads, BIT{BIT::ONE}));
+  cell.in("RD_ARST", BITS(reads, BIT{BIT::ZERO})).in("RD_SRST", BITS(reads, BIT{BIT::ZERO}));
   cell.in("RD_ADDR", read_address).out("RD_DATA", read_data);
-  cell.in("WR_CLK", BITS(write_ports, BIT{BIT::UNKNOWN})).in("WR_EN", write_enable);
+  cell.in("WR_CLK", BITS(writes, BIT{BIT::UNKNOWN})).in("WR_EN", write_enable);
   add(cell.in("WR_ADDR", write_address).in("WR_DATA", write_data), ram);
 }
 

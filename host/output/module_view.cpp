@@ -159,15 +159,13 @@ void MODULE_VIEW::bind(const CDB_SGATE_OTERM* term, int signal, size_t offset) {
 
 namespace {
 
-/// The name of what an output term drives: its own, its node's, or one made from the component's port.
+/// The name of what an output term drives: its own, or one made from its node's.
 std::string wanted_name(const CDB_SGATE_OTERM& term) {
   if (term.get_string_name()) return term.get_string_name();
   const CDB_SGATE_NODE& node = *term.get_node();
   std::string name = node.get_string_name() ? node.get_string_name() : "";
-  if (node.get_sgate_type() == CDB_SGATE_COMPONENT_ENUM) {
-    for (const auto& port : static_cast<const CDB_SGATE_COMPONENT&>(node).get_ports())
-      if (port->get_oterm() == &term) return name + "." + port->get_full_name();
-  }
+  if (node.get_sgate_type() == CDB_SGATE_COMPONENT_ENUM)
+    return name + "." + static_cast<const CDB_SGATE_COMPONENT&>(node).get_port_of(term)->get_full_name();
   if (node.get_oterms().size() == 1) return name;
   if (term.get_type() == CDB_OPERATOR_CARRY_OUT) return name + "~cout";
   return name + "~o[" + std::to_string(term.get_index()) + "]";

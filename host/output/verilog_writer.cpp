@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 #include <iterator>
 
-#include "mif_file.h"
+#include "ram_view.h"
 #include "signal_names.h"
 
 namespace {
@@ -37,9 +37,8 @@ private:
   void write_full_adder(const CDB_SGATE_COMPONENT& component);
   void write_operator(const CDB_SGATE_OPERATOR& node);
   void write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram);
-  void write_ram_port(const CDB_SGATE_ASYNCHRONOUS_RAM& ram, CDB_SGATE_ASYNCHRONOUS_RAM::PORT port,
-                      const std::string& memory, unsigned unit);
-  void write_ram_contents(const CDB_SGATE_ASYNCHRONOUS_RAM& ram, const std::string& memory, unsigned unit);
+  void write_ram_port(const RAM_VIEW& memory, const std::string& name, const RAM_WRITE_PORT& port);
+  std::string ram_word(const std::string& name, const BITS& address, unsigned words, unsigned part) const;
   std::string operator_value(const CDB_SGATE_OPERATOR& node) const;
   std::string shift_value(const CDB_SGATE_OPERATOR& node) const;
 
@@ -381,8 +380,8 @@ void VERILOG_MODULE::write_component(const CDB_SGATE_COMPONENT& component) {
   };
   const MODULE_VIEW* child = m_design.get_child(m_view, component);
   if (child) {
-    for (const SIGNAL* port : child->get_ports())
-      connect(port->name, port->direction, connected_bits(m_view, component, *child, *port));
+    for (const auto& [port, bits] : connections_of(m_view, component, *child))
+      connect(port->name, port->direction, bits);
   } else {
     for (const BLACK_BOX_PORT& port : black_box_ports(m_view, component)) connect(port.name, port.direction, port.bits);
   }
@@ -474,89 +473,46 @@ void VERILOG_MODULE::write_operator(const CDB_SGATE_OPERATOR& node) {
   assign(outputs, false, fmt::format("{}[{}]", data, operand(node, CDB_OPERATOR_INPUT_1)));
 }
 
-/// Term types of a memory's ports.
-struct RAM_TERMS {
-  int write_enable, byte_enable, write_data, write_address, read_address, output;
-};
-constexpr RAM_TERMS ram_terms[] = {
-    {CDB_TERM_RAM_WRITE_ENABLE_A, CDB_TERM_RAM_BYTE_ENABLE_A, CDB_TERM_DATA, CDB_TERM_RAM_WRITE_ADDRESS_A,
-     CDB_TERM_RAM_READ_ADDRESS_A, CDB_TERM_OUTPUT},
-    {CDB_TERM_RAM_WRITE_ENABLE_B, CDB_TERM_RAM_BYTE_ENABLE_B, CDB_TERM_RAM_DATA_B, CDB_TERM_RAM_WRITE_ADDRESS_B,
-     CDB_TERM_RAM_READ_ADDRESS_B, CDB_TERM_RAM_OUTPUT_B},
-};
-
-/// Words of a memory are cut into units that every port's width is a multiple of.
-unsigned ram_unit(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
-  unsigned unit = 0;
-  for (auto port : {CDB_SGATE_ASYNCHRONOUS_RAM::PORT_A, CDB_SGATE_ASYNCHRONOUS_RAM::PORT_B}) {
-    const auto& sizes = ram.get_sizes(port);
-    for (unsigned width : {sizes.read_data, sizes.write_data})
-      if (width) unit = unit ? std::min(unit, width) : width;
-  }
-  return std::max(unit, 1U);
-}
-
 void VERILOG_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
-  unsigned unit = ram_unit(ram);
-  const auto& a = ram.get_sizes(CDB_SGATE_ASYNCHRONOUS_RAM::PORT_A);
-  unsigned words = std::max(ram.get_read_depth() * std::max(a.read_data / unit, 1U),
-                            ram.get_write_depth() * std::max(a.write_data / unit, 1U));
-  std::string memory = instance_name(ram);
-  m_helpers.push_back(fmt::format("reg [{}:0] {} [0:{}];", unit - 1, memory, std::max(words, 1U) - 1));
-  write_ram_contents(ram, memory, unit);
-  write_ram_port(ram, CDB_SGATE_ASYNCHRONOUS_RAM::PORT_A, memory, unit);
-  write_ram_port(ram, CDB_SGATE_ASYNCHRONOUS_RAM::PORT_B, memory, unit);
+  RAM_VIEW memory(m_view, ram);
+  std::string name = instance_name(ram);
+  m_helpers.push_back(fmt::format("reg [{}:0] {} [0:{}];", memory.width - 1, name, memory.depth - 1));
+  if (!memory.contents.empty()) {
+    print("  initial begin\n");
+    for (size_t address = 0; address < memory.contents.size(); address++)
+      print("    {}[{}] = {}'b{};\n", name, address, memory.width, memory.contents[address]);
+    print("  end\n");
+  }
+  for (const RAM_WRITE_PORT& port : memory.writes) write_ram_port(memory, name, port);
+  for (const RAM_READ_PORT& port : memory.reads) {
+    std::vector<std::string> words; // highest first
+    for (unsigned part = port.words; part > 0; part--)
+      words.push_back(ram_word(name, port.address, port.words, part - 1));
+    assign(port.data, false, fmt::format("{{{}}}", fmt::join(words, ", ")));
+  }
 }
 
-void VERILOG_MODULE::write_ram_contents(const CDB_SGATE_ASYNCHRONOUS_RAM& ram, const std::string& memory,
-                                        unsigned unit) {
-  if (ram.get_mif_file().empty()) return;
-  MIF_FILE contents;
-  if (!contents.read(ram.get_mif_file())) return;
-  print("  initial begin\n");
-  for (const auto& [address, word] : contents.get_words()) {
-    size_t parts = std::max<size_t>(word.size() / unit, 1);
-    for (size_t part = 0; part < parts; part++)
-      print("    {}[{}] = {}'b{};\n", memory, address * parts + part, unit,
-            word.substr(word.size() - (part + 1) * unit, unit));
-  }
-  print("  end\n");
+std::string VERILOG_MODULE::ram_word(const std::string& name, const BITS& address, unsigned words,
+                                     unsigned part) const {
+  return words == 1 ? fmt::format("{}[{}]", name, value(address))
+                    : fmt::format("{}[{} * {} + {}]", name, value(address), words, part);
 }
 
-void VERILOG_MODULE::write_ram_port(const CDB_SGATE_ASYNCHRONOUS_RAM& ram, CDB_SGATE_ASYNCHRONOUS_RAM::PORT port,
-                                    const std::string& memory, unsigned unit) {
-  const auto& sizes = ram.get_sizes(port);
-  const RAM_TERMS& terms = ram_terms[port];
-  auto word = [&](const std::string& address, unsigned parts, unsigned part) {
-    return parts == 1 ? fmt::format("{}[{}]", memory, address)
-                      : fmt::format("{}[{} * {} + {}]", memory, address, parts, part);
-  };
-  if (sizes.write_data) {
-    unsigned parts = std::max(sizes.write_data / unit, 1U);
-    std::string address = value(m_view.input_bits(ram, terms.write_address, sizes.write_address));
-    BITS data = m_view.input_bits(ram, terms.write_data, sizes.write_data);
-    unsigned lanes = std::max(sizes.byte_enable, 1U);
-    unsigned lane_width = std::max(sizes.write_data / lanes, 1U);
-    print("  always @*\n    if ({}) begin\n", event(m_view.input(ram.find_iterm(terms.write_enable))));
-    for (unsigned low = 0; low < sizes.write_data; low += std::min(lane_width, unit)) {
-      unsigned width = std::min(lane_width, unit);
-      std::string place = word(address, parts, low / unit);
-      if (width != unit) place += fmt::format("[{}:{}]", low % unit + width - 1, low % unit);
-      BITS bits(data.begin() + low, data.begin() + std::min(low + width, sizes.write_data));
-      BIT enable =
-          sizes.byte_enable ? m_view.input(ram.find_iterm(terms.byte_enable, low / lane_width)) : BIT{BIT::ONE};
-      print("      if ({}) {} = {};\n", value(enable), place, value(bits));
-    }
-    print("    end\n");
+/// Each part that one lane and one word have in common is written on its own.
+void VERILOG_MODULE::write_ram_port(const RAM_VIEW& memory, const std::string& name, const RAM_WRITE_PORT& port) {
+  unsigned lane_width = port.lanes.empty() ? memory.width : static_cast<unsigned>(port.data.size() / port.lanes.size());
+  unsigned step = std::max(std::min(lane_width, memory.width), 1U);
+  print("  always @*\n    if ({}) begin\n", event(port.enable));
+  for (unsigned low = 0; low + step <= port.data.size(); low += step) {
+    std::string place = ram_word(name, port.address, port.words, low / memory.width);
+    if (step != memory.width) place += fmt::format("[{}:{}]", low % memory.width + step - 1, low % memory.width);
+    std::string data = value(BITS(port.data.begin() + low, port.data.begin() + low + step));
+    if (port.lanes.empty())
+      print("      {} = {};\n", place, data);
+    else
+      print("      if ({}) {} = {};\n", value(port.lanes[low / lane_width]), place, data);
   }
-  if (sizes.read_data) {
-    unsigned parts = std::max(sizes.read_data / unit, 1U);
-    std::string address = value(m_view.input_bits(ram, terms.read_address, sizes.read_address));
-    std::vector<std::string> words;
-    for (unsigned part = parts; part > 0; part--) words.push_back(word(address, parts, part - 1));
-    assign(m_view.output_bits(ram, terms.output, sizes.read_data), false,
-           words.size() == 1 ? words.front() : fmt::format("{{{}}}", fmt::join(words, ", ")));
-  }
+  print("    end\n");
 }
 
 } // namespace

@@ -32,9 +32,9 @@ bool is_full_adder(const CDB_SGATE_COMPONENT& component) {
 namespace {
 
 /// The ports of a component by the full names that its module gives them; positional ones take the module's order.
-std::map<std::string, const CDB_COMPONENT_PORT*> ports_by_name(const CDB_SGATE_COMPONENT& component,
-                                                               const MODULE_VIEW& child) {
-  std::map<std::string, const CDB_COMPONENT_PORT*> ports;
+using PORTS_BY_NAME = std::unordered_map<std::string, const CDB_COMPONENT_PORT*>;
+PORTS_BY_NAME ports_by_name(const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child) {
+  PORTS_BY_NAME ports;
   for (const auto& port : component.get_ports()) {
     if (port->get_position() < 0) {
       ports[port->get_full_name()] = port.get();
@@ -51,15 +51,19 @@ std::map<std::string, const CDB_COMPONENT_PORT*> ports_by_name(const CDB_SGATE_C
 
 } // namespace
 
-BITS connected_bits(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child,
-                    const SIGNAL& port) {
-  std::map<std::string, const CDB_COMPONENT_PORT*> ports = ports_by_name(component, child);
-  BITS bits;
-  for (const CDB_SGATE_IO* io : port.ios) {
-    auto at = io ? ports.find(io->get_string_name()) : ports.end();
-    bits.push_back(at == ports.end() ? BIT{BIT::UNCONNECTED} : view.component_port(at->second));
+std::vector<std::pair<const SIGNAL*, BITS>>
+connections_of(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child) {
+  PORTS_BY_NAME ports = ports_by_name(component, child);
+  std::vector<std::pair<const SIGNAL*, BITS>> connections;
+  for (const SIGNAL* port : child.get_ports()) {
+    BITS bits;
+    for (const CDB_SGATE_IO* io : port->ios) {
+      auto at = io ? ports.find(io->get_string_name()) : ports.end();
+      bits.push_back(at == ports.end() ? BIT{BIT::UNCONNECTED} : view.component_port(at->second));
+    }
+    connections.emplace_back(port, std::move(bits));
   }
-  return bits;
+  return connections;
 }
 
 std::vector<BLACK_BOX_PORT> black_box_ports(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component) {

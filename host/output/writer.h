@@ -53,9 +53,9 @@ struct BLACK_BOX_PORT {
 };
 std::vector<BLACK_BOX_PORT> black_box_ports(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component);
 
-/// The bits that a component connects to a port of its module, lowest bit first.
-BITS connected_bits(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child,
-                    const SIGNAL& port);
+/// What a component connects to each port of its module, in the order of the ports, lowest bit first.
+std::vector<std::pair<const SIGNAL*, BITS>>
+connections_of(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child);
 
 /// Cells of the host itself rather than of the user.
 bool is_full_adder(const CDB_SGATE_COMPONENT& component);

@@ -44,7 +44,7 @@ public:
   void set_string_name(const char* name);
   /// Place in the source of what the node implements; line 0 when it is unknown.
   void set_source_location(const char* file, unsigned line);
-  const std::string& get_source_file() const { return m_source_file; }
+  const std::string& get_source_file() const;
   unsigned get_source_line() const { return m_source_line; }
 
   /// The term of that type and index, or null.
@@ -74,14 +74,19 @@ private:
     return static_cast<uint64_t>(static_cast<unsigned>(type)) << 32 | index;
   }
 
+  void make_index();
+
   CDB_SGATE_NETLIST* m_netlist = nullptr;
   std::vector<std::unique_ptr<CDB_SGATE_ITERM>> m_iterms;
   std::vector<std::unique_ptr<CDB_SGATE_OTERM>> m_oterms;
-  // Look-up by type and index, filled once a node has more terms than a scan is good for.
-  std::unordered_map<uint64_t, CDB_SGATE_ITERM*> m_iterm_index;
-  std::unordered_map<uint64_t, CDB_SGATE_OTERM*> m_oterm_index;
+  // Look-up by type and index, made once a node has more terms than a scan is good for.
+  struct TERM_INDEX {
+    std::unordered_map<uint64_t, CDB_SGATE_ITERM*> iterms;
+    std::unordered_map<uint64_t, CDB_SGATE_OTERM*> oterms;
+  };
+  std::unique_ptr<TERM_INDEX> m_index;
   std::string m_name;
-  std::string m_source_file;
+  const std::string* m_source_file = nullptr; // names of files are few and shared by all nodes
   unsigned m_source_line = 0;
   CDB_SGATE_ENUM m_sgate_type;
   bool m_has_name = false;
@@ -306,6 +311,8 @@ public:
   CDB_COMPONENT_PORT* retrieve_nameless_port(int position, int index, CDB_IO_DIRECTION direction);
   /// In the order of their making.
   const std::vector<std::unique_ptr<CDB_COMPONENT_PORT>>& get_ports() const { return m_ports; }
+  /// The port that a term of this component belongs to.
+  const CDB_COMPONENT_PORT* get_port_of(const CDB_SGATE_TERM& term) const { return m_ports[term.get_index()].get(); }
 
 private:
   CDB_COMPONENT_PORT* retrieve_port(const std::string& name, int index, int position, CDB_IO_DIRECTION direction);

@@ -174,7 +174,62 @@ void full_adder(NETLIST_BUILDER& n) {
   n.output("co", node->retrieve_known_port("cout", CDB_IO_OUTPUT)->retrieve_oterm());
 }
 
+using RAM = CDB_SGATE_ASYNCHRONOUS_RAM;
+
+/// A memory with a write and a read port; lanes of 0 make no byte enables.
+BUILD ram(unsigned words_bits, unsigned width, unsigned lanes, bool has_second_port) {
+  return [=](NETLIST_BUILDER& n) {
+    RAM::PORT_SIZES a{words_bits, width, words_bits, width, lanes};
+    RAM::PORT_SIZES b;
+    if (has_second_port) b = a;
+    auto* node = n.add(new RAM(a, b), "mem");
+    node->set_depths(1U << words_bits, 1U << words_bits);
+    connect(node->retrieve_iterm(CDB_TERM_RAM_WRITE_ENABLE_A), n.input("we"));
+    n.feed(node, CDB_TERM_RAM_WRITE_ADDRESS_A, n.inputs("wa", words_bits));
+    n.feed(node, CDB_TERM_DATA, n.inputs("d", width));
+    if (lanes) n.feed(node, CDB_TERM_RAM_BYTE_ENABLE_A, n.inputs("be", lanes));
+    n.feed(node, CDB_TERM_RAM_READ_ADDRESS_A, n.inputs("ra", words_bits));
+    n.outputs("q", n.bits(node, CDB_TERM_OUTPUT, width));
+    if (!has_second_port) return;
+    connect(node->retrieve_iterm(CDB_TERM_RAM_WRITE_ENABLE_B), n.input("we2"));
+    n.feed(node, CDB_TERM_RAM_WRITE_ADDRESS_B, n.inputs("wa2", words_bits));
+    n.feed(node, CDB_TERM_RAM_DATA_B, n.inputs("d2", width));
+    n.feed(node, CDB_TERM_RAM_READ_ADDRESS_B, n.inputs("ra2", words_bits));
+    n.outputs("q2", n.bits(node, CDB_TERM_RAM_OUTPUT_B, width));
+  };
+}
+
+/// Write data of two bits, read data of four.
+void ram_of_two_widths(NETLIST_BUILDER& n) {
+  auto* node = n.add(new RAM({2, 4, 3, 2, 0}, {}), "mem");
+  node->set_depths(4, 8);
+  connect(node->retrieve_iterm(CDB_TERM_RAM_WRITE_ENABLE_A), n.input("we"));
+  n.feed(node, CDB_TERM_RAM_WRITE_ADDRESS_A, n.inputs("wa", 3));
+  n.feed(node, CDB_TERM_DATA, n.inputs("d", 2));
+  n.feed(node, CDB_TERM_RAM_READ_ADDRESS_A, n.inputs("ra", 2));
+  n.outputs("q", n.bits(node, CDB_TERM_OUTPUT, 4));
+}
+
 const KIND kinds[] = {
+    {"ram",
+     "(input we, input [2:0] wa, ra, input [3:0] d, output [3:0] q);"
+     "reg [3:0] m [0:7]; always @* if (we) m[wa] = d; assign q = m[ra];",
+     ram(3, 4, 0, false)},
+    {"ram_lanes",
+     "(input we, input [1:0] wa, ra, be, input [3:0] d, output [3:0] q);"
+     "reg [3:0] m [0:3]; always @* if (we) begin if (be[0]) m[wa][1:0] = d[1:0]; if (be[1]) m[wa][3:2] = d[3:2]; end "
+     "assign q = m[ra];",
+     ram(2, 4, 2, false)},
+    {"ram_dual",
+     "(input we, input [1:0] wa, ra, wa2, ra2, input we2, input [2:0] d, d2, output [2:0] q, q2);"
+     "reg [2:0] m [0:3]; always @* if (we) m[wa] = d; always @* if (we2) m[wa2] = d2;"
+     "assign q = m[ra]; assign q2 = m[ra2];",
+     ram(2, 3, 0, true)},
+    {"ram_widths",
+     "(input we, input [2:0] wa, input [1:0] ra, d, output [3:0] q);"
+     "reg [1:0] m [0:7]; always @* if (we) m[wa] = d; assign q = {m[{ra, 1'b1}], m[{ra, 1'b0}]};",
+     ram_of_two_widths},
+
     {"buffer_wire", "(input a, output o); assign o = a;",
      [](NETLIST_BUILDER& n) {
        n.output("o", n.cell(new CDB_SGATE_BUFFER(CDB_BUFFER_WIRE), {{18, n.input("a")}}));
