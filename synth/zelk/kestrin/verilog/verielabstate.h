@@ -1,0 +1,141 @@
+// The state of one elaboration of one module: the netlist under construction with its four constant nets, the path of
+// generated names, limits, and what the passes collect. It owns its sets and the scope of generated objects, not the
+// netlist.
+#ifndef KESTRIN_VERILOG_VERIELABSTATE_H
+#define KESTRIN_VERILOG_VERIELABSTATE_H
+
+#include <string>
+#include <vector>
+
+#include "containers/array.h"
+#include "containers/map.h"
+#include "containers/set.h"
+#include "verilog/verinode.h"
+
+class Library;
+class VeriIdDef;
+class VeriModule;
+class VeriScope;
+
+enum veri_elab_mode { ELAB_BLACK_BOX = 0, ELAB_HIERARCHY_ONLY = 2, ELAB_FULL = 3 };
+enum veri_elab_stage { ELAB_INITIALIZE = 3, ELAB_GENERATE_OBJECTS = 4, ELAB_PREPARE = 5, ELAB_INTERNALS = 6 };
+enum COUNTER_TYPE { COUNTER_PORT_EXPR, COUNTER_BLOCK, COUNTER_TYPES };
+
+/// The dotted path of the blocks and instances that are entered: "b[3].inner".
+class VeriStringPath {
+public:
+  void Push(const char* name) { _names.emplace_back(name); }
+  void Pop() { _names.pop_back(); }
+  unsigned Length() const { return static_cast<unsigned>(_names.size()); }
+  /// The path and the name joined by dots.
+  std::string CreateFullName(const char* name) const;
+  std::string ToString() const;
+
+private:
+  std::vector<std::string> _names;
+};
+
+class VeriElaborationState {
+public:
+  VeriElaborationState(veri_elab_mode mode, VeriModule* module, Library* library, Netlist* netlist);
+  VeriElaborationState(const VeriElaborationState&) = delete;
+  VeriElaborationState& operator=(const VeriElaborationState&) = delete;
+  ~VeriElaborationState();
+
+  veri_elab_mode Mode() const { return _mode; }
+  veri_elab_stage Stage() const { return _stage; }
+  void SetStage(veri_elab_stage stage) { _stage = stage; }
+  VeriModule* Module() const { return _module; }
+  Library* GetLibrary() const { return _library; }
+  Netlist* GetNetlist() const { return _netlist; }
+  Net* Gnd();
+  Net* Pwr();
+  Net* X();
+  Net* Z();
+
+  // Names of nets and instances.
+  void PushNamedPath(const char* name) { _named_path.Push(name); }
+  void PopNamedPath() { _named_path.Pop(); }
+  std::string CreateFullName(const char* name) const { return _named_path.CreateFullName(name); }
+  const VeriStringPath& NamedPath() const { return _named_path; }
+  unsigned Counter(COUNTER_TYPE type) { return _counters[type]++; }
+
+  // Limits of loops: which is 0 for loops with a constant condition.
+  int ConstantLoopLimit() const { return _constant_loop_limit; }
+  int NonConstantLoopLimit() const { return _non_constant_loop_limit; }
+  void SetLoopLimits(int constant, int non_constant);
+
+  // The subroutines that are being executed, innermost last.
+  void PushFuncStack(const VeriIdDef* id) { _func_stack.push_back(id); }
+  void PopFuncStack() { _func_stack.pop_back(); }
+  unsigned FuncDepth() const { return static_cast<unsigned>(_func_stack.size()); }
+  unsigned IsInFunction() const { return !_func_stack.empty(); }
+
+  /// The scope of what generate constructs made in this run; generated scopes hang below it.
+  VeriScope* GeneratedRoot() const { return _generated_root; }
+  Set& RamCandidates() { return _ram_candidates; }
+  Set& Encodables() { return _encodables; }
+  /// VeriDefParamAssign that no instance took yet.
+  Set& Defparams() { return _defparams; }
+  Map* Parameters() const { return _parameters; }
+  void SetParameters(Map* parameters) { _parameters = parameters; }
+
+  VeriElaborationState* Below() const { return _below; }
+
+private:
+  friend class VeriElaborationScope;
+  Net* ConstantNet(Net*& net, Net* (Netlist::*make)(unsigned long));
+
+  veri_elab_mode _mode;
+  veri_elab_stage _stage = ELAB_INITIALIZE;
+  VeriModule* _module;
+  Library* _library;
+  Netlist* _netlist;
+  Net* _gnd = nullptr;
+  Net* _pwr = nullptr;
+  Net* _x = nullptr;
+  Net* _z = nullptr;
+  Set _ram_candidates;
+  Set _encodables;
+  Set _defparams;
+  std::vector<const VeriIdDef*> _func_stack;
+  VeriStringPath _named_path;
+  Map* _parameters = nullptr;
+  VeriScope* _generated_root = nullptr;
+  int _constant_loop_limit = 5000;
+  int _non_constant_loop_limit = 250;
+  unsigned _counters[COUNTER_TYPES] = {};
+  VeriElaborationState* _below = nullptr;
+};
+
+/// The state is the current one while the object lives.
+class VeriElaborationScope {
+public:
+  explicit VeriElaborationScope(VeriElaborationState* state) : _former(VeriNode::_elab_state) {
+    VeriNode::_elab_state = state;
+  }
+  VeriElaborationScope(const VeriElaborationScope&) = delete;
+  VeriElaborationScope& operator=(const VeriElaborationScope&) = delete;
+  ~VeriElaborationScope() { VeriNode::_elab_state = _former; }
+
+private:
+  VeriElaborationState* _former;
+};
+
+/// The name is the innermost of the path while the object lives; a null name changes nothing.
+class VeriNamedPathScope {
+public:
+  explicit VeriNamedPathScope(const char* name) : _state(name ? VeriNode::ElabState() : nullptr) {
+    if (_state) _state->PushNamedPath(name);
+  }
+  VeriNamedPathScope(const VeriNamedPathScope&) = delete;
+  VeriNamedPathScope& operator=(const VeriNamedPathScope&) = delete;
+  ~VeriNamedPathScope() {
+    if (_state) _state->PopNamedPath();
+  }
+
+private:
+  VeriElaborationState* _state;
+};
+
+#endif
