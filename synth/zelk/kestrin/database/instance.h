@@ -8,6 +8,7 @@
 #include "database/port.h"
 #include "database/portref.h"
 #include "database/primtype.h"
+#include "database/ram.h"
 
 class Fsm;
 class Map;
@@ -115,6 +116,25 @@ public:
   void ConnectControl(Net* net);
   void ConnectCin(Net* net);
   void ConnectCout(Net* net);
+
+  // Memories (views of type OPER_DUAL_PORT_RAM): one bit or all bits of an element of a port, 0 for "a" and 1 for "b".
+  // What does not exist has the size 0 and null nets; an array comes back with an entry for each bit, bit 0 first.
+  Net* GetReadPort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, unsigned bit) const;
+  Net* GetWritePort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, unsigned bit) const;
+  void GetReadArrayPort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, Array& nets) const;
+  void GetWriteArrayPort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, Array& nets) const;
+  void ConnectReadPort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, unsigned bit, Net* net);
+  void ConnectWritePort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, unsigned bit, Net* net);
+  void ConnectReadArrayPort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, const Array* nets);
+  void ConnectWriteArrayPort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, const Array* nets);
+  void DisconnectReadPort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, unsigned bit);
+  void DisconnectWritePort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, unsigned bit);
+  unsigned GetReadPortSize(unsigned port, KESTRIN_RAM_PORT_ELEMENT element) const;
+  unsigned GetWritePortSize(unsigned port, KESTRIN_RAM_PORT_ELEMENT element) const;
+  unsigned GetReadDepth(unsigned port) const;
+  unsigned GetWriteDepth(unsigned port) const;
+  /// How many different addresses the ports use.
+  unsigned NumUniqueAddresses() const;
 
   // Changes.
   /// Moves to another view. Connected ports are matched by name, and what finds no match is disconnected; or by

@@ -221,7 +221,7 @@ public:
   Net* Nmos(Net* d, Net* control, unsigned long linefile);
   /// The sum; the carry goes to `cout`.
   Net* Fadd(Net* a, Net* b, Net* cin, Net** cout, unsigned long linefile);
-  /// Edge of a clock: input the clock, `enable` its condition.
+  /// An edge of a clock, as control of multiplexers; `enable` may be null.
   Net* Clock(Net* i, Net* enable, unsigned long linefile);
   Instance* PslAssertion(Net* condition, unsigned long linefile);
   /// The signal `hold` gets the value of this cone.
@@ -237,12 +237,15 @@ public:
   Net* OptimizedOr(Net* a, Net* b, unsigned long linefile);
   Net* OptimizedMux(Net* in0, Net* in1, Net* control, unsigned long linefile);
 
-  // Words: arrays of Net*, bit 0 first, outputs included. A null entry in an output array, a null output array (and a
-  // null `cout`) leaves that output unconnected. `Net** o`: a null *o gets a new net, which is also stored.
+  // Words: arrays of Net*, bit 0 (the least significant one) first, outputs included. A null entry in an output array,
+  // a null output array (and a null `cout`) leaves that output unconnected. `Net** o` and `Net** cout`: a null *o gets
+  // a new net, which is also stored.
+  /// a + b + cin; the output has the size of the larger operand.
   void Adder(Net* cin, const Array* a, const Array* b, const Array* o, Net** cout, unsigned long linefile);
   void Multiplier(unsigned is_signed, const Array* a, const Array* b, const Array* o, unsigned long linefile);
   void Divider(unsigned is_signed, const Array* a, const Array* b, const Array* o, unsigned long linefile);
   void Modulo(unsigned is_signed, const Array* a, const Array* b, const Array* o, unsigned long linefile);
+  /// Shifts move `cin` into the bits that become free.
   void ShiftLeft(Net* cin, const Array* a, const Array* amount, const Array* o, unsigned long linefile);
   void ShiftRight(Net* cin, const Array* a, const Array* amount, const Array* o, unsigned long linefile);
   void RotateLeft(const Array* a, const Array* amount, const Array* o, unsigned long linefile);
@@ -254,12 +257,28 @@ public:
   void ReduceXor(const Array* a, Net** o, unsigned long linefile);
   void ReduceXnor(const Array* a, Net** o, unsigned long linefile);
   void Equal(const Array* a, const Array* b, Net** o, unsigned long linefile);
+  /// Unsigned a < b; with a `cin` of 1: a <= b.
   void LessThan(Net* cin, const Array* a, const Array* b, Net** o, unsigned long linefile);
+  /// data[sel].
   void Nto1Mux(const Array* sel, const Array* data, Net** o, unsigned long linefile);
+  /// The data bit whose select bit is 1; exactly one is.
   void Selector(const Array* sel, const Array* data, Net** o, unsigned long linefile);
+  /// The data bit of the highest select bit that is 1.
   void PrioSelector(Net* default_value, const Array* sel, const Array* data, Net** o, unsigned long linefile);
+  /// out[i] is 1 when the input reads i.
   void Decoder(const Array* in, const Array* out, unsigned long linefile);
   void Lut(const Array* in, Net** o, unsigned function, unsigned long linefile);
+  /// A memory; the instance comes back for its attributes. `be` may be null everywhere, and so may all of a port "b" or
+  /// the write part of a port "a" (a ROM). Depths count words.
+  Instance* TrueDualPortRam(Net* we_a, const Array* be_a, const Array* waddr_a, unsigned write_depth_a,
+                            const Array* wdata_a, const Array* raddr_a, unsigned read_depth_a, const Array* q_a,
+                            Net* we_b, const Array* be_b, const Array* waddr_b, unsigned write_depth_b,
+                            const Array* wdata_b, const Array* raddr_b, unsigned read_depth_b, const Array* q_b,
+                            unsigned long linefile);
+  Instance* DualPortRam(Net* we, const Array* be, const Array* waddr, unsigned write_depth, const Array* wdata,
+                        const Array* raddr, unsigned read_depth, const Array* q, unsigned long linefile);
+  /// The value that is chosen among values (keys) by the conditions under which each is used (Array of Net*).
+  Net* InputShare(const Map* values, unsigned long linefile);
 
   // Names of kinds.
   /// Null from PRIM_ANY on.
