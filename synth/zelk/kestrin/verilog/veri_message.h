@@ -1,0 +1,11 @@
+// Messages of the scanner's files, which have a location but no node to raise them on.
+#ifndef KESTRIN_VERILOG_VERI_MESSAGE_H
+#define KESTRIN_VERILOG_VERI_MESSAGE_H
+
+#include "util/linefile.h"
+
+// The format must be a string literal of the catalogue.
+[[gnu::format(printf, 2, 3)]] void veri_error(linefile_type linefile, const char* format, ...);
+[[gnu::format(printf, 2, 3)]] void veri_warning(linefile_type linefile, const char* format, ...);
+
+#endif
