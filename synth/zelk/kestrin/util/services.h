@@ -1,6 +1,7 @@
-// Services: what the kernel asks of the one who embeds it: files, flags, debug output, checks of attributes, and the
-// user's control over messages. The kernel includes nothing of the adapter; the adapter derives from these classes.
-// Without an embedder every operation has a plain default, so that the kernel can be used and tested alone.
+// Services: what the kernel asks of the one who embeds it: files, flags, debug output, profiling, checks of attributes,
+// memory contents, and the user's control over messages. The kernel includes nothing of the adapter; the adapter
+// derives from these classes. Without an embedder every operation has a plain default, so that the kernel can be used
+// and tested alone.
 #ifndef KESTRIN_UTIL_SERVICES_H
 #define KESTRIN_UTIL_SERVICES_H
 
@@ -9,6 +10,8 @@
 
 #include "util/linefile.h"
 #include "util/strings.h"
+
+class Array;
 
 /// A set of messages switched on and off, and a message level, as the sources and the project ask for them.
 class MessageDirectives {
@@ -35,6 +38,19 @@ struct FoundFile {
   OwnedString full;
 };
 
+/// The initial contents of a memory, and what its file is named by.
+struct MemoryContents {
+  const Array* words = nullptr; // char*, one bit string of `width` characters per address, from address 0
+  unsigned width = 0;
+  unsigned depth = 0;
+  bool is_unsigned_address = false;
+  bool is_rom = false;
+  const char* path = nullptr; // what stands before the rest of the file's name
+  unsigned number = 0;        // among the memories of the unit
+  const char* entity_name = nullptr;
+  const char* unique_name = nullptr; // of the unit with its parameters and the memory
+};
+
 class KernelServices {
 public:
   virtual ~KernelServices() = default;
@@ -44,7 +60,14 @@ public:
   virtual FoundFile FindFile(const char* name, const char* current_absolute, const char* current_relative);
   /// A flag of this analysis or elaboration; 0 when nobody set it.
   virtual int Flag(const char* /*key*/) { return 0; }
+  virtual void SetFlag(const char* /*key*/, int /*value*/) {}
   virtual void Debug(const char* /*text*/) {}
+  /// A named stretch of work begins; what comes back is handed to ProfileEnd.
+  virtual void* ProfileBegin(const char* /*name*/) { return nullptr; }
+  virtual void ProfileEnd(void* /*scope*/) {}
+
+  /// Writes the contents of a memory to a file of its own and gives the name of the file; null when that failed.
+  virtual OwnedString WriteMemoryFile(const MemoryContents& /*contents*/) { return nullptr; }
 
   /// Whether an attribute is known; reports it when not.
   virtual bool CheckAttributeName(const char* /*name*/, const char* /*file*/, unsigned /*line*/) { return true; }
@@ -68,7 +91,22 @@ public:
 
 /// A flag, by its key.
 inline int kestrin_flag(const char* key) { return KernelServices::Get().Flag(key); }
+inline void kestrin_set_flag(const char* key, int value) { KernelServices::Get().SetFlag(key, value); }
 /// A line of debug output.
 [[gnu::format(printf, 1, 2)]] void kestrin_debug(const char* format, ...);
+
+/// Names the work that is done while the object lives to the profiler.
+class ProfileScope {
+public:
+  explicit ProfileScope(const char* name) : _scope(KernelServices::Get().ProfileBegin(name)) {}
+  ProfileScope(const ProfileScope&) = delete;
+  ProfileScope& operator=(const ProfileScope&) = delete;
+  ~ProfileScope() {
+    if (_scope) KernelServices::Get().ProfileEnd(_scope);
+  }
+
+private:
+  void* _scope;
+};
 
 #endif
