@@ -1,7 +1,7 @@
 // The table of macros: definition, removal, the test for recursion, and the check of formals.
 #include "verilog/veri_macro.h"
 
-#include <cctype>
+#include <cstring>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -132,7 +132,7 @@ linefile_type VeriMacroTable::MacroLinefile(const char* name) const {
 const char* VeriMacroTable::MacroFilename(const char* name) const { return LineFile::GetFileName(MacroLinefile(name)); }
 
 unsigned VeriMacroTable::VerifyMacro(const char* name, const char* value, linefile_type linefile) const {
-  if (!value) return 1;
+  if (!value || !std::strchr(value, '`')) return 1;
   std::unordered_set<std::string> seen; // each body is walked once, whatever the cycles among others
   std::vector<const char*> bodies{value};
   while (!bodies.empty()) {
