@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "verilog/veri_pragma.h"
 #include "verilog/veri_scanner.h"
 
 namespace {
@@ -476,13 +477,13 @@ void VeriScanner::Error(const char* text) {
 
 namespace {
 
-VeriLexSettings& settings() {
-  static std::unique_ptr<VeriLexSettings> kept;
-  if (!kept) kept = std::make_unique<VeriLexSettings>();
-  return *kept;
-}
-
+std::unique_ptr<VeriLexSettings> kept_settings;
 std::unique_ptr<VeriScanner> scanner;
+
+VeriLexSettings& settings() {
+  if (!kept_settings) kept_settings = std::make_unique<VeriLexSettings>();
+  return *kept_settings;
+}
 
 } // namespace
 
@@ -507,7 +508,17 @@ void VeriLex::EndFlex() {
   if (!scanner) return;
   scanner->ReportEnd();
   scanner.reset();
+  VeriAnnotations::SetKey(nullptr);
   settings().directives.timescale.reset();
+}
+
+void VeriLex::FreeStaticMemory() {
+  scanner.reset();
+  kept_settings.reset();
+  VeriPragmas::Take();
+  VeriAnnotations::Take();
+  VeriAnnotations::SetKey(nullptr);
+  veri_free_message_table();
 }
 
 void VeriLex::Error(const char* text) {

@@ -19,7 +19,7 @@ struct veri_token {
   /// stay until VeriLex::FreeStaticMemory, equal texts at the same address.
   const char* text = nullptr;
   unsigned length = 0; // of the text, which of a string literal may hold any character but 0
-  int number = 0;      // of VERI_NUMBER, saturated
+  int number = 0;      // of VERI_NUMBER: the low 32 bits, with a warning when there were more
   double real = 0.0;   // of VERI_REAL_NUMBER
 };
 
@@ -52,6 +52,7 @@ public:
   static void NextToken(veri_token* token);
   /// Reports an unclosed conditional and drops all inputs. Harmless without StartFlex.
   static void EndFlex();
+  /// Frees the texts of tokens too, and puts settings and directives back to what they were at the start.
   static void FreeStaticMemory();
 
   /// The parser's error routine: "syntax error near" the last token, or near EOF when the input is at its end, with
