@@ -145,7 +145,8 @@ private:
 
 class VeriDesignUnitId : public VeriIdDef {
 public:
-  VeriDesignUnitId(const char* name, unsigned token, unsigned long linefile) : VeriIdDef(name, linefile), _token(token) {}
+  VeriDesignUnitId(const char* name, unsigned token, unsigned long linefile)
+      : VeriIdDef(name, linefile), _token(token) {}
   veri_id_kind Kind() const override { return VERI_ID_DESIGN_UNIT; }
   std::unique_ptr<VeriIdDef> Generate() const override;
   unsigned GetDesignUnitToken() const { return _token; }
@@ -160,17 +161,22 @@ private:
   VeriLibrary* _library = nullptr;
 };
 
+class VeriLibraryId : public VeriIdDef {
+public:
+  VeriLibraryId(const char* name, VeriLibrary* library) : VeriIdDef(name, 0), _library(library) {}
+  veri_id_kind Kind() const override { return VERI_ID_LIBRARY; }
+  std::unique_ptr<VeriIdDef> Generate() const override;
+  VeriLibrary* GetLibrary() const { return _library; }
+
+private:
+  VeriLibrary* _library;
+};
+
 class VeriBlockId : public VeriIdDef {
 public:
   using VeriIdDef::VeriIdDef;
   veri_id_kind Kind() const override { return VERI_ID_BLOCK; }
   std::unique_ptr<VeriIdDef> Generate() const override;
-  /// The scopes of a generate loop's rounds by genvar value, while a module is elaborated; null for other blocks.
-  Map* Rounds() const { return _rounds; }
-  void SetRounds(Map* rounds) { _rounds = rounds; }
-
-private:
-  Map* _rounds = nullptr;
 };
 
 /// An identifier with a type and a value.
@@ -266,8 +272,7 @@ public:
 class VeriParamId : public VeriValuedId {
 public:
   /// `token`: VERI_PARAMETER, VERI_LOCALPARAM or VERI_SPECPARAM.
-  VeriParamId(const char* name, unsigned token, unsigned long linefile)
-      : VeriValuedId(name, linefile), _token(token) {}
+  VeriParamId(const char* name, unsigned token, unsigned long linefile) : VeriValuedId(name, linefile), _token(token) {}
   ~VeriParamId() override;
   veri_id_kind Kind() const override { return VERI_ID_PARAM; }
   std::unique_ptr<VeriIdDef> Generate() const override;

@@ -1,0 +1,159 @@
+// Design units: modules, primitives, interfaces, packages. A unit owns its identifier, scope and items; a library owns
+// the unit. Elaboration walks the same tree for each parameter set.
+#ifndef KESTRIN_VERILOG_VERIMODULE_H
+#define KESTRIN_VERILOG_VERIMODULE_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "verilog/veri_pragma.h"
+#include "verilog/verimoduleitem.h"
+
+class Library;
+class Netlist;
+class Param;
+class VeriLibrary;
+
+class VeriDesignUnit : public VeriTreeNode {
+public:
+  VeriDesignUnit(std::unique_ptr<VeriDesignUnitId> id, VeriModuleItems* items, std::unique_ptr<VeriScope> scope,
+                 unsigned long linefile);
+  ~VeriDesignUnit() override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  VeriScope* GetScope() const override { return _scope.get(); }
+  VeriDesignUnitId* GetId() const { return _id.get(); }
+  const char* Name() const { return _id->Name(); }
+  VeriLibrary* GetLibrary() const { return _id->GetLibrary(); }
+  veri_dialect GetDialect() const { return _dialect; }
+  VeriModuleItems* Items() const { return _items; }
+  virtual unsigned IsModule() const { return 0; }
+  virtual unsigned IsPrimitive() const { return 0; }
+  virtual unsigned IsInterface() const { return 0; }
+  virtual unsigned IsPackage() const { return 0; }
+  /// Binds all names, once.
+  void Resolve();
+  unsigned IsResolved() const { return _is_resolved; }
+  /// Files that what the unit uses lies in, by the name pointers of LineFile; known after Resolve.
+  const Set* Dependencies() const { return _dependencies.get(); }
+  /// What the annotations of the source say; null without.
+  const VeriAnnotations* Annotations() const { return _annotations.get(); }
+  void SetAnnotations(std::unique_ptr<VeriAnnotations> annotations) { _annotations = std::move(annotations); }
+  /// The names of the modules that the items instantiate, each once, in order.
+  std::vector<std::string> InstantiatedModuleNames() const;
+
+protected:
+  virtual void ResolveContents() = 0;
+  std::unique_ptr<VeriDesignUnitId> _id;
+  VeriModuleItems* _items;
+  std::unique_ptr<VeriScope> _scope;
+
+private:
+  veri_dialect _dialect;
+  bool _is_resolved = false;
+  std::unique_ptr<Set> _dependencies;
+  std::unique_ptr<VeriAnnotations> _annotations;
+};
+
+class VeriModule : public VeriDesignUnit {
+public:
+  /// `parameter_ports` and `ports` are null without; ports are VeriAnsiPortDecl, names, concatenations of names, or
+  /// VeriPortConnect for a named port expression.
+  VeriModule(std::unique_ptr<VeriDesignUnitId> id, VeriModuleItems* parameter_ports, VeriExpressions* ports,
+             VeriModuleItems* items, std::unique_ptr<VeriScope> scope, unsigned long linefile = 0);
+  ~VeriModule() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriModule; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  unsigned IsModule() const override { return 1; }
+
+  const VeriExpressions* PortExpressions() const { return _port_expressions; }
+  const VeriModuleItems* ParameterPorts() const { return _parameter_ports; }
+  /// The ports in the order of the head; known after Resolve.
+  const std::vector<VeriVariable*>& Ports() const { return _ports; }
+  /// All parameters in order of declaration, local ones included; those of a head come first. Known after the parse.
+  const std::vector<VeriParamId*>& Params() const { return _params; }
+  /// Those that an instance can override.
+  std::vector<VeriParamId*> OverridableParams() const;
+  VeriParamId* GetParam(const char* name) const;
+  VeriVariable* GetPort(const char* name) const;
+
+  // What the source had in force at the head.
+  unsigned IsCelldefine() const { return _is_celldefine; }
+  unsigned DefaultNettype() const { return _default_nettype; }
+  void SetDirectives(unsigned celldefine, unsigned default_nettype);
+  unsigned IsExtern() const { return _is_extern; }
+  void SetExtern() { _is_extern = true; }
+
+  // Elaboration.
+  /// One parameter set: a name of a parameter to a VeriExpression, both owned by the map's owner. The netlist is
+  /// polished and owned by a cell of the library. A black box, with errors counted, when something was wrong.
+  Netlist* Elaborate(Library* library, const Map* parameters, bool hierarchy_only = false);
+  /// The view of the ports alone, made once per parameter set; null after an error.
+  Netlist* ElaborateBlackBox(Library* library, const Map* parameters);
+  unsigned IsElaborated() const { return _is_elaborated; }
+  /// "m", or "m(W,8,N,2)".
+  static std::string CreateUniqueName(const char* name, const Map* parameters);
+  /// Parameters of the host (name to Param) as expressions (name to VeriExpression); DeleteParams frees them.
+  Map* CreateActualParameters(const Map* host_parameters);
+  static void DeleteParams(Map* parameters);
+  /// The values of the parameters in the last elaboration, as text, by name; empty before it.
+  const std::vector<std::pair<std::string, std::string>>& ElaboratedParameters() const {
+    return _elaborated_parameters;
+  }
+
+  void AddImplicitNet(VeriDataDecl* decl);
+
+protected:
+  void ResolveContents() override;
+  virtual void ElaborateContents();
+
+private:
+  friend class VeriModuleRun;
+  void CollectParams();
+  VeriModuleItems* _parameter_ports;
+  VeriExpressions* _port_expressions;
+  std::vector<VeriVariable*> _ports;
+  std::vector<VeriParamId*> _params;
+  std::vector<std::pair<std::string, std::string>> _elaborated_parameters;
+  unsigned _default_nettype;
+  bool _is_celldefine = false;
+  bool _is_extern = false;
+  bool _is_elaborated = false;
+};
+
+class VeriPrimitive : public VeriModule {
+public:
+  using VeriModule::VeriModule;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriPrimitive; }
+  void Accept(VeriVisitor& visitor) override;
+  unsigned IsPrimitive() const override { return 1; }
+
+protected:
+  void ElaborateContents() override;
+};
+
+class VeriInterface : public VeriModule {
+public:
+  using VeriModule::VeriModule;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriInterface; }
+  void Accept(VeriVisitor& visitor) override;
+  unsigned IsInterface() const override { return 1; }
+};
+
+class VeriPackage : public VeriDesignUnit {
+public:
+  using VeriDesignUnit::VeriDesignUnit;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriPackage; }
+  void Accept(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  unsigned IsPackage() const override { return 1; }
+  /// Makes the values of parameters and types.
+  void Initialize();
+
+protected:
+  void ResolveContents() override;
+};
+
+#endif

@@ -1,0 +1,578 @@
+// Module items: declarations, assignments, processes, instances and generate constructs, and the small nodes that they
+// are made of.
+#ifndef KESTRIN_VERILOG_VERIMODULEITEM_H
+#define KESTRIN_VERILOG_VERIMODULEITEM_H
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "verilog/veriexpression.h"
+#include "verilog/veriid.h"
+#include "verilog/veriscope.h"
+#include "verilog/veritreenode.h"
+
+class VeriModule;
+class VeriStatement;
+class VeriTable;
+class Instance;
+class Netlist;
+
+class VeriModuleItem : public VeriTreeNode {
+public:
+  using VeriTreeNode::VeriTreeNode;
+  virtual void Resolve(VeriScope* scope) = 0;
+  virtual unsigned IsPortDeclaration() const { return 0; }
+  /// A declaration, of which the identifiers are initialised before the logic of any item is made.
+  virtual unsigned IsDeclaration() const { return 0; }
+
+  // Elaboration, in this order.
+  /// Picks the branches and runs the rounds of generate constructs, and declares what is in them.
+  virtual void GenerateObjects() {}
+  /// Makes the values and nets of what the item declares.
+  virtual void Initialize() {}
+  virtual void Elaborate() {}
+};
+
+using VeriModuleItems = VeriNodes<VeriModuleItem>;
+
+/// One declared name with its unpacked dimensions and value. It owns the identifier, unless that was merged into an
+/// earlier one.
+class VeriIdDecl : public VeriTreeNode {
+public:
+  VeriIdDecl(std::unique_ptr<VeriIdDef> id, VeriNodes<VeriRange>* ranges, VeriExpression* value,
+             unsigned long linefile = 0);
+  ~VeriIdDecl() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriIdDecl; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope, VERI_ENV_E value_kind);
+
+  VeriIdDef* GetId() const { return _id; }
+  template <class T> T* IdAs() const { return dynamic_cast<T*>(_id); }
+  /// The declaration is another one of this identifier; the own one is deleted.
+  void MergeInto(VeriIdDef* id);
+  const VeriNodes<VeriRange>* Ranges() const { return _ranges; }
+  void SetRanges(VeriNodes<VeriRange>* ranges) { _ranges = Adopt(ranges); }
+  VeriExpression* Value() const { return _value; }
+  void SetValue(VeriExpression* value) { _value = Adopt(value); }
+
+private:
+  std::unique_ptr<VeriIdDef> _owned;
+  VeriIdDef* _id;
+  VeriNodes<VeriRange>* _ranges;
+  VeriExpression* _value;
+};
+
+using VeriIdDecls = VeriNodes<VeriIdDecl>;
+
+/// Nets, variables, ports, members of structs.
+class VeriDataDecl : public VeriModuleItem {
+public:
+  /// `direction` and `net_type` are tokens, 0 without. A null type is the implicit one.
+  VeriDataDecl(unsigned direction, unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids, unsigned long linefile = 0);
+  ~VeriDataDecl() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriDataDecl; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  unsigned IsPortDeclaration() const override { return _direction != 0; }
+  unsigned IsDeclaration() const override { return 1; }
+  void Initialize() override;
+  void Elaborate() override;
+  unsigned Direction() const { return _direction; }
+  unsigned NetType() const { return _net_type; }
+  VeriTypeDef* DataType() const { return _type; }
+  VeriIdDecls* Ids() const { return _ids; }
+  /// Whether the type says more than the direction: `input [3:0] a` does not, `output reg a` does.
+  bool HasExplicitType() const { return _net_type != 0 || (_type && _type->Type() != 0) || _is_var; }
+  void SetIsVar() { _is_var = true; }
+
+private:
+  unsigned _direction;
+  unsigned _net_type;
+  bool _is_var = false;
+  VeriTypeDef* _type;
+  VeriIdDecls* _ids;
+};
+
+class VeriParamDecl : public VeriModuleItem {
+public:
+  VeriParamDecl(unsigned token, VeriTypeDef* type, VeriIdDecls* ids, unsigned long linefile = 0);
+  ~VeriParamDecl() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriParamDecl; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  unsigned IsDeclaration() const override { return 1; }
+  void Initialize() override;
+  unsigned Token() const { return _token; }
+  void MakeLocal();
+  VeriIdDecls* Ids() const { return _ids; }
+
+private:
+  unsigned _token;
+  VeriTypeDef* _type;
+  VeriIdDecls* _ids;
+};
+
+class VeriTypeDecl : public VeriModuleItem {
+public:
+  VeriTypeDecl(VeriTypeDef* type, VeriIdDecl* id, unsigned long linefile = 0);
+  ~VeriTypeDecl() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriTypeDecl; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  unsigned IsDeclaration() const override { return 1; }
+
+private:
+  VeriTypeDef* _type;
+  VeriIdDecl* _id;
+};
+
+class VeriGenVarDecl : public VeriModuleItem {
+public:
+  explicit VeriGenVarDecl(VeriIdDecls* ids, unsigned long linefile = 0);
+  ~VeriGenVarDecl() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriGenVarDecl; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope*) override {}
+  unsigned IsDeclaration() const override { return 1; }
+
+private:
+  VeriIdDecls* _ids;
+};
+
+/// What functions and tasks have in common.
+class VeriSubprogram : public VeriModuleItem {
+public:
+  VeriSubprogram(VeriIdDecl* id, VeriModuleItems* declarations, VeriNodes<VeriStatement>* statements,
+                 std::unique_ptr<VeriScope> scope, bool is_automatic, unsigned long linefile);
+  ~VeriSubprogram() override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  VeriScope* GetScope() const override { return _scope.get(); }
+  unsigned IsDeclaration() const override { return 1; }
+  void Resolve(VeriScope* scope) override;
+  /// The formal arguments in order; valid after the parse.
+  const std::vector<VeriVariable*>& Formals() const { return _formals; }
+  VeriIdDef* GetId() const { return _id->GetId(); }
+  /// Runs the body: binds the actuals, executes, and hands outputs back to the actuals. The result of a function, null
+  /// for a task and after an error. `from` is the call.
+  OwnedValue Call(const VeriExpressions* args, VeriDataFlow* flow, const VeriTreeNode* from);
+
+protected:
+  void PrintBody(std::ostream& out, unsigned level) const;
+  VeriIdDecl* _id;
+  VeriModuleItems* _declarations; // ANSI ports first
+  VeriNodes<VeriStatement>* _statements;
+  std::unique_ptr<VeriScope> _scope;
+  bool _is_automatic;
+  std::vector<VeriVariable*> _formals;
+
+private:
+  bool BindInputs(const VeriExpressions* args, VeriDataFlow* caller, VeriDataFlow* callee, const VeriTreeNode* from);
+  static constexpr unsigned max_call_depth = 500;
+};
+
+class VeriFunctionDecl : public VeriSubprogram {
+public:
+  VeriFunctionDecl(bool is_automatic, VeriTypeDef* type, VeriIdDecl* id, VeriModuleItems* declarations,
+                   VeriNodes<VeriStatement>* statements, std::unique_ptr<VeriScope> scope, unsigned long linefile = 0);
+  ~VeriFunctionDecl() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriFunctionDecl; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+
+private:
+  VeriTypeDef* _type;
+};
+
+class VeriTaskDecl : public VeriSubprogram {
+public:
+  using VeriSubprogram::VeriSubprogram;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriTaskDecl; }
+  void Accept(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+};
+
+/// One `target = value` of a continuous or procedural continuous assignment.
+class VeriNetRegAssign : public VeriTreeNode {
+public:
+  VeriNetRegAssign(VeriExpression* target, VeriExpression* value, unsigned long linefile = 0);
+  ~VeriNetRegAssign() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriNetRegAssign; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope, VERI_ENV_E target_kind);
+  void Elaborate();
+
+private:
+  VeriExpression* _target;
+  VeriExpression* _value;
+};
+
+class VeriContinuousAssign : public VeriModuleItem {
+public:
+  explicit VeriContinuousAssign(VeriNodes<VeriNetRegAssign>* assigns, unsigned long linefile = 0);
+  ~VeriContinuousAssign() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriContinuousAssign; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  void Elaborate() override;
+
+private:
+  VeriNodes<VeriNetRegAssign>* _assigns;
+};
+
+/// One instance of a gate, module or primitive.
+class VeriInst : public VeriTreeNode {
+public:
+  /// `id` may hold a nameless identifier for gates. `ranges`: array of instances.
+  VeriInst(VeriIdDecl* id, VeriExpressions* connects, unsigned long linefile = 0);
+  ~VeriInst() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriInst; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope);
+  VeriIdDef* GetId() const { return _id ? _id->GetId() : nullptr; }
+  VeriInstId* GetInstId() const;
+  const char* Name() const { return GetId() ? GetId()->Name() : ""; }
+  const VeriExpressions* Connects() const { return _connects; }
+  const VeriNodes<VeriRange>* Ranges() const { return _id ? _id->Ranges() : nullptr; }
+
+  /// An instance of this module name; `parameters` are the values of the instantiation.
+  void InstantiateModule(const char* module_name, const VeriExpressions* parameters);
+  void InstantiateGate(unsigned token);
+
+private:
+  struct Binding;
+  VeriModule* FindModule(const char* name) const;
+  bool ConsolidateParameters(VeriModule* module, const char* module_name, const VeriExpressions* given, Map& out) const;
+  void ExtractMatchingDefparams(VeriModule* module, Map& out) const;
+  Netlist* FindView(VeriModule* module, const char* module_name, const Map& parameters) const;
+  Netlist* CreateUnknownView(const char* module_name, const Map& parameters) const;
+  void CreateInstance(Netlist* view, VeriModule* module, const char* name, int index, int count);
+  void CreatePortRefs(Instance* inst, VeriModule* module, int index, int count);
+  void ConnectPort(Instance* inst, const char* port_name, unsigned position, VeriExpression* actual,
+                   VeriIdDef* implicit, int index, int count);
+  void ConnectImplicitPorts(Instance* inst, VeriModule* module, const Set& connected);
+  bool EvaluateRange(int* left, int* right) const;
+  Array* AddUnknownPorts(Netlist* view, const char* formal, unsigned position, unsigned size);
+  bool EvaluateTerminals(std::vector<OwnedValue>& out, unsigned outputs, bool inputs_are_last, unsigned token) const;
+
+  VeriIdDecl* _id;
+  VeriExpressions* _connects;
+};
+
+class VeriGateInstantiation : public VeriModuleItem {
+public:
+  VeriGateInstantiation(unsigned token, VeriNodes<VeriInst>* insts, unsigned long linefile = 0);
+  ~VeriGateInstantiation() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriGateInstantiation; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  void Elaborate() override;
+
+private:
+  unsigned _token;
+  VeriNodes<VeriInst>* _insts;
+};
+
+class VeriModuleInstantiation : public VeriModuleItem {
+public:
+  VeriModuleInstantiation(VeriName* module, VeriExpressions* parameters, VeriNodes<VeriInst>* insts,
+                          unsigned long linefile = 0);
+  ~VeriModuleInstantiation() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriModuleInstantiation; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  void Elaborate() override;
+  const char* ModuleName() const { return _module->GetName(); }
+  const VeriNodes<VeriInst>* Insts() const { return _insts; }
+
+private:
+  VeriName* _module;
+  VeriExpressions* _parameters;
+  VeriNodes<VeriInst>* _insts;
+};
+
+class VeriAlwaysConstruct : public VeriModuleItem {
+public:
+  VeriAlwaysConstruct(unsigned token, VeriStatement* statement, unsigned long linefile = 0);
+  ~VeriAlwaysConstruct() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriAlwaysConstruct; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  void Initialize() override;
+  void Elaborate() override;
+  unsigned Token() const { return _token; }
+
+private:
+  void Connect(VeriDataFlow& flow);
+  unsigned _token;
+  VeriStatement* _statement;
+};
+
+class VeriInitialConstruct : public VeriModuleItem {
+public:
+  explicit VeriInitialConstruct(VeriStatement* statement, unsigned long linefile = 0);
+  ~VeriInitialConstruct() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriInitialConstruct; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  void Initialize() override;
+  void Elaborate() override;
+
+private:
+  VeriStatement* _statement;
+};
+
+class VeriDefParamAssign : public VeriTreeNode {
+public:
+  VeriDefParamAssign(VeriName* name, VeriExpression* value, unsigned long linefile = 0);
+  ~VeriDefParamAssign() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriDefParamAssign; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope);
+  /// The name of the parameter when the path names this instance in the present module: u1.W or block.u1.W; else null.
+  const char* MatchesInstance(const VeriIdDef* instance) const;
+  VeriExpression* Value() const { return _value; }
+  VeriName* Name() const { return _name; }
+
+private:
+  VeriName* _name;
+  VeriExpression* _value;
+};
+
+class VeriDefParam : public VeriModuleItem {
+public:
+  explicit VeriDefParam(VeriNodes<VeriDefParamAssign>* assigns, unsigned long linefile = 0);
+  ~VeriDefParam() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriDefParam; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  /// Puts the assignments among those that wait for their instance.
+  void GenerateObjects() override;
+
+private:
+  VeriNodes<VeriDefParamAssign>* _assigns;
+};
+
+// Generate constructs.
+
+/// What several constructs share: each picks bodies, which are scopes with items, and runs passes over them.
+class VeriGenerateItem : public VeriModuleItem {
+public:
+  using VeriModuleItem::VeriModuleItem;
+  unsigned IsGenerate() const { return 1; }
+  void GenerateObjects() override = 0;
+  void Initialize() override;
+  void Elaborate() override;
+
+protected:
+  /// One body that exists in this run.
+  struct Round {
+    VeriScope* generated; // null: the items stand in the scope around
+    std::string label;
+    VeriModuleItems* items;
+    VeriIdDef* genvar; // null outside of loops
+    int value;
+  };
+  /// Makes the generated scope of a body and its objects.
+  void AddRound(VeriScope* source, const char* label, VeriModuleItems* items, VeriIdDef* genvar, int value);
+  void ForEachRound(const std::function<void(VeriModuleItem*)>& pass);
+};
+
+class VeriGenerateConstruct : public VeriGenerateItem {
+public:
+  explicit VeriGenerateConstruct(VeriModuleItems* items, unsigned long linefile = 0);
+  ~VeriGenerateConstruct() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriGenerateConstruct; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  void GenerateObjects() override;
+  void Initialize() override;
+  void Elaborate() override;
+
+private:
+  VeriModuleItems* _items;
+};
+
+/// A body of a generate construct: `begin : label ... end`, or a single item, in a scope of its own.
+class VeriGenerateBlock : public VeriGenerateItem {
+public:
+  /// `id` is the block's identifier, made up for unnamed blocks.
+  VeriGenerateBlock(VeriIdDecl* id, VeriModuleItems* items, std::unique_ptr<VeriScope> scope,
+                    unsigned long linefile = 0);
+  ~VeriGenerateBlock() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriGenerateBlock; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  VeriScope* GetScope() const override { return _scope.get(); }
+  void Resolve(VeriScope* scope) override;
+  void GenerateObjects() override;
+  const char* Label() const { return _id->GetId()->Name(); }
+  VeriIdDef* GetId() const { return _id->GetId(); }
+  VeriModuleItems* Items() const { return _items; }
+
+private:
+  VeriIdDecl* _id;
+  VeriModuleItems* _items;
+  std::unique_ptr<VeriScope> _scope;
+};
+
+class VeriGenerateConditional : public VeriGenerateItem {
+public:
+  VeriGenerateConditional(VeriExpression* condition, VeriModuleItem* then_item, VeriModuleItem* else_item,
+                          unsigned long linefile = 0);
+  ~VeriGenerateConditional() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriGenerateConditional; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  void GenerateObjects() override;
+  void Initialize() override;
+  void Elaborate() override;
+
+private:
+  VeriModuleItem* PickBranch() const;
+  VeriExpression* _condition;
+  VeriModuleItem* _then;
+  VeriModuleItem* _else;
+};
+
+class VeriGenerateCaseItem : public VeriTreeNode {
+public:
+  /// Null conditions: the default.
+  VeriGenerateCaseItem(VeriExpressions* conditions, VeriModuleItem* item, unsigned long linefile = 0);
+  ~VeriGenerateCaseItem() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriGenerateCaseItem; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  const VeriExpressions* Conditions() const { return _conditions; }
+  VeriModuleItem* Item() const { return _item; }
+
+private:
+  VeriExpressions* _conditions;
+  VeriModuleItem* _item;
+};
+
+class VeriGenerateCase : public VeriGenerateItem {
+public:
+  VeriGenerateCase(unsigned token, VeriExpression* expression, VeriNodes<VeriGenerateCaseItem>* items,
+                   unsigned long linefile = 0);
+  ~VeriGenerateCase() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriGenerateCase; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  void GenerateObjects() override;
+  void Initialize() override;
+  void Elaborate() override;
+
+private:
+  VeriModuleItem* PickBranch() const;
+  unsigned _token;
+  VeriExpression* _expression;
+  VeriNodes<VeriGenerateCaseItem>* _items;
+};
+
+class VeriGenerateFor : public VeriGenerateItem {
+public:
+  /// `genvar` names it in the initial assignment; `declared` is its declaration when that stands in the loop itself.
+  VeriGenerateFor(VeriName* genvar, VeriExpression* initial, VeriExpression* condition, VeriExpression* repetition,
+                  VeriModuleItem* body, VeriIdDecl* declared, unsigned long linefile = 0);
+  ~VeriGenerateFor() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriGenerateFor; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  void GenerateObjects() override;
+
+private:
+  VeriName* _genvar;
+  VeriExpression* _initial;
+  VeriExpression* _condition;
+  VeriExpression* _repetition; // a VeriAssignmentOperator
+  VeriModuleItem* _body;
+  VeriIdDecl* _declared;
+};
+
+/// Items that make no logic: specify blocks, assertions, coverage, clocking.
+class VeriIgnoredItem : public VeriModuleItem {
+public:
+  explicit VeriIgnoredItem(unsigned token, unsigned long linefile = 0) : VeriModuleItem(linefile), _token(token) {}
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriIgnoredItem; }
+  void Accept(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope*) override {}
+
+private:
+  unsigned _token;
+};
+
+/// package::name or package::* of an import declaration.
+class VeriImport : public VeriModuleItem {
+public:
+  /// A null name is the wildcard.
+  VeriImport(const char* package, const char* name, unsigned long linefile = 0);
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriImport; }
+  void Accept(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  unsigned IsDeclaration() const override { return 1; }
+
+private:
+  std::string _package;
+  std::string _name;
+};
+
+/// The rows of a user-defined primitive: letters with `:` between the fields, in source order.
+class VeriTable : public VeriModuleItem {
+public:
+  using VeriModuleItem::VeriModuleItem;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriTable; }
+  void Accept(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope*) override {}
+  void AddRow(std::string row) { _rows.push_back(std::move(row)); }
+  const std::vector<std::string>& Rows() const { return _rows; }
+
+private:
+  std::vector<std::string> _rows;
+};
+
+#endif
