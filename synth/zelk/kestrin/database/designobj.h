@@ -128,6 +128,8 @@ public:
 protected:
   /// Replaces the name without a look at the owner.
   void Rename(const char* name);
+  /// The name and the first user name, without a look at the owner.
+  void CopyNames(const DesignObj& other);
 
 private:
   char* _name;

@@ -163,11 +163,16 @@ private:
   friend class Netlist;
   friend class NetlistChecker;
 
-  void CheckConnectable(const Port* port) const;
+  friend class Port;
+
+  Net* RoleNet(const Port* port) const { return port ? GetNet(port) : nullptr; }
+  void ConnectRole(const Port* port, Net* net);
   void ConnectBits(const Array* nets, Port* (Netlist::*bit)(unsigned) const);
-  void DropConnectionAt(unsigned index);
-  void MoveConnection(unsigned from, unsigned to);
-  PortRef* DetachConnectionAt(unsigned index);
+  /// The view's port at this position goes: its connection too, and those behind it move up.
+  void DropPortAt(unsigned index);
+  /// The view got a port at this position.
+  void InsertPortAt(unsigned index);
+  void ForgetView();
 
   unsigned _sequence = 0;
   Array* _connections = nullptr;

@@ -203,7 +203,7 @@ public:
   int RightIndex() const { return _right; }
   unsigned IsUp() const { return _right > _left; }
   /// Of the range, whatever is filled.
-  unsigned Size() const { return static_cast<unsigned>(IsUp() ? _right - _left : _left - _right) + 1; }
+  unsigned Size() const { return Distance(_left, _right) + 1; }
   Netlist* Owner() const { return _owner; }
   /// Elements by position: a hole has a null key and a non-null value.
   const Map& Elements() const { return _elements; }
@@ -225,6 +225,12 @@ public:
 private:
   friend class Netlist;
   friend class NetlistChecker;
+  static unsigned Distance(int a, int b) {
+    return a < b ? static_cast<unsigned>(b) - static_cast<unsigned>(a)
+                 : static_cast<unsigned>(a) - static_cast<unsigned>(b);
+  }
+  void ReplaceItem(MapItem* item, DesignObj* element);
+
   int _left;
   int _right;
   int _level;

@@ -351,13 +351,18 @@ private:
   friend class Port;
 
   hash_type NameHash() const { return _case_sensitive ? HASH_STRING : HASH_STRING_NOCASE; }
-  void RenumberPorts();
-  void MovePortTo(Port* port, unsigned pos);
+  // Into the tables and out of them, with names that clash resolved, and nothing else.
+  void Link(Net* net);
+  void Unlink(Net* net);
+  void Link(Instance* inst);
+  void Unlink(Instance* inst);
   void RenamePort(Port* port, const char* name);
-  void DuplicateName(const Map& table, DesignObj* object) const;
+  void RenumberPorts();
   void MakeInstanceName(Instance* inst);
   void ResolveInstanceClash(Instance* inst);
+  std::string FreeName(const Map& table, const char* prefix, unsigned& counter) const;
   void DeleteContents();
+  void ForgetReferences();
   unsigned JoinsPorts(const Net* net) const;
 
   ResourceSharing* _sharing = nullptr;
