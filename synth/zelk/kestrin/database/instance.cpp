@@ -11,7 +11,7 @@
 #include "database/netlist.h"
 #include "database/primitives.h"
 #include "database/views.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 Instance::Instance(const char* name, Netlist* view, unsigned long linefile) : DesignObj(name, linefile), _view(view) {
   if (_view) _view->AddRef(this);
@@ -237,7 +237,7 @@ namespace {
 
 /// The name in the outer netlist of what an instance's view holds. A system name stays one.
 std::string FlattenedName(const char* outer, const char* inner) {
-  std::string prefix = outer ? outer : " flat";
+  std::string prefix = outer && *outer ? outer : " flat";
   if (*inner != ' ') return prefix + "_" + inner;
   return (prefix.front() == ' ' ? "" : " ") + prefix + "_" + (inner + 1);
 }

@@ -9,7 +9,7 @@
 #include "database/instance.h"
 #include "database/netlist.h"
 #include "database/views.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 namespace {
 

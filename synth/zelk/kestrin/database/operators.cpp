@@ -8,7 +8,7 @@
 #include "database/library.h"
 #include "database/net.h"
 #include "database/views.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 namespace {
 /// Names of the operators as they stand in the names of their instances, in the order of their types.

@@ -6,7 +6,7 @@
 #include "database/instance.h"
 #include "database/net.h"
 #include "database/operators.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 void Operator::SwapBits(Net** nets, unsigned n) { std::reverse(nets, nets + n); }
 

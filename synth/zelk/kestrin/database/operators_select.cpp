@@ -7,7 +7,7 @@
 #include "database/net.h"
 #include "database/operators.h"
 #include "database/views.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 namespace {
 std::vector<Net*> data_bits(const Instance* selector) {
