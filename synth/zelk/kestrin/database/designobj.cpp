@@ -9,6 +9,7 @@
 #include "containers/map.h"
 #include "containers/views.h"
 #include "util/message.h"
+#include "util/messagetable.h"
 #include "util/strings.h"
 
 namespace {
@@ -17,9 +18,9 @@ namespace {
 constexpr const char* language_attributes[] = {" VHDL", " Verilog", " SystemVerilog"};
 
 // Attributes by which a user refers to the object in the optimised netlist.
-constexpr ATT_ENUM naming_attributes[] = {ATT_NORVEL_ATTRIBUTE, ATT_CHIP_PIN, ATT_IP_DEBUG_ALIAS, ATT_IP_DEBUG_VISIBLE,
-                                          ATT_KEEP,             ATT_MAXFAN,   ATT_PRESERVE,       ATT_PROBE,
-                                          ATT_USEIOFF};
+constexpr ATT_ENUM naming_attributes[] = {ATT_NORVEL_ATTRIBUTE, ATT_CHIP_PIN, ATT_IP_DEBUG_ALIAS,
+                                          ATT_IP_DEBUG_VISIBLE, ATT_KEEP,     ATT_MAXFAN,
+                                          ATT_PRESERVE,         ATT_PROBE,    ATT_USEIOFF};
 
 } // namespace
 
@@ -129,9 +130,7 @@ unsigned DesignObj::AddAtt(const char* key, const char* value) { return AddAtt(n
 
 Att* DesignObj::GetAtt(ATT_ENUM type) const { return GetAtt(Att::TypeToString(type)); }
 
-Att* DesignObj::GetAtt(const char* key) const {
-  return key && _atts ? FromWord<Att*>(_atts->GetValue(key)) : nullptr;
-}
+Att* DesignObj::GetAtt(const char* key) const { return key && _atts ? FromWord<Att*>(_atts->GetValue(key)) : nullptr; }
 
 const char* DesignObj::GetAttValue(ATT_ENUM type) const { return GetAttValue(Att::TypeToString(type)); }
 
@@ -190,6 +189,17 @@ void Raise(msg_type_t type, const DesignObj* object, const char* format, va_list
 }
 
 } // namespace
+
+Map* DesignObj::_message_ids = nullptr;
+
+const char* DesignObj::GetMessageId(const char* format) {
+  return kestrin_message_id(_message_ids, MESSAGE_DATABASE, format);
+}
+
+void DesignObj::FreeMessageMap() {
+  delete _message_ids;
+  _message_ids = nullptr;
+}
 
 void DesignObj::Error(const char* format, ...) const {
   va_list args;

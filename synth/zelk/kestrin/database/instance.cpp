@@ -346,8 +346,8 @@ unsigned Instance::Propagate() { return _view ? _view->Propagate(this) : 0; }
 void Instance::Dump(std::ostream& out, unsigned indent) const {
   PrintLevel(out, indent);
   out << "Instance:" << (Name() ? Name() : "") << " Type:" << Netlist::PrimTypeToString(Type())
-      << " Conn:" << NumOfPortRefs() << "/" << (_view ? _view->NumOfPorts() : 0)
-      << " LineNo:" << (Linefile() & 0xFFFFF) << "\n";
+      << " Conn:" << NumOfPortRefs() << "/" << (_view ? _view->NumOfPorts() : 0) << " LineNo:" << (Linefile() & 0xFFFFF)
+      << "\n";
   if (_view && Type() == PRIM_NONE) {
     PrintLevel(out, indent + 1);
     out << "View:" << _view->ExternalName() << "\n";
@@ -363,8 +363,8 @@ void Instance::Dump(std::ostream& out, unsigned indent) const {
   DumpAttributes(out, indent + 1);
   for (PortRef* ref : ConnectionsOf(this)) {
     PrintLevel(out, indent + 1);
-    out << "Port:" << ref->GetPort()->Name()
-        << "  Net:" << (ref->GetNet()->Name() ? ref->GetNet()->Name() : " auto~") << "\n";
+    out << "Port:" << ref->GetPort()->Name() << "  Net:" << (ref->GetNet()->Name() ? ref->GetNet()->Name() : " auto~")
+        << "\n";
   }
 }
 

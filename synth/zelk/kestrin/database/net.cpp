@@ -393,8 +393,7 @@ bool KeepsBothNets(const Net* value, const Net* target) {
   bool wanted = (to_source && (value->IsConstant() || from_source)) || (value->HasAtts() && !to_source) ||
                 (target->HasAtts() && !from_source) || value->IsWired();
   if (!wanted || value->IsZ()) return wanted;
-  bool fewer_names =
-      kestrin_flag("zelk_preserve_fewer_names") || value->Owner()->IsAttOn(ATT_LSX_PRESERVE_FEWER_NAMES);
+  bool fewer_names = kestrin_flag("zelk_preserve_fewer_names") || value->Owner()->IsAttOn(ATT_LSX_PRESERVE_FEWER_NAMES);
   return !fewer_names || value->HasAtts() || target->HasAtts();
 }
 
@@ -447,7 +446,7 @@ unsigned Net::CheckCombLoop(Net* target) {
       for (PortRef* input : ConnectionsOf(driver)) {
         if (!input->IsInput()) continue;
         if (input->GetNet() == target) {
-          target->Error("combinational loop at net %s", target->ExternalName());
+          target->Warning("combinational loop at net %s", target->ExternalName());
           return 1;
         }
         open.push_back(input->GetNet());

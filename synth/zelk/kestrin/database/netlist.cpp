@@ -352,9 +352,7 @@ void Netlist::MakeInstanceName(Instance* inst) {
 namespace {
 
 /// Instances that a user refers to keep their name as the front of a made-up one.
-bool IsNamedByUser(const Instance* inst) {
-  return inst->Type() == PRIM_NONE || kestrin_is_register_type(inst->Type());
-}
+bool IsNamedByUser(const Instance* inst) { return inst->Type() == PRIM_NONE || kestrin_is_register_type(inst->Type()); }
 
 } // namespace
 
@@ -485,9 +483,9 @@ void Netlist::AddCompatibilityEdge(Instance* a, Instance* b) {
 }
 
 unsigned long Netlist::MemUsage() const {
-  unsigned long bytes = sizeof(Netlist) + _ports.MemUsage() + _port_buses.MemUsage() +
-                        _nets.MemUsage() + _auto_nets.MemUsage() + _net_buses.MemUsage() + _insts.MemUsage() +
-                        _fsms.MemUsage() + _params.MemUsage() + _refs.MemUsage();
+  unsigned long bytes = sizeof(Netlist) + _ports.MemUsage() + _port_buses.MemUsage() + _nets.MemUsage() +
+                        _auto_nets.MemUsage() + _net_buses.MemUsage() + _insts.MemUsage() + _fsms.MemUsage() +
+                        _params.MemUsage() + _refs.MemUsage();
   bytes += NumOfPorts() * sizeof(Port) + NumOfPortBuses() * sizeof(PortBus) + NumOfNetBuses() * sizeof(NetBus);
   for (Net* net : NetsOf(this)) {
     bytes += sizeof(Net) + net->NumOfPortRefs() * sizeof(PortRef) + Strings::len(net->Name());

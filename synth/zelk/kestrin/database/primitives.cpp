@@ -218,8 +218,7 @@ Net* Netlist::ReverseUserNetBuf(Net* o, unsigned long linefile, const char* name
 
 Net* Netlist::ReverseTristate(Net* o, Net* enable, unsigned long linefile) {
   Prim* view = Prim::Static(PRIM_TRI);
-  Instance* inst =
-      MakeInstance(this, view, linefile, nullptr, {{view->GetControl(), enable}, {view->GetOutput(), o}});
+  Instance* inst = MakeInstance(this, view, linefile, nullptr, {{view->GetControl(), enable}, {view->GetOutput(), o}});
   return NewNetOn(inst, view->GetInput());
 }
 
@@ -323,9 +322,8 @@ Net* Netlist::Dffrs(Net* d, Net* clk, Net* set, Net* reset, unsigned long linefi
 
 Net* Netlist::Dlatchrs(Net* d, Net* gate, Net* set, Net* reset, unsigned long linefile, const char* name) {
   Prim* view = Prim::Static(PRIM_DLATCHRS);
-  return Build(
-      this, view, linefile, name,
-      {{view->GetInput(), d}, {view->GetClock(), gate}, {view->GetSet(), set}, {view->GetReset(), reset}});
+  return Build(this, view, linefile, name,
+               {{view->GetInput(), d}, {view->GetClock(), gate}, {view->GetSet(), set}, {view->GetReset(), reset}});
 }
 
 // Folding forms.

@@ -65,8 +65,6 @@ public:
   void ProtectAddSubs();
 
 private:
-  void DeleteEdge(CEdge* edge);
-
   Netlist* _netlist;
   Map _neighbors; // Instance* to Set* of Instance*
   Map _edges;     // both addresses combined by exclusive or, to CEdge*; keys are not unique

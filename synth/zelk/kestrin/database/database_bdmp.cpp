@@ -1,0 +1,180 @@
+// The binary form of the database: every object writes its fields in a fixed order, behind what all objects share.
+#include "containers/views.h"
+#include "database/cell.h"
+#include "database/fsm.h"
+#include "database/instance.h"
+#include "database/library.h"
+#include "database/net.h"
+#include "database/netlist.h"
+#include "database/port.h"
+#include "database/primitives.h"
+#include "database/views.h"
+#include "util/saverestore.h"
+
+namespace {
+
+/// The version of the database's layout.
+constexpr long database_version = 0xAB0006;
+
+/// What stands before an instance.
+enum instance_kind { PLAIN_INSTANCE = 2, LUT_INSTANCE = 3 };
+
+} // namespace
+
+// The first user name is not saved.
+void DesignObj::Save(SaveRestore& stream) const {
+  stream.RegisterPointer(this);
+  stream.SaveString(_name);
+  stream.SaveLinefile(_linefile);
+  stream.SaveInteger(NumOfAtts());
+  for (auto [key, att] : Entries<const char*, Att*>(_atts)) {
+    stream.SaveString(key);
+    stream.SaveString(att->Value());
+  }
+}
+
+void Library::Save(SaveRestore& stream) const {
+  DesignObj::Save(stream);
+  stream.SaveInteger(database_version);
+  stream.SaveInteger(_auto_name);
+  for (Cell* cell : CellsOf(this)) {
+    if (stream.IsSaved(cell)) continue;
+    stream.SaveInteger(1);
+    cell->Save(stream);
+  }
+  stream.SaveInteger(0);
+}
+
+void Cell::Save(SaveRestore& stream) const {
+  DesignObj::Save(stream);
+  stream.SaveInteger(_auto_name);
+  for (Netlist* netlist : NetlistsOf(this)) {
+    if (stream.IsSaved(netlist)) continue;
+    stream.SaveInteger(1);
+    stream.SaveInteger(netlist->Type());
+    netlist->Save(stream);
+  }
+  stream.SaveInteger(0);
+}
+
+namespace {
+
+const char* NameOf(const DesignObj* object) { return object ? object->Name() : nullptr; }
+
+/// A view before all that refers to it.
+void SaveViews(const Netlist* netlist, SaveRestore& stream) {
+  Set views(HASH_POINTER);
+  const_cast<Netlist*>(netlist)->Hierarchy(views, /*top_down*/ 1);
+  for (unsigned pos = views.Size(); pos-- > 0;) {
+    auto* view = FromWord<Netlist*>(views.GetAt(pos));
+    if (view == netlist || stream.IsSaved(view)) continue;
+    const Cell* cell = view->Owner();
+    stream.SaveInteger(1);
+    stream.SaveInteger(view->Type());
+    view->Save(stream);
+    stream.SaveString(NameOf(cell ? cell->Owner() : nullptr));
+    stream.SaveString(NameOf(cell));
+  }
+  stream.SaveInteger(0);
+}
+
+void SaveConnections(const Net* net, SaveRestore& stream) {
+  stream.SaveInteger(net->NumOfPorts());
+  for (Port* port : PortsOf(net)) stream.SavePointer(port);
+  stream.SaveInteger(net->NumOfPortRefs());
+  for (PortRef* ref : PortRefsOf(net)) {
+    stream.SavePointer(ref->GetPort());
+    stream.SavePointer(ref->GetInst());
+  }
+}
+
+} // namespace
+
+void Netlist::Save(SaveRestore& stream) const {
+  DesignObj::Save(stream);
+  SaveViews(this, stream);
+  stream.SaveInteger(_present_design == this);
+  stream.SaveInteger(_inst_index);
+  stream.SaveInteger(_anonymous_port_index);
+  stream.SaveInteger(_renamed_net_index);
+  stream.SaveInteger(_fsm_index);
+  stream.SaveInteger(NumOfPorts());
+  for (Port* port : PortsOf(this)) port->Save(stream);
+  stream.SaveInteger(NumOfPortBuses());
+  for (PortBus* bus : PortBusesOf(this)) bus->Save(stream);
+  stream.SaveInteger(NumOfInsts());
+  for (Instance* inst : InstancesOf(this)) {
+    stream.SaveInteger(inst->LutFunction() ? LUT_INSTANCE : PLAIN_INSTANCE);
+    inst->Save(stream);
+  }
+  stream.SaveInteger(NumOfFsms());
+  for (Fsm* fsm : FsmsOf(this)) fsm->Save(stream);
+  stream.SaveInteger(NumOfNets());
+  for (Net* net : NetsOf(this)) {
+    net->Save(stream);
+    SaveConnections(net, stream);
+  }
+  stream.SaveInteger(NumOfNetBuses());
+  for (NetBus* bus : NetBusesOf(this)) bus->Save(stream);
+  stream.SaveInteger(NumOfParameters());
+  for (Param* param : ParamsOf(this)) {
+    KESTRIN_ASSERT_TEXT(false, "netlists with parameters are not saved");
+    stream.SaveString(param->Name());
+    stream.SaveString(param->Value());
+    stream.SaveString(param->TypeText());
+  }
+}
+
+void Prim::Save(SaveRestore& stream) const { DesignObj::Save(stream); }
+
+void Port::Save(SaveRestore& stream) const {
+  DesignObj::Save(stream);
+  stream.SaveInteger(_direction);
+}
+
+void PortBus::Save(SaveRestore& stream) const {
+  DesignObj::Save(stream);
+  stream.SaveInteger(_direction);
+  stream.SaveInteger(_is_up);
+  stream.SaveInteger(_left);
+  stream.SaveInteger(Size());
+  for (DesignObj* element : ElementsOf(this)) stream.SavePointer(element);
+}
+
+void Net::Save(SaveRestore& stream) const { DesignObj::Save(stream); }
+
+void NetBus::Save(SaveRestore& stream) const {
+  DesignObj::Save(stream);
+  stream.SaveInteger(_left);
+  stream.SaveInteger(_right);
+  unsigned present = 0;
+  for (auto [element, bus] : ElementsOf(this)) present += element != nullptr;
+  stream.SaveInteger(present);
+  int index = _left;
+  for (auto [element, bus] : ElementsOf(this)) {
+    if (element) {
+      stream.SavePointer(element);
+      stream.SaveInteger(index);
+    }
+    index += IsUp() ? 1 : -1;
+  }
+}
+
+void Instance::Save(SaveRestore& stream) const {
+  DesignObj::Save(stream);
+  stream.SavePointer(_view);
+}
+
+void LutInstance::Save(SaveRestore& stream) const {
+  Instance::Save(stream);
+  stream.SaveInteger(_function);
+}
+
+void Fsm::Save(SaveRestore& stream) const {
+  DesignObj::Save(stream);
+  stream.SaveInteger(NumStates());
+  for (auto [state, name] : Entries<Instance*, char*>(_states)) {
+    stream.SavePointer(state);
+    stream.SaveString(name);
+  }
+}
