@@ -6,6 +6,7 @@
 #include "database/library.h"
 #include "database/net.h"
 #include "database/netlist.h"
+#include "database/operators.h"
 #include "database/port.h"
 #include "database/primitives.h"
 #include "database/views.h"
@@ -126,6 +127,39 @@ void Netlist::Save(SaveRestore& stream) const {
 }
 
 void Prim::Save(SaveRestore& stream) const { DesignObj::Save(stream); }
+
+// What it takes to build the view again: its sizes.
+void Operator::Save(SaveRestore& stream) const {
+  DesignObj::Save(stream);
+  switch (Type()) {
+  case OPER_ADDER:
+    stream.SaveInteger(Input1Size());
+    stream.SaveInteger(Input2Size());
+    stream.SaveInteger(OutputSize());
+    return;
+  case OPER_MULTIPLIER:
+  case OPER_DIVIDER:
+  case OPER_MODULO:
+    stream.SaveInteger(Input1Size());
+    stream.SaveInteger(Input2Size());
+    stream.SaveInteger(IsSigned());
+    return;
+  case OPER_SHIFT_LEFT:
+  case OPER_SHIFT_RIGHT:
+  case OPER_ROTATE_LEFT:
+  case OPER_ROTATE_RIGHT:
+  case OPER_LESSTHAN:
+  case OPER_EQUAL:
+  case OPER_NTO1MUX:
+    stream.SaveInteger(Input1Size());
+    stream.SaveInteger(Input2Size());
+    return;
+  default: stream.SaveInteger(Input1Size());
+  }
+}
+
+// A memory is built again from the design.
+void OperDualPortRam::Save(SaveRestore& stream) const { DesignObj::Save(stream); }
 
 void Port::Save(SaveRestore& stream) const {
   DesignObj::Save(stream);

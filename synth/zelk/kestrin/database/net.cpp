@@ -13,9 +13,6 @@
 
 namespace {
 
-/// The data bits of an operator that passes one of them on.
-bool SelectsData(prim_type_enum type) { return type == OPER_NTO1MUX || type == OPER_SELECTOR; }
-
 bool TouchesBidir(const Net* net) { return net->GetFirstPort(DIR_INOUT) || net->GetFirstTrueBidirPortRef(); }
 
 bool IsConstantDriver(const PortRef* ref) { return ref && ref->GetInst()->IsConstantPrimitive(); }
