@@ -51,8 +51,11 @@ public:
 class MessageLog {
 public:
   MessageLog();
+  MessageLog(const MessageLog&) = delete;
+  MessageLog& operator=(const MessageLog&) = delete;
   ~MessageLog();
-  std::vector<std::string> lines;
+  /// The lines since the last call.
+  static std::vector<std::string> Take();
 };
 
 /// One analysis of a text after another, with one macro table, in a folder of their own.
@@ -65,25 +68,24 @@ public:
   std::string Tokens(const std::string& text);
   /// The tokens with the line of each in front: "1:module 1:ID:m".
   std::string TokensAndLines(const std::string& text);
-  /// A file beside the scanned ones.
-  void AddFile(const std::string& name, const std::string& text) { _folder.Write(name, text); }
+  /// A file beside the scanned ones; its full name.
+  std::string AddFile(const std::string& name, const std::string& text) { return _folder.write(name, text); }
   /// The messages since the last call, "LINE: error: text".
-  std::vector<std::string> Messages();
+  static std::vector<std::string> Messages() { return MessageLog::Take(); }
+  /// The last token that was not the end.
   veri_token LastToken() const { return _last; }
 
   RecordingServices services;
   RecordingClient client;
   VeriMacroTable macros;
-  /// What a parser does when it took the pragmas of a declaration.
-  bool takes_pragmas = false;
 
 private:
   std::string Read(const std::string& text, bool with_lines);
 
   veri_dialect _dialect;
-  ScratchDir _folder;
+  SCRATCH_DIR _folder;
   MessageLog _log;
-  veri_token _last;
+  veri_token _last{};
 };
 
 #endif
