@@ -61,18 +61,8 @@ const SEVERITY* severity_of(msg_type_t type) {
   return nullptr;
 }
 
-// As in the function of the header, for paths of any host.
-std::string location_text(unsigned long linefile) {
-  const char* file = LineFile::GetFileName(linefile);
-  if (!file || !*file) return "";
-  std::string name = file;
-  name.erase(0, name.find_last_of("/\\") + 1);
-  return name + "(" + std::to_string(LineFile::GetLineNo(linefile)) + ")";
-}
-
 void deliver(std::unique_ptr<MSG_BASE> message, unsigned long linefile) {
-  const char* file = LineFile::GetFileName(linefile);
-  if (file && *file) {
+  if (const char* file = LineFile::GetFileName(linefile)) {
     std::unique_ptr<MSG_TEXT_LOCATION_SCHEMA> schema(zelk_build_text_location_schema(linefile));
     message->set_location(file, schema.get(), "", "");
   }
@@ -124,7 +114,7 @@ void zelk_message_handler(msg_type_t type, const char* id, unsigned long linefil
     return;
   }
 
-  const std::string location = location_text(linefile);
+  std::string location = zelk_build_location_string(linefile);
   int number = 0;
   if (!id || !severity->ids.find(id, number)) {
     deliver_generic(*severity, text, location, linefile);

@@ -17,6 +17,7 @@ class Fsm;
 class Instance;
 class Net;
 class Param;
+class PortRef;
 class ResourceSharing;
 
 class Netlist : public DesignObj {
@@ -314,7 +315,7 @@ public:
   void OptimizeMuxTrees();
   void ExtractDffsLatchesAndTriStates();
   unsigned ElectricalConflict(unsigned ignore);
-  void CheckUserInstanceOutputPortConnections();
+  unsigned CheckUserInstanceOutputPortConnections();
   void CheckPortConnectivity();
   void CheckBidirConnectivity();
   void ProcessKeepAttributes();
@@ -327,7 +328,11 @@ public:
   void SplitDualReadRams();
   void UniquifyOperatorNames();
   void ConvertTransistorsWithConstantControls();
+  /// Cuts every loop of logic with a latch that is always open.
   void BreakLoops();
+  /// Walks backwards from a net and cuts the loops met: by a latch, or with `cut` by tying the load to X. Nets visited
+  /// are not walked again.
+  void LatchInto(Net* net, PortRef* load, Set& visited, Set& in_progress, unsigned cut);
 
   // Whether two nets are the same clock or condition, through buffers and pairs of inverters.
   static unsigned NetMatch(Net* a, Net* b);

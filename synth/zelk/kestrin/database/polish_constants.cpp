@@ -1,0 +1,193 @@
+// Folding of logic: constants, equal instances, operators around selections, transistors that constants control; and
+// the names of operators.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "database/operators.h"
+#include "database/polish.h"
+#include "database/primitives.h"
+#include "util/hooks.h"
+
+namespace {
+/// Folds every instance once, and again those whose inputs changed after their turn.
+class FoldingSweep {
+public:
+  explicit FoldingSweep(const Netlist* netlist) : _done(HASH_POINTER, netlist->NumOfInsts() + 1) {
+    _pending.reserve(netlist->NumOfInsts());
+    for (Instance* inst : InstancesOf(netlist)) _pending.emplace_back(inst);
+  }
+
+  unsigned Run() {
+    unsigned folded = 0;
+    for (size_t pos = 0; pos < _pending.size(); pos++) {
+      const PendingInstance next = _pending[pos];
+      if (!next.IsAlive()) continue;
+      _done.Insert(next.inst);
+      CollectLoads(next.inst);
+      if (!next.inst->Propagate()) continue;
+      folded++;
+      for (const PendingInstance& load : _loads)
+        if (load.IsAlive() && _done.Remove(load.inst)) _pending.push_back(load);
+    }
+    return folded;
+  }
+
+private:
+  void CollectLoads(const Instance* inst) {
+    _loads.clear();
+    if (inst->IsConstantPrimitive()) return;
+    for (const PortRef* ref : ConnectionsOf(inst)) {
+      if (ref->Direction() != DIR_OUTPUT) continue;
+      for (const PortRef* load : LoadsOf(ref->GetNet())) _loads.emplace_back(load->GetInst());
+    }
+  }
+
+  std::vector<PendingInstance> _pending;
+  std::vector<PendingInstance> _loads;
+  Set _done;
+};
+} // namespace
+
+void Netlist::PropagateConstants() {
+  ProfileScope scope("***Propagating constants***");
+  unsigned total = 0;
+  while (unsigned folded = FoldingSweep(this).Run()) total += folded;
+  if (!total) return;
+  kestrin_debug("Propagated constants through %d instances", total);
+  RemoveDanglingLogic();
+}
+
+namespace {
+/// Commutative over the inputs, since some views accept exchanged ones.
+uintptr_t Mix(const void* address) {
+  uint64_t word = reinterpret_cast<uintptr_t>(address) >> 2;
+  word *= 0x9e3779b97f4a7c15U;
+  return static_cast<uintptr_t>(word ^ (word >> 32));
+}
+
+uintptr_t Signature(const Instance* inst) {
+  uintptr_t sum = Mix(inst->View());
+  for (const PortRef* ref : ConnectionsOf(inst))
+    if (ref->IsInput()) sum += Mix(ref->GetNet());
+  return sum ? sum : 1;
+}
+
+/// Whether the walk to the inputs goes on behind this driver.
+bool IsLogic(const Instance* driver) {
+  return (driver->IsPrimitive() || driver->IsOperator()) && !kestrin_is_storage_type(driver->Type());
+}
+
+bool IsMergeable(const Instance* inst) {
+  return (inst->IsPrimitive() || inst->IsOperator()) && inst->Type() != PRIM_TRI && inst->Type() != OPER_LUT;
+}
+
+/// Merges into the first instance of the same signature that computes the same, or enters the instance.
+unsigned MergeWithEqual(Instance* inst, Map& signatures) {
+  if (!IsMergeable(inst)) return 0;
+  const void* key = ToWord(static_cast<intptr_t>(Signature(inst)));
+  for (MapItem* item = signatures.GetItem(key); item; item = signatures.GetNextSameKeyItem(item)) {
+    auto* equal = FromWord<Instance*>(item->Value());
+    if (equal->View() == inst->View() && inst->View()->MergeCommonSubexpression(equal, inst)) return 1;
+  }
+  signatures.Insert(key, inst, /*force_overwrite*/ 0, /*force_insert*/ 1);
+  return 0;
+}
+
+struct MergeFrame {
+  Instance* inst;
+  unsigned next_connection;
+};
+} // namespace
+
+/// The inputs come before the instance, so that equal cones merge from their leaves up. Returns the number merged.
+unsigned Instance::EliminateCommonSubexpressions(Set& visited, Map& signatures) {
+  unsigned merged = 0;
+  if (!visited.Insert(this)) return merged;
+  std::vector<MergeFrame> path{{this, 0}};
+  while (!path.empty()) {
+    MergeFrame& frame = path.back();
+    const Array* connections = frame.inst->Connections();
+    Instance* driver = nullptr;
+    while (connections && frame.next_connection < connections->Size() && !driver) {
+      const auto* ref = FromWord<PortRef*>(connections->At(frame.next_connection++));
+      if (!ref || !ref->IsInput() || ref->GetNet()->Owner() != frame.inst->Owner()) continue;
+      driver = ref->GetNet()->Driver();
+      if (driver && (!IsLogic(driver) || !visited.Insert(driver))) driver = nullptr;
+    }
+    if (driver) {
+      path.push_back({driver, 0});
+      continue;
+    }
+    Instance* inst = frame.inst;
+    path.pop_back();
+    merged += MergeWithEqual(inst, signatures);
+  }
+  return merged;
+}
+
+void Netlist::EliminateCommonSubexpressions() {
+  ProfileScope scope("***Merging common sub-expressions***");
+  Set visited(HASH_POINTER, NumOfInsts() + 1);
+  Map signatures(HASH_NUM, NumOfInsts() + 1);
+  unsigned merged = 0;
+  for (Port* port : PortsOf(this)) {
+    Instance* driver = port->GetNet() ? port->GetNet()->Driver() : nullptr;
+    if (driver && driver->Owner() == this) merged += driver->EliminateCommonSubexpressions(visited, signatures);
+  }
+  auto is_endpoint = [](const Instance* inst) {
+    return inst->Type() == PRIM_NONE || kestrin_is_storage_type(inst->Type());
+  };
+  for (bool is_for_endpoints : {true, false})
+    for (Instance* inst : InstancesOf(this))
+      if (is_endpoint(inst) == is_for_endpoints) merged += inst->EliminateCommonSubexpressions(visited, signatures);
+  kestrin_debug("Merged %d duplicate instances.  Data structures for algorithm consumed %u bytes", merged,
+                static_cast<unsigned>(visited.MemUsage() + signatures.MemUsage()));
+}
+
+void Netlist::OptimizeOperators() {
+  ProfileScope scope("***Optimizing operators***");
+  std::vector<PendingInstance> operators;
+  for (Instance* inst : InstancesOf(this))
+    if (inst->IsOperator()) operators.emplace_back(inst);
+  unsigned optimized = 0;
+  for (const PendingInstance& next : operators)
+    if (next.IsAlive()) optimized += static_cast<Operator*>(next.view)->Optimize(next.inst) != 0;
+  if (optimized) {
+    RemoveDanglingLogic();
+    kestrin_debug("Optimized %d operators", optimized);
+  }
+  for (Instance* inst : InstancesOf(this)) inst->SetControlNet(nullptr);
+}
+
+void Netlist::UniquifyOperatorNames() {
+  ProfileScope scope("***Creating unique names for operators***");
+  std::vector<Instance*> operators;
+  for (Instance* inst : InstancesOf(this))
+    if (inst->IsOperator() && !inst->IsUserName()) operators.push_back(inst);
+  Map next_numbers(HASH_NUM, 0); // by type
+  for (Instance* inst : operators) {
+    const void* type = ToWord(static_cast<int>(inst->Type()) + 1);
+    auto number = FromWord<unsigned>(next_numbers.GetValue(type));
+    std::string name;
+    do name = inst->View()->OperatorName() + std::to_string(number++);
+    while (GetInst(name.c_str()));
+    next_numbers.Insert(type, ToWord(number), /*force_overwrite*/ 1);
+    inst->SetName(name.c_str());
+  }
+  kestrin_debug("Renamed %d operators", static_cast<int>(operators.size()));
+}
+
+void Netlist::ConvertTransistorsWithConstantControls() {
+  ForEachReference(Prim::Static(PRIM_TRAN), this, [](Instance* tran) {
+    const Net* control = tran->GetControl();
+    if (control && !control->IsConstant()) return;
+    Net* a = tran->GetInput1();
+    Net* b = tran->GetInput2();
+    const bool is_closed = control && control->IsPwr();
+    delete tran;
+    if (!is_closed || !a || !b) return;
+    a->Wire(b);
+    a->ResolveWires();
+  });
+}
