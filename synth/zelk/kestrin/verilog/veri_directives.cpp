@@ -14,7 +14,7 @@ constexpr size_t max_macro_arguments = 128;
 /// Macros that paste their own name or double at each level escape the test for recursion; they end at these depths and
 /// at this many characters expanded within one use.
 constexpr size_t max_expansion_depth = 1000;
-constexpr size_t max_expansion_work = size_t{1} << 26;
+constexpr size_t max_expansion_work = size_t{1} << 25;
 constexpr size_t work_of_a_use = 16;
 
 /// The argument of a directive: white space, then the place where the argument begins; null without white space.
@@ -438,7 +438,7 @@ void VeriScanner::UseMacro(const VeriWord* name, const char* use) {
     return veri_error(_in.linefile, "incorrect use of predefined macro %s. Expected %s", name->Text(),
                       macro->Value() ? macro->Value() : "");
   if (const char* file = LineFile::GetFileName(macro->Linefile())) _client.AddDependentFile(file);
-  if (!_macros.VerifyMacro(macro->Name(), macro->Value(), _in.linefile)) return;
+  if (!_macros.VerifyMacro(*macro, _in.linefile)) return;
   if (macro->Args()) {
     _used_macro = name;
     _use_start = use;

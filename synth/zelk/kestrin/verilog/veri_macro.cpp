@@ -79,6 +79,7 @@ VeriMacroTable::~VeriMacroTable() {
 
 void VeriMacroTable::DefineMacro(const char* name, const char* value, const char* args, linefile_type linefile) {
   if (!name) return;
+  _state++;
   if (auto* known = FromWord<VeriMacroDef*>(_macros.GetValue(name))) return known->Redefine(value, args, linefile);
   auto* def = new VeriMacroDef(name, value, args, linefile, 0);
   _macros.Insert(def->Name(), def);
@@ -88,11 +89,13 @@ void VeriMacroTable::UndefineMacro(const char* name, linefile_type linefile) {
   const VeriMacroDef* def = Find(name);
   if (!def) return;
   if (def->IsPredefined()) return veri_error(linefile, "cannot undefine predefined macro %s", def->Name());
+  _state++;
   _macros.Remove(name);
   delete def;
 }
 
 void VeriMacroTable::UndefineAllMacros() {
+  _state++;
   for (auto [name, def] : All()) {
     if (def->IsPredefined()) continue;
     _macros.Remove(name);
@@ -147,6 +150,13 @@ unsigned VeriMacroTable::VerifyMacro(const char* name, const char* value, linefi
       if (next && seen.insert(used).second) bodies.push_back(next);
     }
   }
+  return 1;
+}
+
+unsigned VeriMacroTable::VerifyMacro(const VeriMacroDef& macro, linefile_type linefile) const {
+  if (macro._verified_in == _state) return 1;
+  if (!VerifyMacro(macro.Name(), macro.Value(), linefile)) return 0;
+  macro._verified_in = _state;
   return 1;
 }
 

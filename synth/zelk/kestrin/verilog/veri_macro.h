@@ -27,11 +27,13 @@ public:
   void Redefine(const char* value, const char* args, linefile_type linefile);
 
 private:
+  friend class VeriMacroTable;
   OwnedString _name;
   OwnedString _args;
   OwnedString _value;
   linefile_type _linefile;
   unsigned _is_predefined;
+  mutable unsigned long _verified_in = 0; // state of the table in which the macro was found not to be recursive
 };
 
 class VeriMacroTable {
@@ -62,12 +64,15 @@ public:
 
   /// Whether the expansion of `value` never comes back to the macro `name`; an error at `linefile` when it does.
   unsigned VerifyMacro(const char* name, const char* value, linefile_type linefile) const;
+  /// The same for a macro of the table, which is walked only when the table changed since the last time.
+  unsigned VerifyMacro(const VeriMacroDef& macro, linefile_type linefile) const;
 
   /// All entries, predefined ones too, in the order of the table: pairs of name and definition.
   Entries<const char*, const VeriMacroDef*> All() const { return Entries<const char*, const VeriMacroDef*>(_macros); }
 
 private:
-  Map _macros; // name of the definition -> VeriMacroDef
+  Map _macros;              // name of the definition -> VeriMacroDef
+  unsigned long _state = 1; // grows with each change
 };
 
 /// Checks a list of formals, opening parenthesis included, and compacts it to names and commas. Null after a mistake,
