@@ -478,7 +478,7 @@ void Netlist::PushOperatorSet(Map* operators) {
 void Netlist::PopOperatorSet() { _operator_set = FromWord<Map*>(_operator_sets.RemoveLast()); }
 
 void Netlist::AddCompatibilityEdge(Instance* a, Instance* b) {
-  if (!_sharing) _sharing = new ResourceSharing(this);
+  if (!_sharing) _sharing = new ResourceSharing;
   _sharing->AddCompatibilityEdge(a, b);
 }
 

@@ -52,7 +52,7 @@ public:
   virtual unsigned IsCommutative() const { return 0; }
   /// What one instance costs, in bits of an adder or 2:1 multiplexers of one bit.
   virtual unsigned Area() const { return 0; }
-  /// What merging the instances would cost: negative and 0 pay.
+  /// What merging the instances would cost: negative and 0 pay. Operators that are never merged cost too much.
   virtual int MergeCost(const Array* instances);
   /// Makes one operator of these instances, whose inputs are steered by their control nets. The first is kept.
   virtual void Merge(const Array* instances);
@@ -130,7 +130,6 @@ public:
   unsigned IsCommutative() const override { return Input1Size() == Input2Size(); }
   unsigned Area() const override { return OutputSize(); }
   int MergeCost(const Array* instances) override;
-  void Merge(const Array* instances) override;
 };
 
 /// Multiplier, divider and modulo: operands and output of any sizes.
@@ -146,7 +145,6 @@ public:
   unsigned IsCommutative() const override { return Input1Size() == Input2Size(); }
   unsigned Area() const override { return OutputSize(); }
   int MergeCost(const Array* instances) override;
-  void Merge(const Array* instances) override;
 };
 
 class OperDiv : public OperSized {

@@ -6,8 +6,8 @@
 #include "containers/heap.h"
 #include "containers/map.h"
 
+class Array;
 class Instance;
-class Netlist;
 class Set;
 
 /// Two operators that may become one, weighted by what that costs. The lowest weight is on top of a heap.
@@ -34,7 +34,7 @@ private:
 
 class ResourceSharing {
 public:
-  explicit ResourceSharing(Netlist* netlist);
+  ResourceSharing();
   ResourceSharing(const ResourceSharing&) = delete;
   ResourceSharing& operator=(const ResourceSharing&) = delete;
   ~ResourceSharing();
@@ -65,7 +65,9 @@ public:
   void ProtectAddSubs();
 
 private:
-  Netlist* _netlist;
+  /// The clique that an instance stands for, or the instance.
+  void AppendMembers(Instance* inst, Array& members) const;
+
   Map _neighbors; // Instance* to Set* of Instance*
   Map _edges;     // both addresses combined by exclusive or, to CEdge*; keys are not unique
   Heap _merges;
