@@ -18,8 +18,6 @@ class MSG_TEXT_LOCATION_SCHEMA;
 class Set;
 class VeriDesignUnit;
 class VeriLibrary;
-class VeriModule;
-class VeriPackage;
 class ZELK_MSG_DIRECTIVES;
 class veri_file;
 
@@ -65,6 +63,7 @@ private:
   ZELK_MSG_DIRECTIVES* apply_project_message_settings();
   bool wants_interface_files() const;
   void resolve_for_interface_files();
+  bool write_interface_files();
   HDB_ACTION_PT_INSTANCE* get_action_pt_inst() const;
 
   // Verilog macros of the project and of earlier files.
@@ -89,7 +88,6 @@ private:
   void create_basic_verilog_dependencies(const char* file);
   void create_implicit_verilog_dependencies(VeriDesignUnit* unit);
   void create_implicit_verilog_dependencies(VeriLibrary* library, const Set& items);
-  void register_parameter_dependents(HDB_ACTION_PT_INSTANCE* ap_inst, VeriModule* module);
   static void append_dependencies(const DEPENDENCIES& all, std::vector<std::string>& from,
                                   std::vector<std::string>& to);
 

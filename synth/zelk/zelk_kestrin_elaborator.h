@@ -37,8 +37,6 @@ protected:
   /// Tells the host the values that were used, defaults too.
   void register_parameters(const std::vector<std::string>& names);
   void register_single_parameter(const Param* param);
-  /// The test hook that replaces an elaboration by a canned netlist; null in the normal flow.
-  Netlist* read_netlist_from_file();
   void cleanup();
 
   BASEX_ELABORATE_INFO* m_elaborate_info = nullptr;

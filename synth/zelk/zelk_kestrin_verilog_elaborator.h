@@ -4,7 +4,6 @@
 
 #include "zelk_kestrin_elaborator.h"
 
-class HDB_TYPE_DB;
 class VeriModule;
 
 class ZELK_KESTRIN_VERILOG_ELABORATOR : public ZELK_KESTRIN_ELABORATOR {
@@ -17,17 +16,16 @@ private:
   void set_loop_limit(int variable, const char* key);
   /// Finds the unit's tree again by unit and library name.
   void bind();
+  void bind_library(const char* name);
+  /// In order of declaration, local ones left out: a position of the host counts these.
   std::vector<std::string> parameter_names() const;
-  void fetch_parameters();
-  void create_actual_parameters();
-  Netlist* run_kernel();
-  void register_parameters();
+  void run_kernel();
   void register_additional_dependencies();
   void register_ports_type();
+  void dump_port_types(HDB_ENTITY* entity);
   void cleanup();
 
-  Map* m_interface_port_parameters = nullptr; // port id to Param, several per port
-  Map* m_actual_parameters = nullptr;         // made by the module
+  Map* m_actual_parameters = nullptr; // made by the module
   VeriModule* m_module = nullptr;
 };
 

@@ -14,12 +14,8 @@ struct GOOD_MACRO {
 
 TEST(MacroText, NameParametersAndTextAreSplit) {
   constexpr GOOD_MACRO cases[] = {
-      {"A", "A", nullptr, nullptr},
-      {"A=", "A", nullptr, ""},
-      {"_a$1=x = y", "_a$1", nullptr, "x = y"},
-      {"A \t\v= 1", "A", nullptr, " 1"},
-      {"F(a)", "F", "a", nullptr},
-      {"F ( a , $b_2 )=a+b", "F", "a,$b_2", "a+b"},
+      {"A", "A", nullptr, nullptr},      {"A=", "A", nullptr, ""},    {"_a$1=x = y", "_a$1", nullptr, "x = y"},
+      {"A \t\v= 1", "A", nullptr, " 1"}, {"F(a)", "F", "a", nullptr}, {"F ( a , $b_2 )=a+b", "F", "a,$b_2", "a+b"},
       {"F(a b)=x", "F", "ab", "x"}, // white space is dropped, wherever it stands
   };
   for (const GOOD_MACRO& test : cases) {

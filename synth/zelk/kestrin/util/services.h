@@ -71,6 +71,9 @@ public:
 
   /// Whether an attribute is known; reports it when not.
   virtual bool CheckAttributeName(const char* /*name*/, const char* /*file*/, unsigned /*line*/) { return true; }
+  /// Reports a value that a known attribute does not take. A null value is no value.
+  virtual void CheckAttributeValue(const char* /*name*/, const char* /*value*/, const char* /*file*/,
+                                   unsigned /*line*/) {}
   /// Reports attributes and directives that the user's tools forbid. The trigger is the word that opened a pragma
   /// comment, null for attribute syntax and for languages without triggers.
   virtual void CheckAttributeOrDirective(const char* /*name*/, const char* /*file*/, unsigned /*line*/,
