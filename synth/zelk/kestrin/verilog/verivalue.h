@@ -401,8 +401,7 @@ class VeriVectorValue : public VeriConstVal {
 public:
   /// All 0. A width of 0 is a vector without bits.
   explicit VeriVectorValue(unsigned width, char base = 'b');
-  VeriVectorValue(const VeriVectorValue& other);
-  ~VeriVectorValue() override;
+  VeriVectorValue(const VeriVectorValue&) = default;
   OwnedValue Copy() const override;
   VeriVectorValue* AsVector() override { return this; }
 
@@ -445,25 +444,21 @@ public:
   veri_digit Equal(veri_oper oper, VeriVectorValue& other);
 
 private:
-  class Words;
-  friend class Words;
-  static constexpr unsigned plane_word = 64;
-  unsigned WordCount() const { return (_width + plane_word - 1) / plane_word; }
-  uint64_t Word(const std::vector<unsigned char>& plane, unsigned index) const;
-  void SetWord(std::vector<unsigned char>& plane, unsigned index, uint64_t word);
-  void ClearPadding();
+  using Plane = std::vector<unsigned char>; // whole 64-bit words, zero beyond the width
+  using Limbs = std::vector<uint32_t>;      // a number, least significant limb first
+  void FillFrom(Plane& plane, unsigned bit) const;
   void DropEmptyPlanes();
   bool Unify(VeriVectorValue& other);
-  std::vector<uint64_t> Number() const;
-  void SetNumber(const std::vector<uint64_t>& words);
-  bool DivideMagnitudes(VeriVectorValue& other, bool want_remainder, const VeriTreeNode* from);
+  Limbs Magnitude() const;
+  void SetNumber(const Limbs& limbs);
+  void DivideBy(VeriVectorValue& other, bool want_remainder, const VeriTreeNode* from);
 
   unsigned _width;
   char _base;
   bool _fill = false;
-  std::vector<unsigned char> _bits;
-  std::vector<unsigned char> _z_bits; // empty: none is z
-  std::vector<unsigned char> _x_bits;
+  Plane _bits;
+  Plane _z_bits; // empty: none is z
+  Plane _x_bits;
 };
 
 /// A vector of nets, most significant first. Nets of known bits are the four constant nets.
