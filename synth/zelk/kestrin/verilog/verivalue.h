@@ -259,9 +259,10 @@ public:
   static OwnedValue AssignSliced(OwnedValue value, int64_t position, unsigned count, unsigned element_size,
                                  OwnedValue part);
   static OwnedValue AssignIndexed(OwnedValue value, int64_t position, unsigned element_size, OwnedValue part);
-  /// Reads through indices, outermost first, constant or not; `name` is for messages. Out of range reads x. A single
-  /// net-valued index makes a multiplexer over the elements, a variable part-select multiplexers or a shift.
-  static OwnedValue ReadPartial(OwnedValue value, const VeriConstraint& constraint, const VeriIndices& indices,
+  /// Reads through indices, outermost first, constant or not; `name` is for messages. The value is only borrowed. Out
+  /// of range reads x. A single net-valued index makes a multiplexer over the elements, a variable part-select
+  /// multiplexers or a shift.
+  static OwnedValue ReadPartial(const VeriValue& value, const VeriConstraint& constraint, const VeriIndices& indices,
                                 const char* name, const VeriTreeNode* from);
   /// The value with `part` written through the indices: a constant index replaces bits, a variable one multiplexes each
   /// element between its old and its new bits. Out of range writes nothing, with a warning.
@@ -410,7 +411,7 @@ public:
   void SetBase(char base) { _base = base; }
   /// An unbased literal such as '1 fills whatever width it is fitted to.
   bool IsFill() const { return _fill; }
-  void SetFill() { _fill = true; }
+  void SetFill(bool on = true) { _fill = on; }
   veri_digit Digit(unsigned bit) const override;
   void SetDigit(unsigned bit, veri_digit digit);
   void SetBit(unsigned bit, Net* net) override;

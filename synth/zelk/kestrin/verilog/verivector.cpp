@@ -229,7 +229,7 @@ int VeriVectorValue::Integer(const VeriTreeNode* from) const {
     int64_t number;
     bool fits = ToInt64(&number) && (IsSigned() ? number == static_cast<int32_t>(number)
                                                 : number == static_cast<int64_t>(static_cast<uint32_t>(number)));
-    if (!fits && !HasXZ()) veri_at(from).Error("could not convert a value to 32 bit integer");
+    if (!fits && !HasXZ()) veri_at(from).Warning("could not convert a value to 32 bit integer");
   }
   if (!_width) return 0;
   auto low = static_cast<uint32_t>(get_word(_bits, 0));
