@@ -61,8 +61,18 @@ const SEVERITY* severity_of(msg_type_t type) {
   return nullptr;
 }
 
+// As in the function of the header, for paths of any host.
+std::string location_text(unsigned long linefile) {
+  const char* file = LineFile::GetFileName(linefile);
+  if (!file || !*file) return "";
+  std::string name = file;
+  name.erase(0, name.find_last_of("/\\") + 1);
+  return name + "(" + std::to_string(LineFile::GetLineNo(linefile)) + ")";
+}
+
 void deliver(std::unique_ptr<MSG_BASE> message, unsigned long linefile) {
-  if (const char* file = LineFile::GetFileName(linefile)) {
+  const char* file = LineFile::GetFileName(linefile);
+  if (file && *file) {
     std::unique_ptr<MSG_TEXT_LOCATION_SCHEMA> schema(zelk_build_text_location_schema(linefile));
     message->set_location(file, schema.get(), "", "");
   }
@@ -114,7 +124,7 @@ void zelk_message_handler(msg_type_t type, const char* id, unsigned long linefil
     return;
   }
 
-  std::string location = zelk_build_location_string(linefile);
+  const std::string location = location_text(linefile);
   int number = 0;
   if (!id || !severity->ids.find(id, number)) {
     deliver_generic(*severity, text, location, linefile);

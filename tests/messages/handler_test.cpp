@@ -153,6 +153,8 @@ TEST_F(HandlerTest, AnElaborationQueuesItsMessages) {
 TEST_F(HandlerTest, LocationsShowTheFileWithoutItsPath) {
   EXPECT_EQ(zelk_build_location_string(place), "top.v(12)");
   EXPECT_EQ(zelk_build_location_string(12), "");
+  Message::Msg(MSG_ERROR, nullptr, LineFile::EncodeLineFile("C:\\work\\a.v", 3), "odd");
+  EXPECT_EQ(sink.shown.back().text, "Verilog HDL or VHDL error at a.v(3): odd");
   std::unique_ptr<MSG_TEXT_LOCATION_SCHEMA> schema(zelk_build_text_location_schema(place));
   EXPECT_EQ(schema->get_file(), "dir/top.v");
   EXPECT_EQ(schema->get_line(), 12);

@@ -234,17 +234,13 @@ VeriScanner::Step VeriScanner::TakeKeyword(veri_token* token, const VeriWord* wo
   return Step::Token;
 }
 
-/// The name ends with one character of white space, which belongs to it.
+/// The name goes as far as the white space that ends it, whatever its characters.
 VeriScanner::Step VeriScanner::ScanEscapedWord(veri_token* token) {
   char* to = _in.pos + 1;
   while (to != _in.end && *to != '\n' && !veri_is(*to, VERI_CHAR_SPACE)) to++;
   if (to == _in.pos + 1) return TakeIllegal(token);
   const char* name = _keep_escapes ? _in.pos : _in.pos + 1;
-  TakeText(token, VERI_ID, {name, static_cast<size_t>(to - name)}, to);
-  if (to == _in.end) return Step::Token;
-  if (*to == '\n') NewLine();
-  _in.pos++;
-  return Step::Token;
+  return TakeText(token, VERI_ID, {name, static_cast<size_t>(to - name)}, to);
 }
 
 VeriScanner::Step VeriScanner::ScanSystemWord(veri_token* token) {
