@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "basex.h"
-#include "fio.h"
 #include "gen_string_hash.h"
 #include "msg.h"
 #include "stl_util.h"
@@ -61,15 +60,6 @@ const SEVERITY* severity_of(msg_type_t type) {
   return nullptr;
 }
 
-// As in the function of the header, for paths of any host.
-std::string location_text(unsigned long linefile) {
-  const char* file = LineFile::GetFileName(linefile);
-  if (!file || !*file) return "";
-  std::string name = file;
-  name.erase(0, name.find_last_of("/\\") + 1);
-  return name + "(" + std::to_string(LineFile::GetLineNo(linefile)) + ")";
-}
-
 void deliver(std::unique_ptr<MSG_BASE> message, unsigned long linefile) {
   const char* file = LineFile::GetFileName(linefile);
   if (file && *file) {
@@ -101,7 +91,10 @@ void zelk_init_message_handler() {
 std::string zelk_build_location_string(unsigned long linefile) {
   const char* file = LineFile::GetFileName(linefile);
   if (!file || !*file) return "";
-  return FIO_PATH(file).filename() + "(" + std::to_string(LineFile::GetLineNo(linefile)) + ")";
+  // The file may have been named on another host.
+  std::string name = file;
+  name.erase(0, name.find_last_of("/\\") + 1);
+  return name + "(" + std::to_string(LineFile::GetLineNo(linefile)) + ")";
 }
 
 MSG_TEXT_LOCATION_SCHEMA* zelk_build_text_location_schema(unsigned long linefile) {
@@ -124,7 +117,7 @@ void zelk_message_handler(msg_type_t type, const char* id, unsigned long linefil
     return;
   }
 
-  const std::string location = location_text(linefile);
+  const std::string location = zelk_build_location_string(linefile);
   int number = 0;
   if (!id || !severity->ids.find(id, number)) {
     deliver_generic(*severity, text, location, linefile);
