@@ -1,4 +1,4 @@
-"""Every message that the kernel raises has a row in the catalogue, so that it has an id and a host number."""
+"""Every message that the kernel raises has a row of its severity in the catalogue, and so a host number of its own."""
 
 import os
 import re
@@ -16,6 +16,7 @@ RAISED = re.compile(
     r"(?P<owner>\w+::|->|\.)?\b(?P<function>Error|Warning|Info|veri_error|veri_warning|veri_info)\(\s*"
     rf"(?:[\w.>()-]+,\s*)?(?P<format>{LITERAL}(?:\s*{LITERAL})*)"
 )
+SEVERITIES = {"error": "error", "warning": "warning", "info": "information"}
 EXTENSIONS = (".cpp", ".h", ".l", ".y", ".ll", ".yy", ".lpp", ".ypp")
 
 
@@ -34,21 +35,28 @@ def raised_formats():
                         continue
                     form = "".join(literal[1:-1] for literal in re.findall(LITERAL, match["format"]))
                     line = text.count("\n", 0, match.start()) + 1
-                    yield folder, f"{name}:{line}", form
+                    severity = SEVERITIES[match["function"].removeprefix("veri_").lower()]
+                    yield folder, f"{name}:{line}", severity, form
 
 
 class Sources(unittest.TestCase):
-    def test_raised_formats_are_in_the_catalogue(self):
+    def test_raised_messages_are_in_the_catalogue(self):
         messages = make_messages.read_catalogue(os.path.join(ROOT, "messages", "catalogue.txt"))
-        known = {"database": set(), "verilog": set()}
-        for message in messages:
-            if message.id:
-                known["database" if message.family == "VDB" else "verilog"].update(message.formats)
-        missing = [f"{place}: {form}" for folder, place, form in raised_formats() if form not in known[folder]]
+        known = {
+            ("database" if message.family == "VDB" else "verilog", message.severity, form)
+            for message in messages
+            if message.id and message.family != "VHDL"
+            for form in message.formats
+        }
+        missing = [
+            f"{place}: {severity}: {form}"
+            for folder, place, severity, form in raised_formats()
+            if (folder, severity, form) not in known
+        ]
         self.assertEqual(missing, [])
 
-    def test_raised_formats_are_found(self):
-        self.assertIn("cannot open file %s", [form for _, _, form in raised_formats()])
+    def test_raised_messages_are_found(self):
+        self.assertIn(("error", "cannot open file %s"), [raised[2:] for raised in raised_formats()])
 
 
 if __name__ == "__main__":
