@@ -140,7 +140,8 @@ public:
   void CreatePorts(Netlist* netlist, const char* name, port_dir direction, unsigned long linefile, Array& ports) const;
 
 protected:
-  friend class VeriArrayConstraint;
+  // What is built of elements asks them for their part.
+  friend class VeriRangeConstraint;
   friend class VeriCompositeConstraint;
   friend class VeriUniformArrayConstraint;
   friend class VeriCompositeArrayConstraint;
