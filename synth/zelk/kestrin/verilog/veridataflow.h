@@ -3,6 +3,7 @@
 #ifndef KESTRIN_VERILOG_VERIDATAFLOW_H
 #define KESTRIN_VERILOG_VERIDATAFLOW_H
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -68,12 +69,14 @@ public:
   /// The edges that no condition has matched yet; empty without event control.
   const std::vector<Net*>& EventControl() const { return _event_control; }
   void SetEventControl(std::vector<Net*> edges) { _event_control = std::move(edges); }
-  /// Turns a value that changes at the clock into its selection by the clock's event.
-  static OwnedValue Register(OwnedValue value, Net* clock, VeriIdDef* id, const VeriTreeNode* from);
+  /// The event of the clock in the netlist, made at the first question; null without clock.
+  Net* ClockEvent();
+  /// Turns a value that changes at the clock of this flow into its selection by the clock's event.
+  OwnedValue Register(OwnedValue value, VeriIdDef* id, const VeriTreeNode* from);
 
   // Sensitivity.
   void SetSensList(std::unique_ptr<class Set> ids) { _sens_list = std::move(ids); }
-  const class Set* SensList() const;
+  void SetEdgeIds(std::unique_ptr<class Set> ids) { _edge_ids = std::move(ids); }
   /// Warns of a variable that is read and not in the list.
   void SensListCheck(VeriIdDef* id, const VeriTreeNode* from) const;
 
@@ -91,14 +94,13 @@ public:
   void AssertValue(VeriIdDef* id, OwnedValue value);
 
   // Merges.
-  /// What two branches have assigned becomes a selection by the condition. With `clock` the values of the second are
-  /// registered first.
-  void PopOutOfIf(Net* condition, Net* clock, VeriDataFlow& then_flow, VeriDataFlow& else_flow,
-                  const VeriTreeNode* from);
+  /// What two branches have assigned becomes a selection by the condition. Where the second has a clock of its own, its
+  /// values are registered first.
+  void PopOutOfIf(Net* condition, VeriDataFlow& then_flow, VeriDataFlow& else_flow, const VeriTreeNode* from);
   /// Branch i where the select word is i.
-  void PopOutOfCaseWithMuxes(const Array& selectors, std::vector<VeriDataFlow*>& branches, const VeriTreeNode* from);
+  void PopOutOfCaseWithMuxes(const Array& selectors, const std::vector<VeriDataFlow*>& branches, const VeriTreeNode* from);
   /// Branch i where net i is 1; exactly one of them is.
-  void PopOutOfCaseWithSelectors(const Array& onehot, std::vector<VeriDataFlow*>& branches, const VeriTreeNode* from);
+  void PopOutOfCaseWithSelectors(const Array& onehot, const std::vector<VeriDataFlow*>& branches, const VeriTreeNode* from);
 
   // Jumps.
   /// Leaves for the label where the condition holds; a null condition always holds.
@@ -109,21 +111,23 @@ public:
 
 private:
   using Areas = std::vector<std::unique_ptr<VeriGotoArea>>;
+  using Merge = std::function<OwnedValue(std::vector<OwnedValue>)>;
   void AddGotoArea(std::unique_ptr<VeriGotoArea> area, const VeriTreeNode* from);
   VeriGotoArea* FindArea(const void* label) const;
-  void CollectIds(class Set& ids) const;
-  void MergeGotos(Net* condition, VeriDataFlow& then_flow, VeriDataFlow& else_flow, const VeriTreeNode* from);
-  void MergeCaseGotos(const Array* onehot, const Array* selectors, std::vector<VeriDataFlow*>& branches,
-                      const VeriTreeNode* from);
-  template <class Merge> void MergeBranches(std::vector<VeriDataFlow*>& branches, Merge merge);
+  /// The value of a variable at the end of a branch; null where control does not come out of it.
+  OwnedValue TakeBranchValue(VeriDataFlow& branch, VeriIdDef* id, bool registered, const VeriTreeNode* from);
+  void MergeBranches(const std::vector<VeriDataFlow*>& branches, const Merge& merge, const VeriTreeNode* from);
+  void MergeGotos(const std::vector<VeriDataFlow*>& branches, const Merge& merge, const VeriTreeNode* from);
 
   VeriDataFlow* _parent;
   VeriValueTable _values;
   VeriValueTable _asserts;
   Areas _goto_areas;
   std::vector<Net*> _event_control;
-  std::unique_ptr<class Set> _sens_list;
+  std::unique_ptr<class Set> _sens_list; // of a level-sensitive process; null for @*
+  std::unique_ptr<class Set> _edge_ids;  // variables of the event control
   Net* _clock = nullptr;
+  Net* _clock_event = nullptr;
   const VeriTreeNode* _process = nullptr;
   bool _is_process = false;
   bool _is_initial;

@@ -16,6 +16,7 @@ class Library;
 class VeriIdDef;
 class VeriModule;
 class VeriScope;
+class VeriTreeNode;
 
 enum veri_elab_mode { ELAB_BLACK_BOX = 0, ELAB_HIERARCHY_ONLY = 2, ELAB_FULL = 3 };
 enum veri_elab_stage { ELAB_INITIALIZE = 3, ELAB_GENERATE_OBJECTS = 4, ELAB_PREPARE = 5, ELAB_INTERNALS = 6 };
@@ -73,14 +74,19 @@ public:
 
   /// The scope of what generate constructs made in this run; generated scopes hang below it.
   VeriScope* GeneratedRoot() const { return _generated_root; }
+  /// The generated scope whose items are being elaborated.
+  VeriScope* CurrentGenerated() const { return _generated_stack.back(); }
+  void PushGenerated(VeriScope* scope) { _generated_stack.push_back(scope); }
+  void PopGenerated() { _generated_stack.pop_back(); }
+  /// The process that is being elaborated; null outside.
+  VeriTreeNode* Process() const { return _process; }
+  void SetProcess(VeriTreeNode* process) { _process = process; }
   Set& RamCandidates() { return _ram_candidates; }
   Set& Encodables() { return _encodables; }
   /// VeriDefParamAssign that no instance took yet.
   Set& Defparams() { return _defparams; }
   Map* Parameters() const { return _parameters; }
   void SetParameters(Map* parameters) { _parameters = parameters; }
-
-  VeriElaborationState* Below() const { return _below; }
 
 private:
   friend class VeriElaborationScope;
@@ -102,10 +108,11 @@ private:
   VeriStringPath _named_path;
   Map* _parameters = nullptr;
   VeriScope* _generated_root = nullptr;
+  std::vector<VeriScope*> _generated_stack;
+  VeriTreeNode* _process = nullptr;
   int _constant_loop_limit = 5000;
   int _non_constant_loop_limit = 250;
   unsigned _counters[COUNTER_TYPES] = {};
-  VeriElaborationState* _below = nullptr;
 };
 
 /// The state is the current one while the object lives.

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "verilog/veri_tokens.h"
 #include "verilog/vericonstraint.h"
 #include "verilog/veriid.h"
 #include "verilog/veriscope.h"
@@ -543,10 +544,10 @@ public:
   void AddToSensList(Set& ids) override;
   VeriName* GetPrefix() const { return _prefix; }
   const std::string& GetSuffix() const { return _suffix; }
+  /// The prefix is a struct whose member this is.
+  bool IsStructMember() const { return _is_member; }
 
 private:
-  /// The prefix is a struct whose member this is.
-  bool IsMember() const { return _is_member; }
   int MemberPosition(const VeriConstraint& prefix) const;
   VeriName* _prefix;
   std::string _suffix;

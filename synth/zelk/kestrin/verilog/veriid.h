@@ -289,6 +289,7 @@ public:
   /// The actual, or the initial value, fitted to the declared type.
   void Initialize() override;
   VeriValue* GetValue() override;
+  VeriConstraint* GetConstraint() override;
   void PushMutable() override;
   void PopMutable() override;
 

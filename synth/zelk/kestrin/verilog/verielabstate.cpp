@@ -1,0 +1,43 @@
+#include "verilog/verielabstate.h"
+
+#include "database/netlist.h"
+#include "verilog/verimodule.h"
+#include "verilog/veriscope.h"
+
+std::string VeriStringPath::CreateFullName(const char* name) const {
+  std::string full = ToString();
+  if (!full.empty()) full += '.';
+  return full + name;
+}
+
+std::string VeriStringPath::ToString() const {
+  std::string path;
+  for (const std::string& name : _names) {
+    if (!path.empty()) path += '.';
+    path += name;
+  }
+  return path;
+}
+
+VeriElaborationState::VeriElaborationState(veri_elab_mode mode, VeriModule* module, Library* library, Netlist* netlist)
+    : _mode(mode), _module(module), _library(library), _netlist(netlist) {
+  _generated_root = new VeriScope(SCOPE_UNIT, nullptr, module ? module->GetId() : nullptr);
+  _generated_stack.push_back(_generated_root);
+}
+
+VeriElaborationState::~VeriElaborationState() { delete _generated_root; }
+
+Net* VeriElaborationState::ConstantNet(Net*& net, Net* (Netlist::*make)(unsigned long)) {
+  if (!net) net = (_netlist->*make)(0);
+  return net;
+}
+
+Net* VeriElaborationState::Gnd() { return ConstantNet(_gnd, &Netlist::Gnd); }
+Net* VeriElaborationState::Pwr() { return ConstantNet(_pwr, &Netlist::Pwr); }
+Net* VeriElaborationState::X() { return ConstantNet(_x, &Netlist::X); }
+Net* VeriElaborationState::Z() { return ConstantNet(_z, &Netlist::Z); }
+
+void VeriElaborationState::SetLoopLimits(int constant, int non_constant) {
+  _constant_loop_limit = constant;
+  _non_constant_loop_limit = non_constant;
+}
