@@ -2,7 +2,8 @@
 """Completes the Verilog grammar with its tokens: make_tokens.py TOKENS.def GRAMMAR.y OUT.y
 
 The line @TOKENS@ of the grammar becomes one %token line per row of the token list, with the code that the scanner
-returns and, where the token has one text, that text as the token's alias."""
+returns and, where the token has one text, that text as the token's alias. The grammar defines api.token.prefix, since
+the codes are enumerators under these names already."""
 import re
 import sys
 

@@ -310,7 +310,7 @@ VeriScanner::Step VeriScanner::ScanString(veri_token* token) {
   }
   // The line of a newline inside a string is not counted.
   while (at != _in.end && *at != '\n') at++;
-  TakeText(token, VERI_STRING_LITERAL, {}, at == _in.end ? at : at + 1);
+  TakeText(token, VERI_STRING_LITERAL, "", at == _in.end ? at : at + 1);
   Error(" end of line inside a string");
   return Step::Token;
 }

@@ -43,7 +43,7 @@ VeriWords::VeriWords() : _slots(first_slots), _mask(first_slots - 1) {
     keyword->keyword = token.token;
     keyword->dialect = token.dialect;
   }
-  for (uint8_t directive = 1; directive < std::size(directive_names); directive++)
+  for (size_t directive = 1; directive < std::size(directive_names); directive++)
     word(directive_names[directive])->directive = static_cast<veri_directive>(directive);
 }
 
