@@ -7,6 +7,9 @@ if(ZELK_SANITIZE)
                                                -fno-omit-frame-pointer)
   target_link_options(zelk_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(ZELK_FUZZ)
+  target_compile_options(zelk_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # Scanners and parsers are generated code; they keep the warnings that their generators provoke.
 function(zelk_generated_sources)
