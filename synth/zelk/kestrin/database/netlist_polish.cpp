@@ -2,7 +2,7 @@
 // design: each pass relies on what those before it left.
 #include "database/netlist.h"
 #include "database/ram.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 namespace {
 enum class Guard { ALWAYS, IF_SET, UNLESS_SET };

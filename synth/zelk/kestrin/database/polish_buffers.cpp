@@ -4,7 +4,7 @@
 
 #include "database/polish.h"
 #include "database/primitives.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 namespace {
 bool IsBuffer(const Instance* inst, buffer_type_enum type) {

@@ -7,7 +7,7 @@
 #include "database/operators.h"
 #include "database/polish.h"
 #include "database/primitives.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 namespace {
 /// Folds every instance once, and again those whose inputs changed after their turn.

@@ -3,7 +3,7 @@
 
 #include "database/fsm.h"
 #include "database/polish.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 namespace {
 /// Marks everything that is reachable backwards from what has to stay.

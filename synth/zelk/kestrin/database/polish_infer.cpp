@@ -10,7 +10,7 @@
 #include "database/polish.h"
 #include "database/primitives.h"
 #include "util/deep.h"
-#include "util/hooks.h"
+#include "util/services.h"
 #include "util/message.h"
 
 namespace {

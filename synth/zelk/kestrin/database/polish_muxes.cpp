@@ -4,7 +4,7 @@
 
 #include "database/polish.h"
 #include "database/primitives.h"
-#include "util/hooks.h"
+#include "util/services.h"
 
 namespace {
 /// Whether this driver only feeds a net back to itself.
