@@ -24,9 +24,7 @@ constexpr RamElement write_elements[] = {{RAM_WRITE_ADDRESS, "waddr_", DIR_INPUT
                                          {RAM_BYTE_ENABLE, "be_", DIR_INPUT}};
 constexpr RamElement read_elements[] = {{RAM_READ_ADDRESS, "raddr_", DIR_INPUT}, {RAM_READ_DATA, "q_", DIR_OUTPUT}};
 
-bool IsReadElement(KESTRIN_RAM_PORT_ELEMENT element) {
-  return element == RAM_READ_ADDRESS || element == RAM_READ_DATA;
-}
+bool IsReadElement(KESTRIN_RAM_PORT_ELEMENT element) { return element == RAM_READ_ADDRESS || element == RAM_READ_DATA; }
 
 std::string Sizes(const KESTRIN_RAM_PORT_INFO& info, std::initializer_list<KESTRIN_RAM_PORT_ELEMENT> elements) {
   std::string text;

@@ -1,5 +1,5 @@
-// What Polish does with memories: write enables that elaboration registered, bypass logic that a user wrote by hand, and
-// memories with two read ports that have to be two memories. And what can be asked about their behaviour.
+// What Polish does with memories: write enables that elaboration registered, bypass logic that a user wrote by hand,
+// and memories with two read ports that have to be two memories. And what can be asked about their behaviour.
 #include <cstring>
 #include <string>
 #include <vector>
@@ -135,14 +135,12 @@ unsigned kestrin_find_manual_bypass_logic(Instance* inst, unsigned read_port, un
 unsigned kestrin_read_and_write_ports_are_compatible(Instance* inst, unsigned read_port, unsigned write_port) {
   switch (kestrin_compare_read_and_write_address(inst, read_port, write_port)) {
   case 1:
-  case 2:
-    return kestrin_get_ram_behavior(inst, ATT_READ_AFTER_WRITE, port_letters[read_port]);
+  case 2: return kestrin_get_ram_behavior(inst, ATT_READ_AFTER_WRITE, port_letters[read_port]);
   case 3: {
     Array output_regs;
     return kestrin_find_manual_bypass_logic(inst, read_port, write_port, output_regs);
   }
-  default:
-    return 0;
+  default: return 0;
   }
 }
 
@@ -152,8 +150,9 @@ void RemoveManualBypass(Instance* inst, unsigned read_port, unsigned write_port)
   if (!kestrin_find_manual_bypass_logic(inst, read_port, write_port, output_regs)) return;
   const char* read_letter = port_letters[read_port];
   const char* write_letter = port_letters[write_port];
-  kestrin_debug("Converting manual bypass logic on RAM %s (read port = %s, write port = %s) to read-after-write behavior",
-                inst->Name(), read_letter, write_letter);
+  kestrin_debug(
+      "Converting manual bypass logic on RAM %s (read port = %s, write port = %s) to read-after-write behavior",
+      inst->Name(), read_letter, write_letter);
   ArrayOf<Net> q;
   inst->GetReadArrayPort(read_port, RAM_READ_DATA, q);
   KESTRIN_ASSERT(q.Size() == output_regs.Size());
@@ -221,8 +220,8 @@ namespace {
 class RamSplitter {
 public:
   explicit RamSplitter(Netlist* netlist)
-      : _netlist(netlist), _is_forced(kestrin_flag("zelk_split_dual_read_rams") ||
-                                      kestrin_flag("zelk_dont_infer_true_dual_port_rams")) {}
+      : _netlist(netlist),
+        _is_forced(kestrin_flag("zelk_split_dual_read_rams") || kestrin_flag("zelk_dont_infer_true_dual_port_rams")) {}
 
   void Process(Instance* inst) {
     if (!inst->GetReadDepth(0) || inst->GetReadDepth(0) != inst->GetReadDepth(1) || inst->GetWriteDepth(1)) return;
@@ -265,9 +264,9 @@ private:
     inst->RemoveAtt(ATT_TRUE_DUAL_PORT);
     for (KESTRIN_RAM_PORT_ELEMENT element : {RAM_READ_ADDRESS, RAM_READ_DATA})
       for (unsigned bit = 0; bit < inst->GetReadPortSize(1, element); bit++) inst->DisconnectReadPort(1, element, bit);
-    Instance* copy = _netlist->DualPortRam(inst->GetWritePort(0, RAM_WRITE_ENABLE, 0), be.Size() ? &be : nullptr,
-                                           &waddr, inst->GetWriteDepth(0), &wdata, &raddr, inst->GetReadDepth(1), &q,
-                                           inst->Linefile());
+    Instance* copy =
+        _netlist->DualPortRam(inst->GetWritePort(0, RAM_WRITE_ENABLE, 0), be.Size() ? &be : nullptr, &waddr,
+                              inst->GetWriteDepth(0), &wdata, &raddr, inst->GetReadDepth(1), &q, inst->Linefile());
     copy->SetName((std::string(inst->Name()) + "__dual").c_str());
     CopyBehavior(inst, copy);
   }
