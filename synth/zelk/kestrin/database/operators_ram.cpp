@@ -83,10 +83,6 @@ void OperDualPortRam::CreatePorts() {
     for (const RamElement& part : read_elements) create(port, part, _read[port].size[part.element]);
 }
 
-unsigned OperDualPortRam::SupportsAttribute(const Att* att) const {
-  return !att || kestrin_att_supported(ATT_ON_RAM, att->Type());
-}
-
 Port* OperDualPortRam::ReadPort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, unsigned bit) const {
   if (!IsReadElement(element)) {
     KESTRIN_REPORT_INTERNAL("Unexpected read port element");
