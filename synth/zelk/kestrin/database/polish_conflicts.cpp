@@ -191,19 +191,20 @@ void kestrin_report_port_status(const DesignObj* place, const std::string& name,
 /// Bits of one status in a row are reported with their range.
 void CheckBus(const PortBus* bus) {
   std::vector<DB_PORT_STATUS_ENUM> status;
-  for (unsigned pos = 0; pos < bus->Size(); pos++) {
-    DesignObj* element = bus->ElementAtPos(pos);
+  for (DesignObj* element : ElementsOf(bus)) {
     if (element->PortBusLevel() >= 0)
       CheckBus(static_cast<const PortBus*>(element));
     else
       status.push_back(kestrin_check_port_connections(static_cast<const Port*>(element)));
   }
-  for (unsigned pos = 0; pos < status.size(); pos++) {
-    const unsigned begin = pos;
+  const int step = bus->IsUp() ? 1 : -1;
+  auto index_at = [&](size_t pos) { return std::to_string(bus->LeftIndex() + step * static_cast<int>(pos)); };
+  for (size_t pos = 0; pos < status.size(); pos++) {
+    const size_t begin = pos;
     while (pos + 1 < status.size() && status[pos + 1] == status[begin]) pos++;
-    std::string name = std::string(bus->ExternalName()) + "[" + std::to_string(bus->IndexOf(bus->ElementAtPos(begin)));
-    if (pos != begin) name += ".." + std::to_string(bus->IndexOf(bus->ElementAtPos(pos)));
-    kestrin_report_port_status(bus, name + "]", bus->Direction(), status[begin]);
+    const std::string range = pos == begin ? index_at(begin) : index_at(begin) + ".." + index_at(pos);
+    kestrin_report_port_status(bus, std::string(bus->ExternalName()) + "[" + range + "]", bus->Direction(),
+                               status[begin]);
   }
 }
 } // namespace

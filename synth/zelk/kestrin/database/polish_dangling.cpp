@@ -138,26 +138,21 @@ void ReportUndrivenBits(const NetBus* bus, const std::string& name, char value) 
     ReportUndriven(bus, name.c_str(), value);
     return;
   }
+  std::vector<DesignObj*> elements;
+  for (auto [element, holder] : ElementsOf(bus)) elements.push_back(element);
   const int step = bus->IsUp() ? 1 : -1;
-  auto index_at = [&](unsigned pos) { return bus->LeftIndex() + step * static_cast<int>(pos); };
-  for (unsigned pos = 0; pos < bus->Size();) {
-    DesignObj* element = bus->ElementAtPos(pos);
-    const char first = element ? DanglingDefault(element) : '-';
-    const std::string left = name + "[" + std::to_string(index_at(pos));
+  auto index_at = [&](size_t pos) { return std::to_string(bus->LeftIndex() + step * static_cast<int>(pos)); };
+  auto default_at = [&](size_t pos) { return elements[pos] ? DanglingDefault(elements[pos]) : '-'; };
+  for (size_t pos = 0; pos < elements.size(); pos++) {
+    const size_t begin = pos;
+    const char first = default_at(begin);
     if (first == mixed_defaults) {
-      ReportUndrivenBits(static_cast<const NetBus*>(element), left + "]", first);
-      pos++;
+      ReportUndrivenBits(static_cast<const NetBus*>(elements[begin]), name + "[" + index_at(begin) + "]", first);
       continue;
     }
-    const unsigned begin = pos++;
-    while (pos < bus->Size()) {
-      DesignObj* next = bus->ElementAtPos(pos);
-      if ((next ? DanglingDefault(next) : '-') != first) break;
-      pos++;
-    }
-    if (first == '-') continue;
-    const std::string range = pos == begin + 1 ? "]" : ".." + std::to_string(index_at(pos - 1)) + "]";
-    ReportUndriven(bus, (left + range).c_str(), first);
+    while (pos + 1 < elements.size() && default_at(pos + 1) == first) pos++;
+    const std::string range = pos == begin ? index_at(begin) : index_at(begin) + ".." + index_at(pos);
+    ReportUndriven(bus, (name + "[" + range + "]").c_str(), first);
   }
 }
 } // namespace
@@ -165,8 +160,7 @@ void ReportUndrivenBits(const NetBus* bus, const std::string& name, char value) 
 char NetBus::ProcessDanglingNetBus() {
   char common = '-';
   bool is_first = true;
-  for (unsigned pos = 0; pos < Size(); pos++) {
-    DesignObj* element = ElementAtPos(pos);
+  for (auto [element, bus] : ElementsOf(this)) {
     if (!element) continue;
     const char value = DanglingDefault(element);
     if (value == mixed_defaults) return value;

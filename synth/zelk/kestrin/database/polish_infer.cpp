@@ -10,8 +10,8 @@
 #include "database/polish.h"
 #include "database/primitives.h"
 #include "util/deep.h"
-#include "util/services.h"
 #include "util/message.h"
+#include "util/services.h"
 
 namespace {
 // Marks on the hold nets during the pass.
