@@ -88,7 +88,8 @@ TEST_F(Sharing, ExclusiveAddersBecomeOne) {
   Instance* a = Add(words["a"], words["b"], first, "s");
   Instance* b = Add(words["a"], words["c"], second, "t");
   Net* out = PortNet("o", DIR_OUTPUT);
-  top->Mux(b->GetOutputBit(0), a->GetOutputBit(0), top->GetNet("s"), 0)->PropagateInto(out, 0);
+  Net* choice = top->Mux(b->GetOutputBit(0), a->GetOutputBit(0), top->GetNet("s"), 0);
+  top->Inv(choice, 0)->PropagateInto(out, 0);
   top->AddCompatibilityEdge(a, b);
   Share();
   ASSERT_EQ(Adders(), 1U);
@@ -100,7 +101,7 @@ TEST_F(Sharing, ExclusiveAddersBecomeOne) {
   EXPECT_TRUE(by_s || select == top->GetNet("t"));
   EXPECT_EQ(steering->GetInput2(), words[by_s ? "b" : "c"]->At(2));
   EXPECT_EQ(steering->GetInput1(), words[by_s ? "c" : "b"]->At(2));
-  EXPECT_EQ(out->Driver(), a) << "the choice between equals is gone";
+  EXPECT_EQ(out->InvNet()->Driver(), a) << "the choice between equals is gone";
 }
 
 TEST_F(Sharing, ThreeAddersAreSteeredByASelector) {
@@ -108,7 +109,9 @@ TEST_F(Sharing, ThreeAddersAreSteeredByASelector) {
   const char* conditions[] = {"s", "t", "u"};
   const char* operands[] = {"b", "c", "d"};
   for (int i = 0; i < 3; i++) {
-    adders.push_back(Add(words["a"], words[operands[i]], AutoWord(), conditions[i]));
+    Array operand(*words["b"]);
+    operand.Insert(0U, words[operands[i]]->At(0));
+    adders.push_back(Add(words["a"], &operand, AutoWord(), conditions[i]));
     PortNet(("o" + std::to_string(i)).c_str(), DIR_OUTPUT);
     adders[i]->GetOutputBit(0)->PropagateInto(top->GetNet(("o" + std::to_string(i)).c_str()), 0);
   }
@@ -123,8 +126,9 @@ TEST_F(Sharing, ThreeAddersAreSteeredByASelector) {
     ASSERT_EQ(steering->Type(), OPER_SELECTOR);
     for (unsigned bit = 0; bit < 3; bit++)
       for (int i = 0; i < 3; i++)
-        if (steering->GetInput2Bit(bit) == words[operands[i]]->At(0))
+        if (steering->GetInput2Bit(bit) == words[operands[i]]->At(0)) {
           EXPECT_EQ(steering->GetInput1Bit(bit), top->GetNet(conditions[i]));
+        }
   }
 }
 
