@@ -139,6 +139,12 @@ TEST(Lexer, WhatIsNoTokenIsAnErrorAndAnIllegalToken) {
   EXPECT_EQ(Scan::Messages().size(), 2U);
 }
 
+TEST(Lexer, AByteOrderMarkIsNoPartOfTheText) {
+  Scan scan;
+  EXPECT_EQ(scan.Tokens("\xEF\xBB\xBFmodule"), "module");
+  EXPECT_EQ(scan.Tokens("\xEF\xBB"), "ILLEGAL ILLEGAL");
+}
+
 TEST(Lexer, ASyntaxErrorNamesTheTokenOrTheEnd) {
   Scan scan;
   veri_token token;

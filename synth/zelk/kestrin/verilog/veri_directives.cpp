@@ -11,10 +11,11 @@ namespace {
 constexpr unsigned max_if_depth = 50;
 /// Formals and actuals of a macro.
 constexpr size_t max_macro_arguments = 128;
-/// Macros that paste their own name or double at each level escape the test for recursion; they end at these depths and
-/// at this many characters expanded within one use.
+/// Macros that paste their own name or double at each level escape the test for recursion. They end at this depth, and
+/// when expansions come to this many characters beside what the size of the source allows for.
 constexpr size_t max_expansion_depth = 1000;
-constexpr size_t max_expansion_work = size_t{1} << 25;
+constexpr size_t free_expansion_work = size_t{1} << 25;
+constexpr size_t expansion_work_per_byte = 256;
 constexpr size_t work_of_a_use = 16;
 
 /// The argument of a directive: white space, then the place where the argument begins; null without white space.
@@ -506,9 +507,9 @@ void VeriScanner::Expand(const VeriMacroDef& macro, std::string_view text, const
   while (!_expansions.empty() &&
          (_expansions.back().depth > depth || (_expansions.back().depth == depth && _expansions.back().end <= use)))
     _expansions.pop_back();
-  if (_expansions.empty()) _expansion_work = 0;
   _expansion_work += text.size() + work_of_a_use;
-  if (_expansions.size() >= max_expansion_depth || _expansion_work > max_expansion_work)
+  if (_expansions.size() >= max_expansion_depth ||
+      _expansion_work > free_expansion_work + expansion_work_per_byte * _in.BytesRead())
     return veri_error(_in.linefile, "macro %s causes infinite loop", macro.Name());
 
   RecordUse(macro);

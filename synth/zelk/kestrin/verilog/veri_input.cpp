@@ -10,6 +10,8 @@ namespace {
 
 /// Room in front of a file for what is pushed back at its start.
 constexpr size_t headroom = 16384;
+/// What some editors write in front of a text.
+constexpr const char* byte_order_mark = "\xEF\xBB\xBF";
 /// Readable bytes behind the end.
 constexpr size_t padding = 16;
 /// A file that includes itself ends here; what is nested more than a little may not be large either.
@@ -42,6 +44,9 @@ bool VeriInputs::OpenFile(const char* absolute, const char* relative) {
   input.end = input.pos + std::fread(input.pos, 1, size, file.get());
   if (std::ferror(file.get())) return false;
   std::memset(input.end, 0, padding);
+  _bytes_read += static_cast<size_t>(input.end - input.pos);
+  if (std::memcmp(input.pos, byte_order_mark, std::strlen(byte_order_mark)) == 0)
+    input.pos += std::strlen(byte_order_mark);
   input.absolute = absolute;
   input.relative = relative;
   input.is_file = true;
@@ -98,6 +103,7 @@ void VeriInputs::Clear() {
   pos = end = nullptr;
   linefile = 0;
   _nested_bytes = 0;
+  _bytes_read = 0;
   _refuses_files = false;
 }
 

@@ -32,6 +32,8 @@ public:
 
   bool IsEmpty() const { return _inputs.empty(); }
   size_t Depth() const { return _inputs.size(); }
+  /// Of all files so far.
+  size_t BytesRead() const { return _bytes_read; }
   // Of the innermost file, null without one.
   const char* AbsoluteName() const;
   const char* RelativeName() const;
@@ -53,6 +55,7 @@ private:
 
   std::vector<Input> _inputs;
   size_t _nested_bytes = 0;
+  size_t _bytes_read = 0;
   bool _refuses_files = false;
 };
 

@@ -210,7 +210,7 @@ private:
     const char* end;
   };
   std::vector<Expansion> _expansions;
-  size_t _expansion_work = 0;
+  size_t _expansion_work = 0; // characters expanded so far
 
   std::string _pragma_trigger;
   std::string _string_value;
