@@ -28,6 +28,8 @@ public:
   virtual void MessageOff(unsigned /*id*/) {}
   /// 0 low, 1 medium, 2 high; with the place where it was asked for.
   virtual void SetMessageLevel(unsigned /*level*/, linefile_type /*linefile*/) {}
+  /// The level in force.
+  virtual unsigned MessageLevel() const { return 1; }
   /// Makes the whole set effective.
   virtual void RefreshMessageStatus() {}
 };

@@ -31,6 +31,8 @@ public:
   static Set& NewlyFound();
   /// Units that were registered for a later resolve, as VeriDesignUnitId.
   static Set& UnresolvedDesignUnits();
+  /// Takes a unit that is deleted out of both sets and out of the dependents of all other units.
+  static void ForgetDesignUnit(VeriDesignUnitId* id);
   /// Looks for NAME.v in the -y directories, and analyses it; null when there is none.
   static VeriModule* FindUnknownModule(const char* name);
   /// The module in this library, else in any; null when there is none.
@@ -61,7 +63,7 @@ public:
   /// Whether the host wants a module as a black box.
   static unsigned Blackboxed(const char* name);
 
-  /// Files that the files being analysed depend on: file to Set of names.
+  // The files that the file analysed last depends on: includes, and the files that define its macros.
   static void AddDependentFile(const char* name);
   static const Set& DependentFiles();
   static void ClearDependentFiles();

@@ -683,6 +683,8 @@ public:
   OwnedConstraint CreateConstraint() const override;
   unsigned Signing() const override { return _signing; }
   unsigned Type() const override { return _token; }
+  /// The member's identifier; null when there is none of this name.
+  VeriIdDef* FindMember(const char* name) const;
 
 private:
   unsigned _token;

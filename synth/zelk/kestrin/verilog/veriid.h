@@ -26,6 +26,13 @@ class VeriScope;
 class VeriTypeDef;
 class VeriValue;
 
+/// A macro that the text of a design unit or of global declarations tested or expanded.
+struct VeriMacroNode {
+  std::string key; ///< name and formals joined
+  std::string value;
+  std::string location; ///< of the definition, "file:line"; empty for a macro of the host
+};
+
 /// What is known of an identifier, as bits of its flags word.
 enum veri_id_flag : unsigned {
   IDF_ASSIGNED = 1U << 0,
@@ -43,7 +50,8 @@ enum veri_id_flag : unsigned {
   IDF_AUTOMATIC = 1U << 12,
   IDF_TYPED = 1U << 13, ///< a port whose declaration gives a net or variable type
   IDF_LOCAL_TO_PROCESS = 1U << 14,
-  IDF_IMPLICIT = 1U << 15
+  IDF_IMPLICIT = 1U << 15,
+  IDF_ANONYMOUS = 1U << 16 ///< of a block that the source gives no name
 };
 
 enum veri_id_kind {
@@ -119,20 +127,31 @@ public:
   virtual VeriConstraint* GetConstraint() { return nullptr; }
   /// A clone for one round of a generate construct.
   virtual std::unique_ptr<VeriIdDef> Generate() const = 0;
-  /// Sets the mutable state aside and starts with none; gives it back.
-  virtual void PushMutable() {}
-  virtual void PopMutable() {}
+  /// Sets the mutable state aside and starts with none; gives it back. What is known of the identifier from its use
+  /// stays for the time between, and changes to it are undone.
+  virtual void PushMutable();
+  virtual void PopMutable();
   /// The identifier that stands for this one in the present round of a generate construct.
   VeriIdDef* Current() { return _current ? _current : this; }
   void SetCurrent(VeriIdDef* clone) { _current = clone; }
   /// What a clone was made from; the identifier itself otherwise.
   const VeriIdDef* Template() const { return _template ? _template : this; }
 
+  // The sequence of macros that decided the text; an internal error for what is neither a design unit nor a library.
+  void AddMacro(const char* name, const char* args, const char* value, unsigned long linefile);
+  /// Null for what bears no macros.
+  virtual const std::vector<VeriMacroNode>* GetMacros() const { return nullptr; }
+
 protected:
+  virtual std::vector<VeriMacroNode>* MacroSequence() { return nullptr; }
   /// What all clones take over.
   void CopyTo(VeriIdDef& clone) const;
 
 private:
+  struct Saved {
+    VeriIdDef* current;
+    unsigned flags;
+  };
   std::string _name;
   unsigned _linefile;
   unsigned _flags = 0;
@@ -141,6 +160,7 @@ private:
   VeriTreeNode* _module_item = nullptr;
   VeriIdDef* _current = nullptr;
   const VeriIdDef* _template = nullptr;
+  std::vector<Saved> _saved;
 };
 
 class VeriDesignUnitId : public VeriIdDef {
@@ -154,11 +174,24 @@ public:
   void SetDesignUnit(VeriDesignUnit* unit) { _unit = unit; }
   VeriLibrary* GetLibrary() const { return _library; }
   void SetLibrary(VeriLibrary* library) { _library = library; }
+  const std::vector<VeriMacroNode>* GetMacros() const override { return &_macros; }
+
+  /// The packages that the unit uses, as VeriDesignUnitId, in the order of first use; known after its resolve.
+  const class Set& Dependents() const { return _dependents; }
+  void AddDependent(VeriDesignUnitId* package) { _dependents.Insert(package); }
+  void RemoveDependent(VeriDesignUnitId* package) { _dependents.Remove(package); }
+  /// Adds the identifier and all that it depends on, directly or not.
+  static void CollectDependents(VeriDesignUnitId* id, class Set& out);
+
+protected:
+  std::vector<VeriMacroNode>* MacroSequence() override { return &_macros; }
 
 private:
   unsigned _token;
   VeriDesignUnit* _unit = nullptr;
   VeriLibrary* _library = nullptr;
+  class Set _dependents;
+  std::vector<VeriMacroNode> _macros;
 };
 
 class VeriLibraryId : public VeriIdDef {
@@ -167,9 +200,14 @@ public:
   veri_id_kind Kind() const override { return VERI_ID_LIBRARY; }
   std::unique_ptr<VeriIdDef> Generate() const override;
   VeriLibrary* GetLibrary() const { return _library; }
+  const std::vector<VeriMacroNode>* GetMacros() const override { return &_macros; }
+
+protected:
+  std::vector<VeriMacroNode>* MacroSequence() override { return &_macros; }
 
 private:
   VeriLibrary* _library;
+  std::vector<VeriMacroNode> _macros;
 };
 
 class VeriBlockId : public VeriIdDef {
@@ -212,7 +250,7 @@ private:
   const VeriNodes<VeriRange>* _unpacked = nullptr;
   std::unique_ptr<VeriValue> _value;
   std::unique_ptr<VeriConstraint> _constraint;
-  std::vector<Mutable> _saved;
+  std::vector<Mutable> _saved_values;
 };
 
 /// Nets, variables and ports; also the result of a function.
@@ -234,7 +272,8 @@ public:
   VeriExpression* InitialValue() const { return _initial; }
   void SetInitialValue(VeriExpression* value) { _initial = value; }
 
-  // Use, noted by resolve: which processes name the variable, and in which of them it is the variable of a loop.
+  // Use, noted by resolve: which processes and subprograms name the variable, null for what stands in none, and in
+  // which of them it is the variable of a loop.
   void NoteReference(const VeriTreeNode* process) { _ref_processes.Insert(process ? process : nowhere()); }
   void NoteLoopVariable(const VeriTreeNode* process);
   /// A variable that is named only in processes that use it to count: nothing reads its nets.
@@ -246,6 +285,8 @@ public:
 
 private:
   static const void* nowhere();
+  void CopyTo(VeriVariable& clone) const;
+  friend class VeriFunctionId;
   unsigned _net_type;
   unsigned _dir = 0;
   VeriExpression* _initial = nullptr;

@@ -9,6 +9,8 @@
 #include "containers/set.h"
 #include "verilog/verimodule.h"
 
+class Cell;
+
 class VeriLibrary : public VeriTreeNode {
 public:
   explicit VeriLibrary(const char* name);
@@ -26,6 +28,11 @@ public:
   bool AddDesignUnit(VeriDesignUnit* unit);
   /// A declaration outside of all units; taken over.
   void AddItem(VeriModuleItem* item);
+  /// Deletes the declaration.
+  void RemoveItem(VeriModuleItem* item);
+  /// Declares a global name; false when it is taken.
+  bool Declare(VeriIdDef* id) { return _globals->Declare(id); }
+  VeriLibraryId* GetId() const { return _id.get(); }
   /// Deletes the unit.
   void RemoveDesignUnit(VeriDesignUnit* unit);
   void RemoveAllDesignUnits();
@@ -35,11 +42,15 @@ public:
   VeriDesignUnit* GetDefinition(const char* name) const;
   /// VeriDesignUnitId to VeriDesignUnit, in the order of insertion.
   const Map& DesignUnits() const { return _units; }
+  std::vector<VeriDesignUnit*> Units() const;
 
   /// Binds the names of the global declarations that came since the last call; each is entered into `done` when given.
   void ResolveGlobals(Set* done = nullptr);
   /// Makes the values of the global declarations, once until a new one arrives.
   void Elaborate();
+  /// Something new makes the values of the global declarations stale.
+  void RequireElaboration() { _is_elaborated = false; }
+  bool IsElaborated() const { return _is_elaborated; }
   const VeriModuleItems& GlobalItems() const { return _items; }
 
   // Files that global declarations depend on.
@@ -51,7 +62,11 @@ public:
 
 private:
   bool AddModule(VeriModule* module);
-  void Insert(VeriDesignUnit* unit);
+  bool AddNamed(Map& names, VeriDesignUnit* unit);
+  void Insert(Map& names, VeriDesignUnit* unit);
+  /// Takes the unit out without deleting it.
+  void Extract(VeriDesignUnit* unit);
+  void Elaborate(Cell* cell);
   std::string _name;
   std::string _time_scale;
   std::unique_ptr<VeriLibraryId> _id;
@@ -60,7 +75,7 @@ private:
   Map _packages; // name to unit
   Map _units;
   VeriModuleItems _items;
-  Array _unresolved;
+  ArrayOf<VeriModuleItem> _unresolved;
   Map _dependent_files; // item to Set of names
   bool _is_elaborated = false;
 };

@@ -85,6 +85,9 @@ public:
   void SetDirectives(unsigned celldefine, unsigned default_nettype);
   unsigned IsExtern() const { return _is_extern; }
   void SetExtern() { _is_extern = true; }
+  /// Takes over a declaration of this module without body.
+  void AddExternDecl(VeriModule* module);
+  unsigned HasAnsiPorts() const;
 
   // Elaboration.
   /// One parameter set: a name of a parameter to a VeriExpression, both owned by the map's owner. The netlist is
@@ -112,11 +115,17 @@ protected:
 private:
   friend class VeriModuleRun;
   void CollectParams();
+  void ResolveParameterPorts();
+  void ResolvePorts();
+  void AddPort(VeriVariable* port);
+  void ResolveItems();
+  void PrintHead(std::ostream& out, unsigned level) const;
   VeriModuleItems* _parameter_ports;
   VeriExpressions* _port_expressions;
   std::vector<VeriVariable*> _ports;
   std::vector<VeriParamId*> _params;
   std::vector<std::pair<std::string, std::string>> _elaborated_parameters;
+  std::vector<std::unique_ptr<VeriModule>> _extern_decls;
   unsigned _default_nettype;
   bool _is_celldefine = false;
   bool _is_extern = false;

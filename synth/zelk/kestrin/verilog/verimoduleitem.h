@@ -247,7 +247,8 @@ public:
   void Accept(VeriVisitor& visitor) override;
   void VisitChildren(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
-  void Resolve(VeriScope* scope);
+  /// The module tells the directions of the connections; null when it is not known.
+  void Resolve(VeriScope* scope, const VeriModule* module);
   VeriIdDef* GetId() const { return _id ? _id->GetId() : nullptr; }
   VeriInstId* GetInstId() const;
   const char* Name() const { return GetId() ? GetId()->Name() : ""; }
@@ -554,6 +555,8 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   unsigned IsDeclaration() const override { return 1; }
+  /// Imports what the package has; false, without a word, when there is no such package or name.
+  bool MakeVisible(VeriScope* scope) const;
 
 private:
   std::string _package;

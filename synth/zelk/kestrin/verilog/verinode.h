@@ -18,6 +18,8 @@ public:
   virtual ~VeriNode() = default;
 
   static veri_dialect Dialect() { return _veri_dialect; }
+  /// For the scanner's directives; everything else takes a VeriDialectScope.
+  static void SetDialect(veri_dialect dialect) { _veri_dialect = dialect; }
   static unsigned IsSystemVerilog() { return _veri_dialect == VERI_SV; }
 
   // Elaboration. The state on top of the stack is the module being elaborated; null outside an elaboration.

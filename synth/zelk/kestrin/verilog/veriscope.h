@@ -4,6 +4,7 @@
 #ifndef KESTRIN_VERILOG_VERISCOPE_H
 #define KESTRIN_VERILOG_VERISCOPE_H
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -69,7 +70,8 @@ enum veri_scope_kind {
 
 class VeriScope {
 public:
-  /// The owner is the identifier that opens the scope; null for the scope of an unnamed loop and the like.
+  /// The owner is the identifier that opens the scope; null for the scope of an unnamed loop and the like. The scope
+  /// becomes the owner's local scope when that has none yet.
   VeriScope(veri_scope_kind kind, VeriScope* upper, VeriIdDef* owner);
   VeriScope(const VeriScope&) = delete;
   VeriScope& operator=(const VeriScope&) = delete;
@@ -96,12 +98,25 @@ public:
   VeriScope* ModuleScope();
   /// The nearest subprogram around or at this scope; null outside.
   VeriIdDef* GetSubprogram() const;
+  VeriDesignUnit* GetContainingDesignUnit() const;
   VeriModule* GetContainingModule() const;
+  /// The library of the unit around, or whose scope this is.
+  VeriLibrary* GetLibrary() const;
 
-  /// Remembers a name that may stand for a net without a declaration.
+  // Imports.
+  /// An import declaration of this scope. What it imports is visible at once when the package is known already, and
+  /// checked when the imports are resolved. One that comes after that is an internal error, except in the scope of a
+  /// library, whose values then have to be made again.
+  void AddImport(VeriImport* import);
+  /// Makes the imports of this scope and of those below visible and declares implicit nets, once.
+  void ResolveImports();
+  /// package::name. A different object of the name, declared here or imported by name, is an error at `from`.
+  void Import(VeriIdDef* id, const VeriTreeNode* from);
+  /// package::*
+  void ImportAll(const VeriScope* package);
+
+  /// Remembers a name that may stand for a net without a declaration; the node is not kept.
   void RegisterPotentialImplicitNet(VeriFullName* name);
-  /// Declares the nets for the names that nothing declared, here and below.
-  void DeclareImplicitNets();
   /// Reports names that differ only in case.
   void Check() const;
 
@@ -122,14 +137,31 @@ public:
   VeriScope* FindGenerated(const std::string& label) const;
 
 private:
+  struct PotentialNet {
+    std::string name;
+    unsigned long linefile;
+  };
+  bool IsAnonymous() const;
+  VeriIdDef* FindImported(const char* name) const;
+  bool FindInAnonymousBlocks(const char* name, VeriIdDef** hit) const;
+  void ReportAmbiguous(const char* name) const;
+  void DeclareImplicitNets();
+  void DeclareImplicitNet(const PotentialNet& net, VeriModule* module);
   void CollectIds(std::vector<VeriIdDef*>& out) const;
+  std::unique_ptr<VeriScope> Clone(VeriScope* upper, VeriIdDef* owner);
 
   veri_scope_kind _kind;
   VeriScope* _upper;
   VeriIdDef* _owner;
   Map _ids;      // name to VeriIdDef
   Set _children; // scopes of the source below
-  std::vector<VeriFullName*> _potential_nets;
+  std::deque<PotentialNet> _potential_nets;
+  Set _potential_names;
+  ArrayOf<VeriImport> _imports;
+  Map _imported_by_name;  // name to VeriIdDef
+  Map _imported_with_all; // name to VeriIdDef, an entry for each package that has the name
+  Set _ambiguous_imports; // names that several packages have
+  bool _imports_resolved = false;
   // Of a generated scope.
   std::vector<std::unique_ptr<VeriIdDef>> _clones;
   std::vector<std::pair<VeriIdDef*, VeriIdDef*>> _templates; // template, clone

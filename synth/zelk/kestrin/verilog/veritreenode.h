@@ -68,7 +68,8 @@ public:
   unsigned Dominates(const VeriTreeNode* child) const;
   unsigned Excludes(VeriTreeNode* other);
 
-  // Attributes: name to VeriExpression (null for an attribute without value).
+  // Attributes: name to VeriExpression (null for an attribute without value). The map owns both; names are strings of
+  // Strings::save.
   const Map* Attributes() const { return _attributes; }
   /// Merges the map into the node's and takes it over; of equal names the new value wins with a warning.
   void AddAttributes(Map* attributes);
@@ -93,6 +94,7 @@ public:
 
   // Files that the unit being resolved depends on, by the name pointers of LineFile; null outside a resolve.
   static void SetImplicitDependencies(Set* files) { _implicit_dependencies = files; }
+  static const Set* ImplicitDependencies() { return _implicit_dependencies; }
   static Set* TakeImplicitDependencies();
   static void ClearImplicitDependencies();
   static void AddImplicitDependency(const char* file);
@@ -137,6 +139,27 @@ private:
   unsigned _linefile;
   static Set* _implicit_dependencies;
   static Set* _additional_dependencies;
+};
+
+/// Implicit dependencies are collected anew while the object lives.
+class VeriDependencyScope {
+public:
+  VeriDependencyScope() : _former(VeriTreeNode::TakeImplicitDependencies()) {
+    VeriTreeNode::SetImplicitDependencies(new class Set);
+  }
+  VeriDependencyScope(const VeriDependencyScope&) = delete;
+  VeriDependencyScope& operator=(const VeriDependencyScope&) = delete;
+  ~VeriDependencyScope() {
+    delete VeriTreeNode::TakeImplicitDependencies();
+    VeriTreeNode::SetImplicitDependencies(_former);
+  }
+  /// What was collected so far; collecting ends.
+  static std::unique_ptr<class Set> Take() {
+    return std::unique_ptr<class Set>(VeriTreeNode::TakeImplicitDependencies());
+  }
+
+private:
+  class Set* _former;
 };
 
 /// The node is on top of the stack while the object lives.

@@ -1,0 +1,390 @@
+// Scopes: declaration and search of names, imports, implicit nets, and the scopes that generate constructs make.
+#include "verilog/veriscope.h"
+
+#include "util/message.h"
+#include "util/services.h"
+#include "verilog/veri_lex.h"
+#include "verilog/veri_message.h"
+#include "verilog/verilibrary.h"
+#include "verilog/verimodule.h"
+#include "verilog/verimoduleitem.h"
+
+// The environment of a name.
+
+bool VeriEnv::IsRead() const {
+  switch (_kind) {
+  case ENV_READ:
+  case ENV_INDEX:
+  case ENV_RANGE_BOUND:
+  case ENV_CONDITION:
+  case ENV_EVENT:
+  case ENV_LOOP_CONDITION:
+  case ENV_INITIAL_VALUE:
+  case ENV_READ_WRITE: return true;
+  case ENV_SUBROUTINE_ARG:
+  case ENV_SYSTEM_TASK_ARG:
+  case ENV_PORT_CONNECTION: return _direction != VERI_OUTPUT; // unknown counts as both
+  case ENV_STATEMENT:
+  case ENV_DECLARATION:
+  case ENV_TARGET:
+  case ENV_PORT_EXPRESSION:
+  case ENV_FORCED_TARGET:
+  case ENV_MAYBE_UNDECLARED:
+  case ENV_NO_DYNAMIC: return false;
+  }
+  return false;
+}
+
+bool VeriEnv::IsWrite() const {
+  switch (_kind) {
+  case ENV_TARGET:
+  case ENV_FORCED_TARGET:
+  case ENV_READ_WRITE: return true;
+  case ENV_SUBROUTINE_ARG:
+  case ENV_SYSTEM_TASK_ARG:
+  case ENV_PORT_CONNECTION: return _direction != VERI_INPUT;
+  case ENV_STATEMENT:
+  case ENV_DECLARATION:
+  case ENV_READ:
+  case ENV_INDEX:
+  case ENV_RANGE_BOUND:
+  case ENV_CONDITION:
+  case ENV_EVENT:
+  case ENV_PORT_EXPRESSION:
+  case ENV_LOOP_CONDITION:
+  case ENV_INITIAL_VALUE:
+  case ENV_MAYBE_UNDECLARED:
+  case ENV_NO_DYNAMIC: return false;
+  }
+  return false;
+}
+
+// Life.
+
+VeriScope::VeriScope(veri_scope_kind kind, VeriScope* upper, VeriIdDef* owner)
+    : _kind(kind), _upper(upper), _owner(owner), _ids(HASH_STRING), _potential_names(HASH_STRING),
+      _imported_by_name(HASH_STRING), _imported_with_all(HASH_STRING), _ambiguous_imports(HASH_STRING),
+      _generated_by_label(HASH_STRING) {
+  if (_upper) _upper->_children.Insert(this);
+  if (_owner && !_owner->LocalScope()) _owner->SetLocalScope(this);
+}
+
+// Identifiers and scopes of one declaration die in either order, so each forgets the other.
+VeriScope::~VeriScope() {
+  for (VeriIdDef* id : ValuesOf<VeriIdDef*>(&_ids)) id->SetDeclaringScope(nullptr);
+  for (VeriScope* child : KeysOf<VeriScope*>(&_children)) child->_upper = nullptr;
+  if (_upper) _upper->_children.Remove(this);
+  if (_owner && _owner->LocalScope() == this) _owner->SetLocalScope(nullptr);
+}
+
+// The place of a scope.
+
+unsigned VeriScope::IsDynamic() const {
+  for (const VeriScope* scope = this; scope && scope->_kind != SCOPE_UNIT; scope = scope->_upper)
+    if (scope->_kind == SCOPE_GENERATE || scope->_kind == SCOPE_SUBPROGRAM) return 1;
+  return 0;
+}
+
+VeriScope* VeriScope::ModuleScope() {
+  VeriScope* scope = this;
+  while (scope && scope->_kind != SCOPE_UNIT) scope = scope->_upper;
+  return scope;
+}
+
+VeriIdDef* VeriScope::GetSubprogram() const {
+  for (const VeriScope* scope = this; scope && scope->_kind != SCOPE_UNIT; scope = scope->_upper)
+    if (scope->_kind == SCOPE_SUBPROGRAM) return scope->_owner;
+  return nullptr;
+}
+
+VeriDesignUnit* VeriScope::GetContainingDesignUnit() const {
+  const VeriScope* unit = const_cast<VeriScope*>(this)->ModuleScope();
+  return unit && unit->_owner ? static_cast<VeriDesignUnitId*>(unit->_owner)->GetDesignUnit() : nullptr;
+}
+
+VeriModule* VeriScope::GetContainingModule() const {
+  VeriDesignUnit* unit = GetContainingDesignUnit();
+  return unit && unit->IsModule() ? static_cast<VeriModule*>(unit) : nullptr;
+}
+
+VeriLibrary* VeriScope::GetLibrary() const {
+  const VeriScope* top = this;
+  while (top->_upper) top = top->_upper;
+  if (!top->_owner) return nullptr;
+  if (top->_kind == SCOPE_LIBRARY) return static_cast<VeriLibraryId*>(top->_owner)->GetLibrary();
+  return top->_kind == SCOPE_UNIT ? static_cast<VeriDesignUnitId*>(top->_owner)->GetLibrary() : nullptr;
+}
+
+bool VeriScope::IsAnonymous() const { return !_owner || _owner->Is(IDF_ANONYMOUS) || *_owner->Name() == ' '; }
+
+// Declaration.
+
+bool VeriScope::Declare(VeriIdDef* id) {
+  if (_imported_by_name.GetItem(id->Name()) || !_ids.Insert(id->Name(), id)) return false;
+  id->SetDeclaringScope(this);
+  for (const VeriScope* scope = this; scope && scope->_kind != SCOPE_UNIT; scope = scope->_upper) {
+    if (scope->_kind == SCOPE_GENERATE) id->Set(IDF_IN_GENERATE);
+    if (scope->_kind == SCOPE_SUBPROGRAM) id->Set(IDF_IN_SUBPROGRAM);
+  }
+  const bool is_package =
+      _kind == SCOPE_UNIT && _owner && static_cast<VeriDesignUnitId*>(_owner)->GetDesignUnitToken() == VERI_PACKAGE;
+  if (_kind == SCOPE_LIBRARY || is_package) id->Set(IDF_GLOBAL);
+  return true;
+}
+
+void VeriScope::Undeclare(VeriIdDef* id) {
+  if (id->DeclaringScope() != this) return;
+  _ids.Remove(id->Name());
+  id->SetDeclaringScope(nullptr);
+}
+
+// Search.
+
+VeriIdDef* VeriScope::FindHere(const char* name) const { return FromWord<VeriIdDef*>(_ids.GetValue(name)); }
+
+VeriIdDef* VeriScope::FindLocal(const char* name) const {
+  if (VeriIdDef* id = FindHere(name)) return id;
+  VeriIdDef* hit = nullptr;
+  return FindInAnonymousBlocks(name, &hit) ? hit : nullptr;
+}
+
+/// The blocks of generate constructs that have no name, and those in them, do not hide what they declare, unlike
+/// unnamed blocks of statements. False when a hit must not be seen from here.
+bool VeriScope::FindInAnonymousBlocks(const char* name, VeriIdDef** hit) const {
+  for (const VeriScope* child : KeysOf<const VeriScope*>(&_children)) {
+    if (child->_kind != SCOPE_GENERATE || !child->IsAnonymous()) continue;
+    if (VeriIdDef* id = child->FindHere(name)) {
+      if (!id->InDynamicScope()) return false;
+      if (!*hit) *hit = id;
+    } else if (!child->FindInAnonymousBlocks(name, hit)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void VeriScope::ReportAmbiguous(const char* name) const {
+  constexpr auto format =
+      "%s was imported from multiple packages with ::* - none of the imported declarations are visible";
+  const VeriTreeNode* top = VeriTreeNode::TopNode();
+  veri_error(top ? top->Linefile() : 0, format, name);
+  for (const MapItem* item = _imported_with_all.GetItem(name); item; item = _imported_with_all.GetNextSameKeyItem(item))
+    FromWord<VeriIdDef*>(item->Value())->Info("see declaration of %s", name);
+}
+
+VeriIdDef* VeriScope::FindImported(const char* name) const {
+  if (VeriIdDef* id = FromWord<VeriIdDef*>(_imported_by_name.GetValue(name))) return id;
+  if (!_ambiguous_imports.Contains(name)) return FromWord<VeriIdDef*>(_imported_with_all.GetValue(name));
+  ReportAmbiguous(name);
+  return nullptr;
+}
+
+VeriIdDef* VeriScope::Find(const char* name) const {
+  for (const VeriScope* scope = this;; scope = scope->_upper) {
+    if (VeriIdDef* id = scope->FindLocal(name)) return id;
+    if (VeriIdDef* id = scope->FindImported(name)) return id;
+    if (scope->_upper) continue;
+    if (scope->_kind != SCOPE_LIBRARY) return nullptr;
+    VeriDesignUnit* unit = scope->GetLibrary() ? scope->GetLibrary()->GetDefinition(name) : nullptr;
+    return unit ? unit->GetId() : nullptr;
+  }
+}
+
+// Imports.
+
+void VeriScope::AddImport(VeriImport* import) {
+  if (_imports_resolved) {
+    VeriLibrary* library = _kind == SCOPE_LIBRARY ? GetLibrary() : nullptr;
+    if (!library) {
+      KESTRIN_REPORT_INTERNAL("Illegal attempt to add package import after a non-global scope has resolved");
+      return;
+    }
+    kestrin_debug("Incremental import will force library %s to be re-elaborated", library->Name());
+    library->RequireElaboration();
+    _imports_resolved = false;
+  }
+  _imports.Insert(import);
+  import->MakeVisible(this);
+}
+
+void VeriScope::ResolveImports() {
+  if (!_imports_resolved) {
+    _imports_resolved = true;
+    for (VeriImport* import : _imports) import->Resolve(this);
+    DeclareImplicitNets();
+  } else if (_kind != SCOPE_LIBRARY) { // where new scopes appear with each file
+    return;
+  }
+  for (VeriScope* child : KeysOf<VeriScope*>(&_children))
+    if (_kind != SCOPE_LIBRARY || child->_kind != SCOPE_UNIT) child->ResolveImports();
+}
+
+void VeriScope::Import(VeriIdDef* id, const VeriTreeNode* from) {
+  VeriIdDef* former = FindHere(id->Name());
+  if (!former) former = FromWord<VeriIdDef*>(_imported_by_name.GetValue(id->Name()));
+  if (!former) {
+    _imported_by_name.Insert(id->Name(), id);
+  } else if (former != id) {
+    from->Error("%s is already declared", id->Name());
+    former->Info("see declaration of %s", former->Name());
+  }
+}
+
+void VeriScope::ImportAll(const VeriScope* package) {
+  for (VeriIdDef* id : ValuesOf<VeriIdDef*>(&package->_ids)) {
+    const MapItem* item = _imported_with_all.GetItem(id->Name());
+    const bool is_new_name = !item;
+    while (item && item->Value() != id) item = _imported_with_all.GetNextSameKeyItem(item);
+    if (item) continue;
+    _imported_with_all.Insert(id->Name(), id, 0, /*force_insert=*/1);
+    if (!is_new_name) _ambiguous_imports.Insert(id->Name());
+  }
+}
+
+// Implicit nets, IEEE 1364-2005 clause 4.5.
+
+void VeriScope::RegisterPotentialImplicitNet(VeriFullName* name) {
+  const char* text = name->IsHier() ? nullptr : name->GetName();
+  if (!text || !ModuleScope() || _potential_names.Contains(text)) return;
+  const VeriIdDef* id = Find(text);
+  if (id && !id->IsDesignUnit()) return;
+  _potential_nets.push_back({text, name->Linefile()});
+  _potential_names.Insert(_potential_nets.back().name.c_str());
+}
+
+void VeriScope::DeclareImplicitNets() {
+  if (_potential_nets.empty()) return;
+  VeriModule* module = GetContainingModule();
+  if (!module) KESTRIN_REPORT_INTERNAL("can't create implicit net outside module scope");
+  if (module && !module->IsInterface())
+    for (const PotentialNet& net : _potential_nets) {
+      const VeriIdDef* id = Find(net.name.c_str());
+      if (!id || id->IsDesignUnit()) DeclareImplicitNet(net, module);
+    }
+  _potential_names.Reset();
+  _potential_nets.clear();
+}
+
+/// The declaration stands among the items of the generate block that needs the net, so that each round has its own.
+void VeriScope::DeclareImplicitNet(const PotentialNet& net, VeriModule* module) {
+  const unsigned type = module->DefaultNettype();
+  if (type == VeriLex::VERI_NONE_NETTYPE) {
+    veri_error(net.linefile, "cannot declare implicit net %s because the current value of `default_nettype is none",
+               net.name.c_str());
+    return;
+  }
+  auto id = std::make_unique<VeriVariable>(net.name.c_str(), type, net.linefile);
+  id->Set(IDF_IMPLICIT);
+  if (!Declare(id.get())) return;
+  id->Warning("created implicit net for %s", id->Name());
+  auto* ids = new VeriIdDecls(1);
+  ids->Insert(new VeriIdDecl(std::move(id), nullptr, nullptr, net.linefile));
+  auto* decl = new VeriDataDecl(0, type, nullptr, ids, net.linefile);
+  auto* block = _kind == SCOPE_GENERATE && _owner ? dynamic_cast<VeriGenerateBlock*>(_owner->GetModuleItem()) : nullptr;
+  if (block && block->Items()) {
+    decl->SetParent(block);
+    block->Items()->Insert(decl);
+  } else {
+    module->AddImplicitNet(decl);
+  }
+}
+
+void VeriScope::Check() const {
+  Map names(HASH_STRING_NOCASE, _ids.Size());
+  const MessageDirectives* directives = VeriLex::MsgDirectives();
+  for (const VeriIdDef* id : ValuesOf<const VeriIdDef*>(&_ids)) {
+    for (const MapItem* item = names.GetItem(id->Name()); item; item = names.GetNextSameKeyItem(item)) {
+      const auto* former = FromWord<const VeriIdDef*>(item->Value());
+      id->Info("%s and %s differ only in case.", id->Name(), former->Name());
+      if (directives && directives->MessageLevel() == 2) former->Info("%s is declared here", former->Name());
+    }
+    names.Insert(id->Name(), id, 0, /*force_insert=*/1);
+  }
+}
+
+// Elaboration.
+
+void VeriScope::CollectIds(std::vector<VeriIdDef*>& out) const {
+  for (VeriIdDef* id : ValuesOf<VeriIdDef*>(&_ids)) out.push_back(id);
+  for (const VeriScope* child : KeysOf<const VeriScope*>(&_children)) child->CollectIds(out);
+}
+
+void VeriScope::Apply(const std::function<void(VeriIdDef*)>& op) const {
+  for (VeriIdDef* id : ValuesOf<VeriIdDef*>(&_ids)) op(id);
+  for (const VeriScope* child : KeysOf<const VeriScope*>(&_children))
+    if (child->_kind != SCOPE_GENERATE) child->Apply(op);
+}
+
+void VeriScope::PushStack() const {
+  std::vector<VeriIdDef*> ids;
+  CollectIds(ids);
+  for (VeriIdDef* id : ids) id->PushMutable();
+}
+
+void VeriScope::PopStack() const {
+  std::vector<VeriIdDef*> ids;
+  CollectIds(ids);
+  for (VeriIdDef* id : ids) id->PopMutable();
+}
+
+// Generated scopes.
+
+VeriScope* VeriScope::Generate(VeriScope* upper, const std::string& label) {
+  auto generated = Clone(upper, _owner);
+  VeriScope* scope = generated.get();
+  upper->_generated_children.push_back(std::move(generated));
+  upper->_labels.push_back(std::make_unique<std::string>(label));
+  const char* name = upper->_labels.back()->c_str();
+  if (const VeriScope* former = upper->FindGenerated(label)) {
+    if (_owner) _owner->Error("%s is already declared", name);
+    if (former->_owner) former->_owner->Info("see declaration of %s", name);
+  } else {
+    upper->_generated_by_label.Insert(name, scope);
+  }
+  return scope;
+}
+
+/// Blocks and subprograms in the scope are cloned with it; bodies of generate constructs get scopes of their own when
+/// they are picked.
+std::unique_ptr<VeriScope> VeriScope::Clone(VeriScope* upper, VeriIdDef* owner) {
+  auto scope = std::make_unique<VeriScope>(_kind, upper, owner);
+  Map owners; // of the scopes below: identifier to its clone
+  for (VeriIdDef* id : ValuesOf<VeriIdDef*>(&_ids)) {
+    std::unique_ptr<VeriIdDef> clone = id->Generate();
+    clone->SetDeclaringScope(scope.get());
+    scope->_ids.Insert(clone->Name(), clone.get());
+    scope->_templates.emplace_back(id, clone.get());
+    owners.Insert(id, clone.get());
+    scope->_clones.push_back(std::move(clone));
+  }
+  for (VeriScope* child : KeysOf<VeriScope*>(&_children)) {
+    if (child->_kind == SCOPE_GENERATE) continue;
+    auto* child_owner = child->_owner ? FromWord<VeriIdDef*>(owners.GetValue(child->_owner)) : nullptr;
+    if (child_owner) child_owner->SetLocalScope(nullptr);
+    scope->_generated_children.push_back(child->Clone(scope.get(), child_owner));
+  }
+  return scope;
+}
+
+void VeriScope::Enter() {
+  for (auto [id, clone] : _templates) {
+    _former.push_back(id->Current());
+    id->SetCurrent(clone);
+  }
+  for (const auto& child : _generated_children)
+    if (child->_kind != SCOPE_GENERATE) child->Enter();
+}
+
+void VeriScope::Exit() {
+  for (size_t i = _generated_children.size(); i-- > 0;)
+    if (_generated_children[i]->_kind != SCOPE_GENERATE) _generated_children[i]->Exit();
+  KESTRIN_ASSERT(_former.size() >= _templates.size());
+  for (size_t i = _templates.size(); i-- > 0;) {
+    _templates[i].first->SetCurrent(_former.back());
+    _former.pop_back();
+  }
+}
+
+VeriScope* VeriScope::FindGenerated(const std::string& label) const {
+  return FromWord<VeriScope*>(_generated_by_label.GetValue(label.c_str()));
+}
