@@ -8,6 +8,7 @@
 #include "database/polish.h"
 #include "database/primitives.h"
 #include "util/services.h"
+#include "util/strings.h"
 
 namespace {
 /// Folds every instance once, and again those whose inputs changed after their turn.
@@ -82,13 +83,35 @@ bool IsMergeable(const Instance* inst) {
   return (inst->IsPrimitive() || inst->IsOperator()) && inst->Type() != PRIM_TRI && inst->Type() != OPER_LUT;
 }
 
+bool HaveSameAttributes(const Instance* a, const Instance* b) {
+  if (a->NumOfAtts() != b->NumOfAtts()) return false;
+  for (const Att* att : AttributesOf(a))
+    if (!Strings::compare(att->Value(), b->GetAttValue(att->Key()))) return false;
+  return true;
+}
+
+/// Operators know nothing of the nets on their outputs: a name that has to stay must not be lost.
+bool MayMergeOutputs(const Instance* a, const Instance* b) {
+  for (const Port* port : PortsOf(a->View())) {
+    Net* kept = port->IsInput() ? nullptr : a->GetNet(port);
+    Net* merged = port->IsInput() ? nullptr : b->GetNet(port);
+    if (!kept || !merged) continue;
+    if (kept->HasMultipleDrivers() || merged->HasMultipleDrivers() || !kept->IsCompatible(merged, 0)) return false;
+  }
+  return true;
+}
+
+bool MayMerge(const Instance* a, const Instance* b) {
+  return a->View() == b->View() && HaveSameAttributes(a, b) && (!a->IsOperator() || MayMergeOutputs(a, b));
+}
+
 /// Merges into the first instance of the same signature that computes the same, or enters the instance.
 unsigned MergeWithEqual(Instance* inst, Map& signatures) {
   if (!IsMergeable(inst)) return 0;
   const void* key = ToWord(static_cast<intptr_t>(Signature(inst)));
   for (MapItem* item = signatures.GetItem(key); item; item = signatures.GetNextSameKeyItem(item)) {
     auto* equal = FromWord<Instance*>(item->Value());
-    if (equal->View() == inst->View() && inst->View()->MergeCommonSubexpression(equal, inst)) return 1;
+    if (MayMerge(equal, inst) && inst->View()->MergeCommonSubexpression(equal, inst)) return 1;
   }
   signatures.Insert(key, inst, /*force_overwrite*/ 0, /*force_insert*/ 1);
   return 0;

@@ -44,16 +44,33 @@ struct Branches {
   unsigned long Linefile() const { return mux->Linefile(); }
 };
 
+/// What the extraction from all cones of a netlist has in common.
+struct ExtractionContext {
+  explicit ExtractionContext(Netlist* owner) : netlist(owner), constants(owner) {}
+  Netlist* netlist;
+  SharedConstants constants;
+  /// Nets in whose cones no clock event and no infer point stands, so that logic that many signals share is walked
+  /// once. What the pass itself builds has none either: the address of a net that is gone does no harm.
+  Set clock_free;
+};
+
 /// Pulls registers out of the cone of one signal.
 class DffExtractor {
 public:
-  DffExtractor(Netlist* netlist, Net* hold, Map& memo, SharedConstants& constants)
-      : _netlist(netlist), _hold(hold), _memo(memo), _constants(constants) {}
+  DffExtractor(ExtractionContext& context, Net* hold, Map& memo)
+      : _netlist(context.netlist), _hold(hold), _memo(memo), _constants(context.constants),
+        _clock_free(context.clock_free) {}
 
   /// The net that replaces this one: the same when it has no register in its cone.
   Deep<Net*> Extract(Net* net);
 
 private:
+  /// Whether the walk has no reason to enter the cone of a net.
+  bool IsClockFree(const Net* net) const {
+    prim_type_enum type = net->DriverType();
+    if (type == PRIM_INFER_POINT) return false;
+    return type != PRIM_MUX || (net->Linefile() && net != _hold) || _clock_free.Contains(net);
+  }
   Net* ExtractClocked(const Branches& b);
   Net* ExtractAsynchronous(const Branches& b);
   Net* BuildRegister(const Branches& b, Net* clk, Net* enable);
@@ -65,13 +82,14 @@ private:
   Net* _hold;
   Map& _memo;
   SharedConstants& _constants;
+  Set& _clock_free;
 };
 
 Deep<Net*> DffExtractor::Extract(Net* net) {
+  if (IsClockFree(net)) co_return net;
   if (const MapItem* known = _memo.GetItem(net)) co_return FromWord<Net*>(known->Value());
   _memo.Insert(net, net);
   Instance* driver = net->Driver();
-  if (!driver) co_return net;
 
   Net* result = net;
   if (driver->Type() == PRIM_INFER_POINT) {
@@ -79,7 +97,7 @@ Deep<Net*> DffExtractor::Extract(Net* net) {
     if (driver->GetInput2() != _hold || !input) co_return net;
     Net* inner = co_await Extract(input);
     if (inner != input) result = inner;
-  } else if (driver->Type() == PRIM_MUX && (!net->Linefile() || net == _hold)) {
+  } else {
     Branches b{driver, net, driver->GetControl(), driver->GetInput1(), driver->GetInput2()};
     if (!b.control || !b.a0 || !b.a1) co_return net;
     b.r0 = co_await Extract(b.a0);
@@ -88,6 +106,8 @@ Deep<Net*> DffExtractor::Extract(Net* net) {
       result = ExtractClocked(b);
     else if (b.FoundIn0() || b.FoundIn1())
       result = ExtractAsynchronous(b);
+    else if (net != _hold && IsClockFree(b.a0) && IsClockFree(b.a1))
+      _clock_free.Insert(net);
   }
   if (result != net) _memo.Insert(net, result, /*force_overwrite*/ 1);
   co_return result;
@@ -195,8 +215,8 @@ void DffExtractor::AddState(Instance* reg) {
 } // namespace
 
 Net* Net::ExtractDff(Net* hold, Map& memo) {
-  SharedConstants constants(_owner);
-  return DffExtractor(_owner, hold, memo, constants).Extract(this).Run();
+  ExtractionContext context(_owner);
+  return DffExtractor(context, hold, memo).Extract(this).Run();
 }
 
 namespace {
@@ -204,7 +224,8 @@ namespace {
 class InferencePass {
 public:
   explicit InferencePass(Netlist* netlist)
-      : _netlist(netlist), _constants(netlist), _is_debugging(kestrin_flag("zelk_debug_dff_algorithm")) {}
+      : _netlist(netlist), _context(netlist), _constants(_context.constants),
+        _is_debugging(kestrin_flag("zelk_debug_dff_algorithm") != 0) {}
 
   void Run();
 
@@ -230,7 +251,8 @@ private:
   }
 
   Netlist* _netlist;
-  SharedConstants _constants;
+  ExtractionContext _context;
+  SharedConstants& _constants;
   bool _is_debugging;
   bool _has_z = false;
   std::vector<std::unique_ptr<UnsignedHeapNode>> _nodes;
@@ -277,7 +299,7 @@ void InferencePass::Convert(Instance* ipoint) {
   AutoInstancePrefix prefix(_netlist, hold_name.empty() ? nullptr : hold_name.c_str());
   Map memo(HASH_POINTER, 0);
   memo.Insert(p.output, p.output);
-  Net* result = DffExtractor(_netlist, p.hold, memo, _constants).Extract(p.input).Run();
+  Net* result = DffExtractor(_context, p.hold, memo).Extract(p.input).Run();
   KESTRIN_ASSERT_TEXT(result, "new_i");
   if (result != p.input) p.hold->AddAtt(registered_mark, "");
   result = ExtractLatch(p, result);
