@@ -1,5 +1,5 @@
-// A netlist to be built in single lines, and a simulator of it. The simulator knows what elaboration leaves, infer points
-// and clock events, as well as registers and latches, so that a netlist can be compared before and after a pass.
+// A netlist to be built in single lines, and a simulator of it. The simulator knows what elaboration leaves, infer
+// points and clock events, as well as registers and latches, so that a netlist can be compared before and after a pass.
 #ifndef TESTS_DATABASE_NETLIST_BENCH_H
 #define TESTS_DATABASE_NETLIST_BENCH_H
 
@@ -141,16 +141,13 @@ private:
 
   bool NextLevel(const Instance* inst, bool now) {
     switch (inst->Type()) {
-    case PRIM_INFER_POINT:
-      return Value(inst->GetInput());
-    case PRIM_DFFRS:
-      return Asynchronous(inst, now);
+    case PRIM_INFER_POINT: return Value(inst->GetInput());
+    case PRIM_DFFRS: return Asynchronous(inst, now);
     case PRIM_DLATCHRS:
       if (Value(inst->GetReset())) return false;
       if (Value(inst->GetSet())) return true;
       return Value(inst->GetClock()) ? Value(inst->GetInput()) : now;
-    default:
-      return now;
+    default: return now;
     }
   }
   bool Asynchronous(const Instance* reg, bool otherwise) {
@@ -189,35 +186,23 @@ private:
     auto in1 = [&] { return Value(driver->GetInput1()); };
     auto in2 = [&] { return Value(driver->GetInput2()); };
     switch (driver->Type()) {
-    case PRIM_PWR:
-      return true;
-    case PRIM_INV:
-      return !Value(driver->GetInput());
-    case PRIM_BUF:
-      return Value(driver->GetInput());
-    case PRIM_AND:
-      return in1() && in2();
-    case PRIM_NAND:
-      return !(in1() && in2());
-    case PRIM_OR:
-      return in1() || in2();
-    case PRIM_NOR:
-      return !(in1() || in2());
-    case PRIM_XOR:
-      return in1() != in2();
-    case PRIM_XNOR:
-      return in1() == in2();
-    case PRIM_MUX:
-      return Value(driver->GetControl()) ? in2() : in1();
-    case PRIM_CLOCK:
-      return IsEdgeOf(driver->GetInput()) && Value(driver->GetControl());
+    case PRIM_PWR: return true;
+    case PRIM_INV: return !Value(driver->GetInput());
+    case PRIM_BUF: return Value(driver->GetInput());
+    case PRIM_AND: return in1() && in2();
+    case PRIM_NAND: return !(in1() && in2());
+    case PRIM_OR: return in1() || in2();
+    case PRIM_NOR: return !(in1() || in2());
+    case PRIM_XOR: return in1() != in2();
+    case PRIM_XNOR: return in1() == in2();
+    case PRIM_MUX: return Value(driver->GetControl()) ? in2() : in1();
+    case PRIM_CLOCK: return IsEdgeOf(driver->GetInput()) && Value(driver->GetControl());
     case OPER_NTO1MUX: {
       unsigned index = 0;
       for (unsigned bit = 0; bit < driver->Input1Size(); bit++) index |= Value(driver->GetInput1Bit(bit)) << bit;
       return Value(driver->GetInput2Bit(index));
     }
-    default:
-      return false;
+    default: return false;
     }
   }
 

@@ -243,8 +243,7 @@ TEST_F(Extraction, BitsOfAnEnumerationMakeAStateMachine) {
   Fsm* fsm = n->GetFsm("m");
   ASSERT_TRUE(fsm);
   ASSERT_EQ(fsm->NumStates(), 3U);
-  for (unsigned pos = 0; pos < 3; pos++)
-    EXPECT_EQ(fsm->StateName(fsm->GetStateAt(pos)), "s" + std::to_string(2 - pos));
+  for (unsigned pos = 0; pos < 3; pos++) EXPECT_EQ(fsm->StateName(fsm->GetStateAt(pos)), "s" + std::to_string(2 - pos));
   EXPECT_TRUE(fsm->GetAtt(ATT_FSM_ENCODING));
 }
 

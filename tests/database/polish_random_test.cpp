@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "database/netlistchecker.h"
 #include "netlist_bench.h"
 
 namespace {
@@ -32,25 +33,18 @@ private:
     Net* a = Expression(depth - 1);
     Net* b = Expression(depth - 1);
     switch (Pick(8)) {
-    case 0:
-      return And(a, b);
-    case 1:
-      return Or(a, b);
-    case 2:
-      return Xor(a, b);
-    case 3:
-      return Inv(a);
-    case 4:
-      return n->Nand(a, b, At());
-    case 5:
-      return n->Xnor(a, b, At());
+    case 0: return And(a, b);
+    case 1: return Or(a, b);
+    case 2: return Xor(a, b);
+    case 3: return Inv(a);
+    case 4: return n->Nand(a, b, At());
+    case 5: return n->Xnor(a, b, At());
     case 6: { // a signal of the source in between
       Net* named = Named("w" + std::to_string(line));
       Drive(named, a);
       return named;
     }
-    default:
-      return Mux(a, b, Expression(depth - 1));
+    default: return Mux(a, b, Expression(depth - 1));
     }
   }
 
@@ -124,6 +118,7 @@ TEST(Polish, KeepsWhatRandomDesignsShow) {
     design.n->Polish();
     ASSERT_EQ(Message::ErrorCount(), 0U) << "seed " << seed << ": " << log.lines()[0];
     EXPECT_EQ(design.Count(PRIM_INFER_POINT) + design.Count(PRIM_CLOCK) + design.Count(PRIM_DLATCH), 0U);
+    EXPECT_EQ(NetlistChecker(design.n).Report(), "");
     ASSERT_EQ(Show(design.n, seed), before) << "seed " << seed;
   }
 }
