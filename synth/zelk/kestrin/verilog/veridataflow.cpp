@@ -206,7 +206,8 @@ void VeriDataFlow::MergeGotos(const std::vector<VeriDataFlow*>& branches, const 
       if (!area) continue;
       for (auto [id, value] : area->values.All()) ids.Insert(id);
     }
-    if (OwnedValue condition = merge(std::move(conditions))) merged->condition = veri_canonical_net(condition->GetBit(0));
+    if (OwnedValue condition = merge(std::move(conditions)))
+      merged->condition = veri_canonical_net(condition->GetBit(0));
     for (VeriIdDef* id : KeysOf<VeriIdDef*>(&ids)) {
       Marks marks;
       std::vector<OwnedValue> values;
@@ -234,8 +235,7 @@ void VeriDataFlow::PopOutOfIf(Net* condition, VeriDataFlow& then_flow, VeriDataF
                               const VeriTreeNode* from) {
   auto select = [&](std::vector<OwnedValue> values) {
     OwnedValue single = TakeSingle(values);
-    return single ? std::move(single)
-                  : VeriValue::Select(condition, std::move(values[0]), std::move(values[1]), from);
+    return single ? std::move(single) : VeriValue::Select(condition, std::move(values[0]), std::move(values[1]), from);
   };
   MergeBranches({&then_flow, &else_flow}, select, from);
 }
@@ -243,24 +243,15 @@ void VeriDataFlow::PopOutOfIf(Net* condition, VeriDataFlow& then_flow, VeriDataF
 void VeriDataFlow::PopOutOfCaseWithMuxes(const Array& selectors, const std::vector<VeriDataFlow*>& branches,
                                          const VeriTreeNode* from) {
   MergeBranches(
-      branches,
-      [&](std::vector<OwnedValue> values) { return VeriValue::Nto1Mux(selectors, std::move(values), from); }, from);
+      branches, [&](std::vector<OwnedValue> values) { return VeriValue::Nto1Mux(selectors, std::move(values), from); },
+      from);
 }
 
 void VeriDataFlow::PopOutOfCaseWithSelectors(const Array& onehot, const std::vector<VeriDataFlow*>& branches,
                                              const VeriTreeNode* from) {
-  auto merge = [&](std::vector<OwnedValue> values) {
-    const VeriValue* shape = nullptr;
-    for (const OwnedValue& value : values)
-      if (value) shape = value.get();
-    for (OwnedValue& value : values)
-      if (!value && shape) {
-        value = shape->Copy();
-        value->SetTo(VERI_DIGIT_X);
-      }
-    return VeriValue::Selector(onehot, std::move(values), from);
-  };
-  MergeBranches(branches, merge, from);
+  MergeBranches(
+      branches, [&](std::vector<OwnedValue> values) { return VeriValue::Selector(onehot, std::move(values), from); },
+      from);
 }
 
 // Jumps.
@@ -332,9 +323,10 @@ void VeriDataFlow::ResolveGotos(const void* label, const VeriTreeNode* from) {
     marks.Add(left.get());
     marks.Add(_values.Find(id));
     OwnedValue stayed = _is_dead ? nullptr : CopyOf(IdValue(id));
-    OwnedValue result = !left     ? std::move(stayed)
-                        : !stayed ? std::move(left)
-                                  : VeriValue::Select(AreaCondition(area.get()), std::move(left), std::move(stayed), from);
+    OwnedValue result = !left ? std::move(stayed)
+                        : !stayed
+                            ? std::move(left)
+                            : VeriValue::Select(AreaCondition(area.get()), std::move(left), std::move(stayed), from);
     if (result) SetAssignValue(id, marks.Put(std::move(result)));
   }
   _is_dead = false;

@@ -1,5 +1,6 @@
 #include "verilog/verielabstate.h"
 
+#include "database/net.h"
 #include "database/netlist.h"
 #include "verilog/verimodule.h"
 #include "verilog/veriscope.h"
@@ -28,7 +29,13 @@ VeriElaborationState::VeriElaborationState(veri_elab_mode mode, VeriModule* modu
 VeriElaborationState::~VeriElaborationState() { delete _generated_root; }
 
 Net* VeriElaborationState::ConstantNet(Net*& net, Net* (Netlist::*make)(unsigned long)) {
-  if (!net) net = (_netlist->*make)(0);
+  if (net) return net;
+  net = (_netlist->*make)(0);
+  // Sweeps take a net that nothing reads at the moment, and values would go on using it. On a ring it stays, until the
+  // wires of the finished netlist are resolved.
+  auto* partner = new Net;
+  _netlist->Add(partner);
+  net->Wire(partner);
   return net;
 }
 

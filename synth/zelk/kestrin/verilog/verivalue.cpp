@@ -410,6 +410,11 @@ veri_digit VeriIntValue::Digit(unsigned bit) const {
   return static_cast<uint32_t>(_value) >> bit & 1 ? VERI_DIGIT_1 : VERI_DIGIT_0;
 }
 
+void VeriIntValue::SetTo(veri_digit digit) {
+  if (digit > VERI_DIGIT_1) return VeriValue::SetTo(digit);
+  _value = digit == VERI_DIGIT_1 ? -1 : 0;
+}
+
 std::string VeriIntValue::String() const { return std::to_string(_value); }
 
 OwnedValue VeriRealValue::Copy() const { return std::make_unique<VeriRealValue>(*this); }

@@ -233,9 +233,9 @@ public:
   // Words selected from many. Inputs are consumed.
   /// `inputs[i]` for the select word i, selectors most significant net first. Null inputs are don't care.
   static OwnedValue Nto1Mux(const Array& selectors, std::vector<OwnedValue> inputs, const VeriTreeNode* from);
-  /// `inputs[i]` where `onehot` net i is 1.
+  /// `inputs[i]` where `onehot` net i is 1. Null inputs are don't care.
   static OwnedValue Selector(const Array& onehot, std::vector<OwnedValue> inputs, const VeriTreeNode* from);
-  /// The first input whose net is 1, else the default.
+  /// The first input whose net is 1, else the default. Null inputs and a null default are don't care.
   static OwnedValue PrioSelector(const Array& conditions, std::vector<OwnedValue> inputs, OwnedValue otherwise,
                                  const VeriTreeNode* from);
   /// The number of different values.
@@ -342,6 +342,8 @@ public:
   VeriIntValue* AsInt() override { return this; }
   unsigned Size() const override { return 32; }
   veri_digit Digit(unsigned bit) const override;
+  /// 0 and 1 only: an unknown integer is a vector.
+  void SetTo(veri_digit digit) override;
   bool IsLessThanZero() const override { return IsSigned() && _value < 0; }
   int Integer(const VeriTreeNode* = nullptr) const override { return _value; }
   double Real() const override { return IsSigned() ? _value : static_cast<double>(static_cast<uint32_t>(_value)); }
