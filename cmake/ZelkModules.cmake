@@ -4,7 +4,7 @@ add_library(zelk_options INTERFACE)
 target_compile_options(zelk_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
 # GCC 12 sees overlapping copies in optimised concatenations of std::string that are none (its bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  target_compile_options(zelk_options INTERFACE -Wno-restrict)
+  target_compile_options(zelk_options INTERFACE $<$<NOT:$<CONFIG:Debug>>:-Wno-restrict>)
 endif()
 if(ZELK_SANITIZE)
   target_compile_options(zelk_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined

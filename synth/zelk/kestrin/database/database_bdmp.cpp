@@ -22,8 +22,10 @@ enum instance_kind { PLAIN_INSTANCE = 2, LUT_INSTANCE = 3 };
 
 } // namespace
 
+void DesignObj::Save(SaveRestore& stream) const { SavePrefix(stream); }
+
 // The first user name is not saved.
-void DesignObj::Save(SaveRestore& stream) const {
+void DesignObj::SavePrefix(SaveRestore& stream) const {
   stream.RegisterPointer(this);
   stream.SaveString(_name);
   stream.SaveLinefile(_linefile);
@@ -35,7 +37,7 @@ void DesignObj::Save(SaveRestore& stream) const {
 }
 
 void Library::Save(SaveRestore& stream) const {
-  DesignObj::Save(stream);
+  SavePrefix(stream);
   stream.SaveInteger(database_version);
   stream.SaveInteger(_auto_name);
   for (Cell* cell : CellsOf(this)) {
@@ -47,7 +49,7 @@ void Library::Save(SaveRestore& stream) const {
 }
 
 void Cell::Save(SaveRestore& stream) const {
-  DesignObj::Save(stream);
+  SavePrefix(stream);
   stream.SaveInteger(_auto_name);
   for (Netlist* netlist : NetlistsOf(this)) {
     if (stream.IsSaved(netlist)) continue;
@@ -92,7 +94,7 @@ void SaveConnections(const Net* net, SaveRestore& stream) {
 } // namespace
 
 void Netlist::Save(SaveRestore& stream) const {
-  DesignObj::Save(stream);
+  SavePrefix(stream);
   SaveViews(this, stream);
   stream.SaveInteger(_present_design == this);
   stream.SaveInteger(_inst_index);
@@ -126,11 +128,11 @@ void Netlist::Save(SaveRestore& stream) const {
   }
 }
 
-void Prim::Save(SaveRestore& stream) const { DesignObj::Save(stream); }
+void Prim::Save(SaveRestore& stream) const { SavePrefix(stream); }
 
 // What it takes to build the view again: its sizes.
 void Operator::Save(SaveRestore& stream) const {
-  DesignObj::Save(stream);
+  SavePrefix(stream);
   switch (Type()) {
   case OPER_ADDER:
     stream.SaveInteger(Input1Size());
@@ -159,15 +161,15 @@ void Operator::Save(SaveRestore& stream) const {
 }
 
 // A memory is built again from the design.
-void OperDualPortRam::Save(SaveRestore& stream) const { DesignObj::Save(stream); }
+void OperDualPortRam::Save(SaveRestore& stream) const { SavePrefix(stream); }
 
 void Port::Save(SaveRestore& stream) const {
-  DesignObj::Save(stream);
+  SavePrefix(stream);
   stream.SaveInteger(_direction);
 }
 
 void PortBus::Save(SaveRestore& stream) const {
-  DesignObj::Save(stream);
+  SavePrefix(stream);
   stream.SaveInteger(_direction);
   stream.SaveInteger(_is_up);
   stream.SaveInteger(_left);
@@ -175,10 +177,10 @@ void PortBus::Save(SaveRestore& stream) const {
   for (DesignObj* element : ElementsOf(this)) stream.SavePointer(element);
 }
 
-void Net::Save(SaveRestore& stream) const { DesignObj::Save(stream); }
+void Net::Save(SaveRestore& stream) const { SavePrefix(stream); }
 
 void NetBus::Save(SaveRestore& stream) const {
-  DesignObj::Save(stream);
+  SavePrefix(stream);
   stream.SaveInteger(_left);
   stream.SaveInteger(_right);
   unsigned present = 0;
@@ -195,7 +197,7 @@ void NetBus::Save(SaveRestore& stream) const {
 }
 
 void Instance::Save(SaveRestore& stream) const {
-  DesignObj::Save(stream);
+  SavePrefix(stream);
   stream.SavePointer(_view);
 }
 
@@ -205,7 +207,7 @@ void LutInstance::Save(SaveRestore& stream) const {
 }
 
 void Fsm::Save(SaveRestore& stream) const {
-  DesignObj::Save(stream);
+  SavePrefix(stream);
   stream.SaveInteger(NumStates());
   for (auto [state, name] : Entries<Instance*, char*>(_states)) {
     stream.SavePointer(state);

@@ -130,6 +130,8 @@ protected:
   void Rename(const char* name);
   /// The name and the first user name, without a look at the owner.
   void CopyNames(const DesignObj& other);
+  /// What all objects write first: name, location, attributes.
+  void SavePrefix(SaveRestore& stream) const;
 
 private:
   char* _name;

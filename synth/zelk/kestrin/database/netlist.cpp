@@ -311,8 +311,10 @@ void Netlist::UniquifyBaseNetName(std::string& out, const char* base, const char
   if (prefix && *prefix) front = std::string(prefix) + separator;
   if (auto_prefix && *auto_prefix) front += std::string(auto_prefix) + separator;
   out = front + wanted;
-  for (unsigned number = 1; BaseNetNameExists(out.c_str()); number++)
-    out = front + "_" + std::to_string(number) + separator + wanted;
+  for (unsigned number = 1; BaseNetNameExists(out.c_str()); number++) {
+    out = front;
+    out.append("_").append(std::to_string(number)).append(separator).append(wanted);
+  }
   kestrin_debug("Base net name %s was already in use - using %s", wanted.c_str(), out.c_str());
 }
 
@@ -345,7 +347,8 @@ void Netlist::PopAutoInstanceName() {
 const char* Netlist::CurrentAutoInstanceName() const { return FromWord<const char*>(_auto_instance_names.GetLast()); }
 
 void Netlist::MakeInstanceName(Instance* inst) {
-  std::string prefix = std::string(" ") + CurrentAutoInstanceName() + "_";
+  std::string prefix = " ";
+  prefix.append(CurrentAutoInstanceName()).append("_");
   inst->SetName(FreeName(_insts, prefix.c_str(), _inst_index).c_str());
 }
 

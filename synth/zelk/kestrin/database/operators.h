@@ -193,11 +193,13 @@ protected:
   OperReduce(prim_type_enum type, unsigned input_size);
 };
 
+// NOLINTBEGIN(bugprone-macro-parentheses): names of classes take none
 #define KESTRIN_REDUCTION(class_name, type)                                                                            \
   class class_name : public OperReduce {                                                                               \
   public:                                                                                                              \
     explicit class_name(unsigned input_size) : OperReduce(type, input_size) {}                                         \
   }
+// NOLINTEND(bugprone-macro-parentheses)
 KESTRIN_REDUCTION(OperReduceAnd, OPER_REDUCE_AND);
 KESTRIN_REDUCTION(OperReduceOr, OPER_REDUCE_OR);
 KESTRIN_REDUCTION(OperReduceXor, OPER_REDUCE_XOR);

@@ -106,8 +106,9 @@ PrimBuf* PrimBuf::Static(unsigned type) {
 }
 
 void Netlist::CreateAllPrimitives() {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the name of a class takes none
 #define KESTRIN_PRIM(type, class_name, name, supporter)                                                                \
-  if (type != PRIM_BUF && !prims[type]) Enter(prims[type] = new class_name(name), name);
+  if ((type) != PRIM_BUF && !prims[type]) Enter(prims[type] = new class_name(name), name);
 #include "database/primitives.def"
   const char* name = FindLine(PRIM_BUF)->name;
   for (unsigned type = 0; type < num_buffer_types; type++) {

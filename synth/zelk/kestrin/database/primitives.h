@@ -97,6 +97,7 @@ protected:
   using CombPrim::CombPrim;
 };
 
+// NOLINTBEGIN(bugprone-macro-parentheses): names of classes take none
 /// A primitive without behaviour of its own.
 #define KESTRIN_PLAIN_PRIM(class_name, base, type)                                                                     \
   class class_name : public base {                                                                                     \
@@ -110,6 +111,7 @@ protected:
     explicit class_name(const char* name) : base(type, name) {}                                                        \
     unsigned Propagate(Instance* inst) override;                                                                       \
   }
+// NOLINTEND(bugprone-macro-parentheses)
 
 KESTRIN_PLAIN_PRIM(PrimPwr, CombPrim, PRIM_PWR);
 KESTRIN_PLAIN_PRIM(PrimGnd, CombPrim, PRIM_GND);
