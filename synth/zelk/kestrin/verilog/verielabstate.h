@@ -4,17 +4,21 @@
 #ifndef KESTRIN_VERILOG_VERIELABSTATE_H
 #define KESTRIN_VERILOG_VERIELABSTATE_H
 
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "containers/array.h"
 #include "containers/map.h"
 #include "containers/set.h"
+#include "containers/views.h"
 #include "verilog/verinode.h"
 
 class Library;
 class VeriIdDef;
 class VeriModule;
+class VeriModuleItem;
 class VeriScope;
 class VeriTreeNode;
 
@@ -34,6 +38,16 @@ public:
 
 private:
   std::vector<std::string> _names;
+};
+
+/// One body of a generate construct that exists in this run.
+struct VeriGenerateRound {
+  VeriScope* generated = nullptr; ///< null: the items stand in the scope around
+  std::string label;              ///< "b" or "b[3]"
+  ArrayOf<VeriModuleItem>* items = nullptr;
+  VeriModuleItem* single = nullptr; ///< in place of the list
+  VeriIdDef* genvar = nullptr;      ///< null outside of loops
+  int value = 0;
 };
 
 class VeriElaborationState {
@@ -78,6 +92,10 @@ public:
   VeriScope* CurrentGenerated() const { return _generated_stack.back(); }
   void PushGenerated(VeriScope* scope) { _generated_stack.push_back(scope); }
   void PopGenerated() { _generated_stack.pop_back(); }
+  /// The bodies of a generate construct in the present generated scope.
+  std::vector<VeriGenerateRound>& Rounds(const VeriTreeNode* construct) {
+    return _rounds[{construct, CurrentGenerated()}];
+  }
   /// The process that is being elaborated; null outside.
   VeriTreeNode* Process() const { return _process; }
   void SetProcess(VeriTreeNode* process) { _process = process; }
@@ -109,6 +127,7 @@ private:
   Map* _parameters = nullptr;
   VeriScope* _generated_root = nullptr;
   std::vector<VeriScope*> _generated_stack;
+  std::map<std::pair<const VeriTreeNode*, VeriScope*>, std::vector<VeriGenerateRound>> _rounds;
   VeriTreeNode* _process = nullptr;
   int _constant_loop_limit = 5000;
   int _non_constant_loop_limit = 250;

@@ -282,13 +282,14 @@ public:
   /// Assigns and gives the assigned value.
   OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override;
   void Execute(VeriDataFlow* flow, bool non_blocking);
+  /// What would be assigned, fitted to the type.
+  OwnedValue EvaluateRight(const VeriConstraint& target, VeriDataFlow* flow);
   void AddToSensList(Set& ids) override;
   VeriExpression* Target() const { return _target; }
   VeriExpression* Value() const { return _value; }
   unsigned Token() const { return _token; }
 
 private:
-  OwnedValue EvaluateRight(const VeriConstraint& target, VeriDataFlow* flow);
   VeriExpression* _target;
   unsigned _token;
   VeriExpression* _value;

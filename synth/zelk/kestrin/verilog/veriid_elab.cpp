@@ -7,7 +7,11 @@
 #include "verilog/verimodule.h"
 
 VeriConstraint* VeriValuedId::GetConstraint() {
-  if (!_constraint) SetConstraint(veri_object_constraint(_type, _unpacked, GetModuleItem()));
+  if (_constraint) return _constraint.get();
+  if (IsGenVar())
+    SetConstraint(VeriRangeConstraint::Integer(32, true, 4));
+  else if (Kind() != VERI_ID_ENUM)
+    SetConstraint(veri_object_constraint(_type, _unpacked, GetModuleItem()));
   return _constraint.get();
 }
 

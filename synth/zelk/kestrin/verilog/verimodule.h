@@ -3,6 +3,7 @@
 #ifndef KESTRIN_VERILOG_VERIMODULE_H
 #define KESTRIN_VERILOG_VERIMODULE_H
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -106,6 +107,11 @@ public:
     return _elaborated_parameters;
   }
 
+  /// Puts a parameter set (name to VeriExpression) on a view, in the host's notation.
+  static void AddParamsToNetlist(Netlist* view, const Map* parameters);
+  /// The type of a port under the parameters that a port-level view was made with; null for an unknown port.
+  OwnedConstraint PortType(const Netlist* view, const char* port) const;
+
   void AddImplicitNet(VeriDataDecl* decl);
 
 protected:
@@ -126,6 +132,8 @@ private:
   std::vector<VeriParamId*> _params;
   std::vector<std::pair<std::string, std::string>> _elaborated_parameters;
   std::vector<std::unique_ptr<VeriModule>> _extern_decls;
+  // By the name of the cell: what PortType answers.
+  std::map<std::string, std::map<std::string, OwnedConstraint>> _port_types;
   unsigned _default_nettype;
   bool _is_celldefine = false;
   bool _is_extern = false;

@@ -92,6 +92,7 @@ public:
   void SetIsVar() { _is_var = true; }
 
 private:
+  void ApplyAttributesTo(const VeriValue& nets) const;
   unsigned _direction;
   unsigned _net_type;
   bool _is_var = false;
@@ -260,20 +261,8 @@ public:
   void InstantiateGate(unsigned token);
 
 private:
-  struct Binding;
-  VeriModule* FindModule(const char* name) const;
-  bool ConsolidateParameters(VeriModule* module, const char* module_name, const VeriExpressions* given, Map& out) const;
-  void ExtractMatchingDefparams(VeriModule* module, Map& out) const;
-  Netlist* FindView(VeriModule* module, const char* module_name, const Map& parameters) const;
-  Netlist* CreateUnknownView(const char* module_name, const Map& parameters) const;
-  void CreateInstance(Netlist* view, VeriModule* module, const char* name, int index, int count);
-  void CreatePortRefs(Instance* inst, VeriModule* module, int index, int count);
-  void ConnectPort(Instance* inst, const char* port_name, unsigned position, VeriExpression* actual,
-                   VeriIdDef* implicit, int index, int count);
-  void ConnectImplicitPorts(Instance* inst, VeriModule* module, const Set& connected);
-  bool EvaluateRange(int* left, int* right) const;
-  Array* AddUnknownPorts(Netlist* view, const char* formal, unsigned position, unsigned size);
-  bool EvaluateTerminals(std::vector<OwnedValue>& out, unsigned outputs, bool inputs_are_last, unsigned token) const;
+  friend class VeriInstantiation;
+  friend class VeriGateBuilder;
 
   VeriIdDecl* _id;
   VeriExpressions* _connects;
@@ -363,6 +352,8 @@ public:
   const char* MatchesInstance(const VeriIdDef* instance) const;
   VeriExpression* Value() const { return _value; }
   VeriName* Name() const { return _name; }
+  /// Reports an assignment that no instance of the present module took.
+  void ReportUnresolved() const;
 
 private:
   VeriName* _name;
@@ -387,6 +378,8 @@ private:
 
 // Generate constructs.
 
+class VeriGenerateBlock;
+
 /// What several constructs share: each picks bodies, which are scopes with items, and runs passes over them.
 class VeriGenerateItem : public VeriModuleItem {
 public:
@@ -397,16 +390,10 @@ public:
   void Elaborate() override;
 
 protected:
-  /// One body that exists in this run.
-  struct Round {
-    VeriScope* generated; // null: the items stand in the scope around
-    std::string label;
-    VeriModuleItems* items;
-    VeriIdDef* genvar; // null outside of loops
-    int value;
-  };
-  /// Makes the generated scope of a body and its objects.
-  void AddRound(VeriScope* source, const char* label, VeriModuleItems* items, VeriIdDef* genvar, int value);
+  /// Makes the generated scope of a body and the objects in it.
+  void AddRound(VeriGenerateBlock* body, VeriIdDef* genvar, int value);
+  /// The one item that stands for the construct in this run; null for none.
+  void AddPicked(VeriModuleItem* item);
   void ForEachRound(const std::function<void(VeriModuleItem*)>& pass);
 };
 
@@ -462,8 +449,6 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   void GenerateObjects() override;
-  void Initialize() override;
-  void Elaborate() override;
 
 private:
   VeriModuleItem* PickBranch() const;
@@ -500,8 +485,6 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   void GenerateObjects() override;
-  void Initialize() override;
-  void Elaborate() override;
 
 private:
   VeriModuleItem* PickBranch() const;

@@ -1,0 +1,613 @@
+// Elaboration of instances: parameters, the port-level view of what is instantiated, connections; and of gates.
+#include <algorithm>
+#include <set>
+
+#include "database/cell.h"
+#include "database/instance.h"
+#include "database/library.h"
+#include "database/net.h"
+#include "database/netlist.h"
+#include "database/views.h"
+#include "util/services.h"
+#include "verilog/veri_file.h"
+#include "verilog/verielabstate.h"
+#include "verilog/verimodule.h"
+#include "verilog/verinets.h"
+
+namespace {
+
+constexpr const char* named_ports_view = "NamedPorts";
+constexpr const char* ordered_ports_view = "OrderedPorts";
+
+/// The one-bit ports of a bus, left to right through all levels.
+void CollectPorts(DesignObj* object, Array& ports) {
+  if (object->ObjectType() == DB_PORT) {
+    ports.Insert(object);
+    return;
+  }
+  for (DesignObj* element : ElementsOf(static_cast<PortBus*>(object))) CollectPorts(element, ports);
+}
+
+/// The one-bit ports that a port of the source became, most significant first; empty when there is none of that name.
+void FindPorts(const Netlist* view, const char* name, Array& ports) {
+  if (PortBus* bus = view->GetPortBus(name))
+    CollectPorts(bus, ports);
+  else if (Port* port = view->GetPort(name))
+    ports.Insert(port);
+}
+
+/// What a connection of an instance connects; null for none.
+VeriExpression* ConnectionOf(VeriExpression* connect) {
+  if (connect && connect->GetClassId() == ID_VeriPortOpen) return nullptr;
+  const auto* port = dynamic_cast<const VeriPortConnect*>(connect);
+  return port ? port->Connection() : connect;
+}
+
+/// `width` bits of a value, the place-th such group from the left.
+OwnedValue SliceOf(const VeriValue& value, unsigned place, unsigned width) {
+  return VeriValue::EvaluateSliced(value.Copy(), static_cast<int64_t>(place) * width, width, 1);
+}
+
+bool IsArray(const VeriInst& inst) { return inst.Ranges() && inst.Ranges()->Size(); }
+
+} // namespace
+
+/// One statement's instance, or array of instances, of a module.
+class VeriInstantiation {
+public:
+  VeriInstantiation(const VeriInst* inst, const char* module_name, const VeriExpressions* parameters)
+      : _inst(inst), _module_name(module_name), _given(parameters), _parameters(HASH_STRING) {}
+  VeriInstantiation(const VeriInstantiation&) = delete;
+  VeriInstantiation& operator=(const VeriInstantiation&) = delete;
+  ~VeriInstantiation();
+  void Run();
+
+private:
+  bool BindModule();
+  bool ExtractDefparams();
+  bool ConsolidateParameters();
+  void AddParameter(const std::string& name, VeriExpression* value);
+  bool FindView();
+  void CreateUnknownView();
+  void Instantiate(const std::string& name, unsigned place, unsigned count);
+  bool ConnectAll();
+  bool ConnectAllUnknown();
+  VeriExpression* ActualOf(const VeriVariable* port, unsigned position, VeriIdRef** implicit) const;
+  void Connect(const char* port_name, VeriExpression* actual, unsigned direction, const VeriConstraint* type);
+  void ConnectInput(const char* name, VeriExpression* actual, const VeriConstraint* type, const Array& ports);
+  void ConnectOutput(const char* name, VeriExpression* actual, const Array& ports, bool is_inout);
+  OwnedValue Share(OwnedValue value, const char* port, unsigned width) const;
+  Array AddUnknownPorts(const char* formal, unsigned position, unsigned size);
+  bool CheckConnects() const;
+
+  const VeriInst* _inst;
+  const char* _module_name;
+  const VeriExpressions* _given;
+  Map _parameters; // name, owned -> VeriExpression, owned
+  VeriModule* _module = nullptr;
+  Netlist* _view = nullptr;
+  Instance* _instance = nullptr;
+  // Of an array: which instance this is, counted from the left, and how many there are.
+  unsigned _place = 0;
+  unsigned _count = 1;
+};
+
+VeriInstantiation::~VeriInstantiation() {
+  for (auto [name, value] : Entries<char*, VeriExpression*>(_parameters)) {
+    Strings::free_string(name);
+    delete value;
+  }
+}
+
+bool VeriInstantiation::BindModule() {
+  VeriModule* present = VeriNode::ElabState()->Module();
+  VeriLibrary* library = present ? present->GetLibrary() : nullptr;
+  _module = veri_file::FindModule(_module_name, library);
+  if (!_module) _module = veri_file::FindUnknownModule(_module_name);
+  if (_module) _module->Resolve();
+  return !veri_file::CheckForInterrupt(_inst->Linefile());
+}
+
+void VeriInstantiation::AddParameter(const std::string& name, VeriExpression* value) {
+  if (_parameters.GetItem(name.c_str())) return;
+  VeriNodeScope node(value);
+  OwnedValue result = value->Evaluate(nullptr);
+  if (result) result = VeriValue::ToConst(std::move(result));
+  if (!result || !result->IsConstant()) {
+    if (result) value->Error("value for parameter %s is not constant", name.c_str());
+    return;
+  }
+  if (std::unique_ptr<VeriExpression> literal = VeriExpression::ToConstantExpression(*result, value->Linefile()))
+    _parameters.Insert(Strings::save(name.c_str()), literal.release());
+}
+
+bool VeriInstantiation::ExtractDefparams() {
+  VeriIdDef* id = _inst->GetId() ? _inst->GetId()->Current() : nullptr;
+  Set& pending = VeriNode::ElabState()->Defparams();
+  std::vector<VeriDefParamAssign*> taken;
+  for (VeriDefParamAssign* assign : KeysOf<VeriDefParamAssign*>(&pending)) {
+    const char* name = id ? assign->MatchesInstance(id) : nullptr;
+    if (!name) continue;
+    taken.push_back(assign);
+    if (_module && _module->IsPrimitive()) {
+      assign->Error("cannot override parameters on primitive instance %s using defparams - primitives do not declare "
+                    "parameters",
+                    id->Name());
+      return false;
+    }
+    AddParameter(name, assign->Value());
+  }
+  for (VeriDefParamAssign* assign : taken) pending.Remove(assign);
+  return true;
+}
+
+bool VeriInstantiation::ConsolidateParameters() {
+  if (!ExtractDefparams()) return false;
+  bool has_defparams = _parameters.Size() != 0;
+  if (!_given || !_given->Size()) return true;
+  std::vector<VeriParamId*> formals;
+  if (_module) formals = _module->OverridableParams();
+  if (_module && formals.empty()) {
+    _inst->Error("module %s does not expect any parameters", _module_name);
+    return false;
+  }
+  unsigned position = 0;
+  for (VeriExpression* given : *_given) {
+    const auto* connect = dynamic_cast<const VeriPortConnect*>(given);
+    VeriExpression* value = connect ? connect->Connection() : given;
+    const char* name = connect ? connect->NamedFormal() : nullptr;
+    if (name) {
+      if (_module && !_module->GetParam(name)) {
+        given->Error("module %s does not have a parameter named %s", _module_name, name);
+        return false;
+      }
+      if (value) AddParameter(name, value);
+      continue;
+    }
+    if (has_defparams) {
+      _inst->Error("no support for specifying parameters for instance %s using both defparam statements and an ordered "
+                   "module instance parameter value assignment",
+                   _inst->Name());
+      return false;
+    }
+    if (_module && position >= formals.size()) {
+      _inst->Error("too many parameters for instance of module %s - module declares %d parameters not %d", _module_name,
+                   static_cast<int>(formals.size()), static_cast<int>(_given->Size()));
+      return false;
+    }
+    if (value && _module) AddParameter(formals[position]->Name(), value);
+    if (value && !_module) AddParameter("param" + std::to_string(position), value);
+    position++;
+  }
+  return true;
+}
+
+bool VeriInstantiation::FindView() {
+  bool is_boxed = _module && veri_file::Blackboxed(_module_name);
+  if (_module && !is_boxed) {
+    _view = _module->ElaborateBlackBox(VeriNode::ElabState()->GetLibrary(), &_parameters);
+    return _view != nullptr;
+  }
+  CreateUnknownView();
+  return true;
+}
+
+void VeriInstantiation::CreateUnknownView() {
+  const VeriExpressions* connects = _inst->Connects();
+  const auto* first =
+      connects && connects->Size() ? dynamic_cast<const VeriPortConnect*>(connects->GetFirst()) : nullptr;
+  const char* view_name = first && first->NamedFormal() ? named_ports_view : ordered_ports_view;
+  Library* library = VeriNode::ElabState()->GetLibrary();
+  std::string name = VeriModule::CreateUniqueName(_module_name, &_parameters);
+  Cell* cell = library->GetCellAnywhere(name.c_str());
+  if (!cell) {
+    cell = new Cell(name.c_str(), _inst->Linefile());
+    library->Add(cell);
+  }
+  _view = cell->GetNetlist(view_name);
+  if (_view) return;
+  _view = new Netlist(view_name, _inst->Linefile());
+  _view->SetSourceLang(DB_SOURCE_LANG_VERILOG);
+  cell->Add(_view);
+  _view->AddAtt(" cell_name", _module_name);
+  _view->AddAtt(" library_name", library->Name());
+  VeriModule::AddParamsToNetlist(_view, &_parameters);
+}
+
+bool VeriInstantiation::CheckConnects() const {
+  const VeriExpressions* connects = _inst->Connects();
+  if (!_module || !connects) return true;
+  unsigned ordered = 0;
+  std::set<std::string> seen;
+  for (VeriExpression* connect : *connects) {
+    const auto* named = dynamic_cast<const VeriPortConnect*>(connect);
+    if (!named || !named->NamedFormal()) {
+      ordered++;
+      continue;
+    }
+    if (named->IsDotStar()) continue;
+    if (!_module->GetPort(named->NamedFormal())) {
+      connect->Error("cannot find port %s on this module", named->NamedFormal());
+      return false;
+    }
+    if (!seen.insert(named->NamedFormal()).second) {
+      connect->Error("port %s is connected more than once", named->NamedFormal());
+      return false;
+    }
+  }
+  bool is_empty_list = ordered == 1 && !ConnectionOf(connects->GetFirst());
+  if (ordered <= _module->Ports().size() || (is_empty_list && _module->Ports().empty())) return true;
+  _inst->Error("instance %s specifies %d actual port connections but module %s only expects %d", _inst->Name(),
+               static_cast<int>(ordered), _module_name, static_cast<int>(_module->Ports().size()));
+  return false;
+}
+
+/// The part of an actual that goes to this instance of an array: all of it, or its share (IEEE 1364-2005 7.1.6).
+OwnedValue VeriInstantiation::Share(OwnedValue value, const char* port, unsigned width) const {
+  if (_count == 1 || !value || value->Size() == width) return value;
+  if (value->Size() == width * _count) return SliceOf(*value, _place, width);
+  _inst->Error("illegal connection to port %s in array of instances - actual bit length (%d) doesn't equal the port "
+               "width (%d) or divide evenly by the number of instances (%d)",
+               port, static_cast<int>(value->Size()), static_cast<int>(width), static_cast<int>(_count));
+  return nullptr;
+}
+
+void VeriInstantiation::ConnectInput(const char* name, VeriExpression* actual, const VeriConstraint* type,
+                                     const Array& ports) {
+  OwnedValue value;
+  if (_count > 1 || !type)
+    value = Share(actual->Evaluate(nullptr), name, ports.Size());
+  else
+    value = actual->EvaluateFor(*type, nullptr);
+  if (!value) return;
+  if (value->IsReal()) return actual->Error("can't connect port to a real value");
+  if (!value->IsAggregate()) value = VeriValue::Adjust(std::move(value), ports.Size(), actual);
+  if (value) value->Connect(_instance, ports);
+}
+
+void VeriInstantiation::ConnectOutput(const char* name, VeriExpression* actual, const Array& ports, bool is_inout) {
+  OwnedValue nets = Share(actual->EvaluateNets(), name, ports.Size());
+  if (!nets) return;
+  if (nets->Size() == ports.Size()) return nets->Connect(_instance, ports);
+  // Of different widths the low bits meet; what lies above on the actual's side is extended as in an assignment.
+  unsigned common = std::min(nets->Size(), ports.Size());
+  Array low_ports;
+  for (unsigned pos = ports.Size() - common; pos < ports.Size(); pos++) low_ports.Insert(ports.At(pos));
+  VeriValue::EvaluateSliced(nets->Copy(), nets->Size() - common, common, 1)->Connect(_instance, low_ports);
+  if (nets->Size() <= common || is_inout) return;
+  OwnedValue rest = VeriValue::EvaluateSliced(nets->Copy(), 0, nets->Size() - common, 1);
+  rest->NetAssignFrom(VeriValue::Digits(rest->Size(), VERI_DIGIT_0), VERI_RESOLVE_WIRE, true, actual);
+}
+
+void VeriInstantiation::Connect(const char* port_name, VeriExpression* actual, unsigned direction,
+                                const VeriConstraint* type) {
+  VeriNodeScope node(actual);
+  Array ports;
+  FindPorts(_view, port_name, ports);
+  if (!ports.Size()) return;
+  if (direction == VERI_INPUT)
+    ConnectInput(port_name, actual, type, ports);
+  else
+    ConnectOutput(port_name, actual, ports, direction == VERI_INOUT);
+}
+
+/// The expression that the instance connects to a port; null when it leaves it open. For `.name` and `.*` a reference
+/// is made, which the caller owns.
+VeriExpression* VeriInstantiation::ActualOf(const VeriVariable* port, unsigned position, VeriIdRef** implicit) const {
+  const VeriExpressions* connects = _inst->Connects();
+  bool has_star = false;
+  for (unsigned pos = 0; connects && pos < connects->Size(); pos++) {
+    VeriExpression* connect = connects->At(pos);
+    const auto* named = dynamic_cast<const VeriPortConnect*>(connect);
+    const char* formal = named ? named->NamedFormal() : nullptr;
+    if (!formal) {
+      if (pos == position) return ConnectionOf(connect);
+      continue;
+    }
+    if (named->IsDotStar()) {
+      has_star = true;
+      continue;
+    }
+    if (std::string(formal) != port->Name()) continue;
+    if (!named->IsImplicit()) return named->Connection();
+    has_star = true;
+    break;
+  }
+  if (!has_star) return nullptr;
+  // The object of the same name around the instance (IEEE 1800-2005 19.11.4).
+  VeriScope* scope = _inst->GetId() ? _inst->GetId()->DeclaringScope() : nullptr;
+  VeriIdDef* id = scope ? scope->Find(port->Name()) : nullptr;
+  if (!id || !id->IsVar()) return nullptr;
+  *implicit = new VeriIdRef(port->Name(), _inst->Linefile());
+  (*implicit)->SetId(id);
+  return *implicit;
+}
+
+bool VeriInstantiation::ConnectAll() {
+  unsigned position = 0;
+  for (VeriVariable* port : _module->Ports()) {
+    VeriIdRef* implicit = nullptr;
+    VeriExpression* actual = ActualOf(port, position++, &implicit);
+    std::unique_ptr<VeriIdRef> owner(implicit);
+    if (!actual) continue;
+    OwnedConstraint type = _module->PortType(_view, port->Name());
+    Connect(port->Name(), actual, port->Dir(), type.get());
+    if (veri_file::CheckForInterrupt(actual->Linefile())) return false;
+  }
+  return true;
+}
+
+/// Ports of a view that nobody declared, added as connections need them.
+Array VeriInstantiation::AddUnknownPorts(const char* formal, unsigned position, unsigned size) {
+  std::string name = formal ? formal : "p_" + std::to_string(position + 1);
+  Array ports;
+  FindPorts(_view, name.c_str(), ports);
+  if (ports.Size()) return ports;
+  if (size == 1) {
+    auto* port = new Port(name.c_str(), DIR_INOUT, _inst->Linefile());
+    _view->Add(port);
+    ports.Insert(port);
+    return ports;
+  }
+  auto* bus = new PortBus(name.c_str(), DIR_INOUT, static_cast<int>(size) - 1, 0, _inst->Linefile());
+  _view->Add(bus);
+  for (unsigned bit = size; bit-- > 0;) {
+    auto* port = new Port((name + "[" + std::to_string(bit) + "]").c_str(), DIR_INOUT, _inst->Linefile());
+    _view->Add(port);
+    bus->Add(port);
+    ports.Insert(port);
+  }
+  return ports;
+}
+
+bool VeriInstantiation::ConnectAllUnknown() {
+  unsigned position = 0;
+  for (VeriExpression* connect : ItemsOf<VeriExpression*>(_inst->Connects())) {
+    const auto* named = dynamic_cast<const VeriPortConnect*>(connect);
+    if (named && (named->IsDotStar() || named->IsImplicit())) {
+      _inst->Error("can't resolve implicit port connection(s) to instance %s without a module binding", _inst->Name());
+      return false;
+    }
+    VeriExpression* actual = ConnectionOf(connect);
+    unsigned place = position++;
+    if (!actual) continue;
+    VeriNodeScope node(actual);
+    OwnedValue value = actual->Evaluate(nullptr);
+    if (!value || value->IsReal()) return false;
+    Array ports = AddUnknownPorts(named ? named->NamedFormal() : nullptr, place, value->Size());
+    value = VeriValue::Adjust(std::move(value), ports.Size(), actual);
+    if (value) value->Connect(_instance, ports);
+  }
+  return true;
+}
+
+void VeriInstantiation::Instantiate(const std::string& name, unsigned place, unsigned count) {
+  _place = place;
+  _count = count;
+  _instance = new Instance(VeriNode::ElabState()->CreateFullName(name.c_str()).c_str(), _view, _inst->Linefile());
+  VeriNode::CurrentNetlist()->Add(_instance);
+  _inst->ApplyAttributes(_instance);
+  if (_inst->Parent()) _inst->Parent()->ApplyAttributes(_instance);
+  if (_module)
+    ConnectAll();
+  else
+    ConnectAllUnknown();
+}
+
+void VeriInstantiation::Run() {
+  if (!BindModule() || !ConsolidateParameters() || !FindView() || !CheckConnects()) return;
+  if (!IsArray(*_inst)) return Instantiate(_inst->Name(), 0, 1);
+  if (!_module)
+    return _inst->Error("cannot elaborate array of instances because the instantiated module's declaration hasn't been "
+                        "analyzed");
+  int left = 0;
+  int right = 0;
+  if (!_inst->Ranges()->GetFirst()->EvaluateBounds(&left, &right)) return;
+  int64_t count = std::abs(static_cast<int64_t>(left) - right) + 1;
+  if (!veri_width_is_supported(static_cast<uint64_t>(count), _inst)) return;
+  for (int64_t place = 0; place < count && !veri_file::CheckForInterrupt(_inst->Linefile()); place++) {
+    int64_t index = left <= right ? left + place : left - place;
+    Instantiate(std::string(_inst->Name()) + "[" + std::to_string(index) + "]", static_cast<unsigned>(place),
+                static_cast<unsigned>(count));
+  }
+}
+
+void VeriInst::InstantiateModule(const char* module_name, const VeriExpressions* parameters) {
+  VeriNodeScope node(this);
+  VeriInstantiation(this, module_name, parameters).Run();
+}
+
+void VeriModuleInstantiation::Elaborate() {
+  for (VeriInst* inst : *_insts) {
+    if (veri_file::CheckForInterrupt(Linefile())) return;
+    inst->InstantiateModule(ModuleName(), _parameters);
+  }
+}
+
+// Gates.
+
+namespace {
+
+enum class GateShape { MANY_INPUTS, MANY_OUTPUTS, ENABLED, PULL, SWITCH };
+
+struct GateRow {
+  unsigned token;
+  GateShape shape;
+  veri_oper oper; // of the inputs; VERI_OPER_COUNT: none
+  bool inverts;
+  bool enable_low;
+};
+
+constexpr GateRow gate_rows[] = {
+    {VERI_AND, GateShape::MANY_INPUTS, VERI_OPER_AND, false, false},
+    {VERI_NAND, GateShape::MANY_INPUTS, VERI_OPER_AND, true, false},
+    {VERI_OR, GateShape::MANY_INPUTS, VERI_OPER_OR, false, false},
+    {VERI_NOR, GateShape::MANY_INPUTS, VERI_OPER_OR, true, false},
+    {VERI_XOR, GateShape::MANY_INPUTS, VERI_OPER_XOR, false, false},
+    {VERI_XNOR, GateShape::MANY_INPUTS, VERI_OPER_XOR, true, false},
+    {VERI_BUF, GateShape::MANY_OUTPUTS, VERI_OPER_COUNT, false, false},
+    {VERI_NOT, GateShape::MANY_OUTPUTS, VERI_OPER_COUNT, true, false},
+    {VERI_BUFIF0, GateShape::ENABLED, VERI_OPER_COUNT, false, true},
+    {VERI_BUFIF1, GateShape::ENABLED, VERI_OPER_COUNT, false, false},
+    {VERI_NOTIF0, GateShape::ENABLED, VERI_OPER_COUNT, true, true},
+    {VERI_NOTIF1, GateShape::ENABLED, VERI_OPER_COUNT, true, false},
+    {VERI_PULLUP, GateShape::PULL, VERI_OPER_COUNT, false, false},
+    {VERI_PULLDOWN, GateShape::PULL, VERI_OPER_COUNT, true, false},
+};
+
+const GateRow* RowOf(unsigned token) {
+  for (const GateRow& row : gate_rows)
+    if (row.token == token) return &row;
+  return nullptr;
+}
+
+} // namespace
+
+/// One gate statement: a gate for each bit of an array of instances.
+class VeriGateBuilder {
+public:
+  VeriGateBuilder(const VeriInst* inst, unsigned token) : _inst(inst), _token(token), _row(RowOf(token)) {}
+  void Run();
+
+private:
+  bool CollectTerminals();
+  bool CheckCount() const;
+  unsigned FirstInput() const;
+  bool EvaluateTerminals();
+  OwnedValue BitOf(const VeriValue& value, unsigned place) const;
+  OwnedValue InputBit(unsigned terminal, unsigned place) const { return BitOf(*_values[terminal], place); }
+  OwnedValue OutputOf(unsigned place) const;
+  void BuildPull() const;
+
+  const VeriInst* _inst;
+  unsigned _token;
+  const GateRow* _row;
+  std::vector<VeriExpression*> _terminals;
+  std::vector<OwnedValue> _values; // nets of outputs, values of inputs
+  unsigned _count = 1;
+};
+
+bool VeriGateBuilder::CollectTerminals() {
+  for (VeriExpression* connect : ItemsOf<VeriExpression*>(_inst->Connects())) {
+    const auto* named = dynamic_cast<const VeriPortConnect*>(connect);
+    if (named && named->NamedFormal()) {
+      connect->Error("name-based port connection not allowed in gate-instantiation");
+      return false;
+    }
+    VeriExpression* terminal = ConnectionOf(connect);
+    if (!terminal) {
+      _inst->Error("%s gate has an unconnected terminal", VeriTreeNode::PrintToken(_token));
+      return false;
+    }
+    _terminals.push_back(terminal);
+  }
+  return CheckCount();
+}
+
+bool VeriGateBuilder::CheckCount() const {
+  size_t count = _terminals.size();
+  switch (_row->shape) {
+  case GateShape::MANY_INPUTS:
+  case GateShape::MANY_OUTPUTS:
+    if (count >= 2) return true;
+    _inst->Error("need at least one output and one input to this gate");
+    return false;
+  case GateShape::ENABLED:
+    if (count == 3) return true;
+    _inst->Error("need %d terminals to this gate", 3);
+    return false;
+  case GateShape::PULL:
+    if (count == 1) return true;
+    _inst->Error("no support for multiple terminals on pullup/down sources");
+    return false;
+  case GateShape::SWITCH: break;
+  }
+  return false;
+}
+
+unsigned VeriGateBuilder::FirstInput() const {
+  bool is_last = _row->shape == GateShape::MANY_OUTPUTS;
+  if (_row->shape == GateShape::PULL) return static_cast<unsigned>(_terminals.size());
+  return is_last ? static_cast<unsigned>(_terminals.size()) - 1 : 1;
+}
+
+bool VeriGateBuilder::EvaluateTerminals() {
+  if (IsArray(*_inst)) {
+    int left = 0;
+    int right = 0;
+    if (!_inst->Ranges()->GetFirst()->EvaluateBounds(&left, &right)) return false;
+    auto count = static_cast<uint64_t>(std::abs(static_cast<int64_t>(left) - right)) + 1;
+    if (!veri_width_is_supported(count, _inst)) return false;
+    _count = static_cast<unsigned>(count);
+  }
+  for (unsigned pos = 0; pos < _terminals.size(); pos++) {
+    VeriExpression* terminal = _terminals[pos];
+    OwnedValue value = pos < FirstInput() ? terminal->EvaluateNets() : terminal->Evaluate(nullptr);
+    if (!value) return false;
+    if (value->IsAggregate()) {
+      terminal->Error("can't connect terminal on a gate to an aggregate expression");
+      return false;
+    }
+    // An unsized constant such as 0 stands for a bit.
+    if (value->IsInt() || (value->IsConstant() && terminal->IsConst())) value = VeriValue::Adjust(std::move(value), 1);
+    if (value->Size() != 1 && value->Size() != _count) {
+      terminal->Warning("actual bit length %d differs from formal bit length %d", static_cast<int>(value->Size()),
+                        static_cast<int>(_count));
+      value = VeriValue::Adjust(std::move(value), _count, terminal);
+      if (!value) return false;
+    }
+    _values.push_back(std::move(value));
+  }
+  return true;
+}
+
+OwnedValue VeriGateBuilder::BitOf(const VeriValue& value, unsigned place) const {
+  return value.Size() == 1 ? value.Copy() : SliceOf(value, place, 1);
+}
+
+OwnedValue VeriGateBuilder::OutputOf(unsigned place) const {
+  unsigned first = FirstInput();
+  OwnedValue result = InputBit(first, place);
+  if (_row->oper != VERI_OPER_COUNT)
+    for (unsigned pos = first + 1; pos < _values.size(); pos++)
+      result = VeriValue::Binary(_row->oper, std::move(result), InputBit(pos, place), _inst);
+  if (_row->inverts) result = VeriValue::Unary(VERI_OPER_NOT, std::move(result), _inst);
+  if (_row->shape != GateShape::ENABLED || !result) return result;
+  Net* enable = veri_canonical_net(InputBit(first + 1, place)->GetBit(0));
+  if (_row->enable_low) enable = veri_not(enable);
+  if (enable == VeriNode::Pwr()) return result;
+  if (enable == VeriNode::Gnd()) return VeriValue::Digits(1, VERI_DIGIT_Z);
+  return VeriValue::FromNet(VeriNode::CurrentNetlist()->Tristate(result->GetBit(0), enable, _inst->Linefile()));
+}
+
+void VeriGateBuilder::BuildPull() const {
+  Array nets;
+  _values[0]->GetNets(nets);
+  for (Net* net : ItemsOf<Net*>(&nets)) {
+    Netlist* netlist = VeriNode::CurrentNetlist();
+    net->Wire(_row->inverts ? netlist->Pulldown(_inst->Linefile()) : netlist->Pullup(_inst->Linefile()));
+  }
+}
+
+void VeriGateBuilder::Run() {
+  if (!_row) return _inst->Error("no support for instantiation of gate %s", VeriTreeNode::PrintToken(_token));
+  if (!CollectTerminals() || !EvaluateTerminals()) return;
+  if (_row->shape == GateShape::PULL) return BuildPull();
+  for (unsigned place = 0; place < _count; place++) {
+    OwnedValue result = OutputOf(place);
+    for (unsigned pos = 0; result && pos < FirstInput(); pos++)
+      BitOf(*_values[pos], place)->NetAssignFrom(result->Copy(), VERI_RESOLVE_WIRE, true, _inst);
+  }
+}
+
+void VeriInst::InstantiateGate(unsigned token) {
+  VeriNodeScope node(this);
+  VeriGateBuilder(this, token).Run();
+}
+
+void VeriGateInstantiation::Elaborate() {
+  for (VeriInst* inst : *_insts) {
+    if (veri_file::CheckForInterrupt(Linefile())) return;
+    inst->InstantiateGate(_token);
+  }
+}

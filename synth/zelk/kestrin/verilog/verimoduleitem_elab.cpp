@@ -1,0 +1,369 @@
+// Elaboration of module items: declarations, continuous assignments, processes, generate constructs.
+#include <set>
+
+#include "database/net.h"
+#include "util/services.h"
+#include "verilog/veri_file.h"
+#include "verilog/veridataflow.h"
+#include "verilog/verielabstate.h"
+#include "verilog/verimoduleitem.h"
+#include "verilog/verinets.h"
+#include "verilog/veristatement.h"
+
+// Declarations.
+
+void VeriDataDecl::Initialize() {
+  for (VeriIdDecl* id : *_ids)
+    if (id->GetId()) id->GetId()->Current()->Initialize();
+}
+
+namespace {
+
+/// What a net type drives by itself.
+void DriveByType(VeriIdDef* id, unsigned net_type, const VeriTreeNode* from) {
+  VeriValue* nets = id->GetValue();
+  if (!nets) return;
+  auto drive = [&](veri_digit digit) {
+    nets->NetAssignFrom(VeriValue::Digits(nets->Size(), digit), VERI_RESOLVE_WIRE, true, from);
+  };
+  auto pull = [&](Net* (Netlist::*make)(unsigned long)) {
+    Array bits;
+    nets->GetNets(bits);
+    for (Net* bit : ItemsOf<Net*>(&bits)) bit->Wire((VeriNode::CurrentNetlist()->*make)(from->Linefile()));
+  };
+  switch (net_type) {
+  case VERI_SUPPLY0: return drive(VERI_DIGIT_0);
+  case VERI_SUPPLY1: return drive(VERI_DIGIT_1);
+  case VERI_TRI0: return pull(&Netlist::Pulldown);
+  case VERI_TRI1: return pull(&Netlist::Pullup);
+  default: return;
+  }
+}
+
+} // namespace
+
+void VeriDataDecl::Elaborate() {
+  VeriNodeScope node(this);
+  for (VeriIdDecl* decl : *_ids) {
+    auto* variable = decl->IdAs<VeriVariable>();
+    if (!variable) continue;
+    VeriIdDef* id = variable->Current();
+    const VeriValue* value = id->GetValue();
+    if (value) ApplyAttributesTo(*value);
+    if (!variable->IsNet() || !value) continue;
+    DriveByType(id, _net_type, this);
+    if (!decl->Value()) continue;
+    const VeriConstraint* type = id->GetConstraint();
+    OwnedValue source = type ? decl->Value()->EvaluateFor(*type, nullptr) : nullptr;
+    if (source) id->GetValue()->NetAssignFrom(std::move(source), VERI_RESOLVE_WIRE, true, decl);
+  }
+}
+
+void VeriDataDecl::ApplyAttributesTo(const VeriValue& value) const {
+  if (!Attributes()) return;
+  Array nets;
+  value.GetNets(nets);
+  for (Net* net : ItemsOf<Net*>(&nets))
+    if (!veri_is_digit(net)) ApplyAttributes(net);
+}
+
+void VeriParamDecl::Initialize() {
+  for (VeriIdDecl* id : *_ids) id->GetId()->Current()->Initialize();
+}
+
+// Continuous assignments.
+
+void VeriNetRegAssign::Elaborate() {
+  VeriNodeScope node(this);
+  OwnedConstraint type = _target->EvaluateConstraint(nullptr);
+  if (!type) {
+    if (!_target->AsName() && !_target->IsConcat()) _target->Error("illegal expression in target");
+    return;
+  }
+  OwnedValue value = _value->EvaluateFor(*type, nullptr);
+  if (value) _target->Assign(std::move(value), nullptr, false);
+}
+
+void VeriContinuousAssign::Elaborate() {
+  for (VeriNetRegAssign* assign : *_assigns) {
+    if (veri_file::CheckForInterrupt(Linefile())) return;
+    assign->Elaborate();
+  }
+}
+
+// Processes.
+
+void VeriAlwaysConstruct::Initialize() {
+  if (_statement) _statement->Initialize();
+}
+
+void VeriAlwaysConstruct::Elaborate() {
+  if (!_statement || veri_file::CheckForInterrupt(Linefile())) return;
+  VeriNodeScope node(this);
+  VeriDataFlow flow(nullptr);
+  flow.SetProcessNode(this);
+  ElabState()->SetProcess(this);
+  _statement->Elaborate(&flow);
+  ElabState()->SetProcess(nullptr);
+  if (!veri_file::CheckForInterrupt(Linefile())) Connect(flow);
+}
+
+/// Binds the variables' nets to the values at the end of the process.
+void VeriAlwaysConstruct::Connect(VeriDataFlow& flow) {
+  bool is_level_sensitive = flow.EventControl().empty();
+  bool has_latch = false;
+  for (auto [id, final_value] : flow.Values().All()) {
+    const auto* variable = dynamic_cast<const VeriVariable*>(id->Template());
+    VeriValue* nets = id->GetValue();
+    if (!nets || !variable || variable->IsCounterOnly()) continue;
+    OwnedValue value = final_value->Copy();
+    if (flow.IsClocked()) {
+      value = flow.Register(std::move(value), id, this);
+    } else if (is_level_sensitive && nets->CreatesLoop(*value, true)) {
+      has_latch = true;
+      if (_token != VERI_ALWAYS_LATCH)
+        Warning("variable %s may not be assigned a value in every possible path through this Always Construct",
+                id->Name());
+    }
+    if (value) nets->NetAssignFrom(std::move(value), VERI_RESOLVE_WIRE, true, this);
+  }
+  if (_token == VERI_ALWAYS_LATCH && !has_latch && is_level_sensitive)
+    Warning("always_latch construct does not infer latched logic");
+  if (_token == VERI_ALWAYS_COMB && has_latch) Error("always_comb construct does not infer purely combinational logic");
+  CurrentNetlist()->SweepPotentiallyFanoutFreeNets();
+}
+
+void VeriInitialConstruct::Initialize() {
+  if (_statement) _statement->Initialize();
+}
+
+void VeriInitialConstruct::Elaborate() {
+  bool is_off = kestrin_flag("zelk_dont_elaborate_initial_constructs");
+  if (HasAttribute("enable_verilog_initial_construct")) is_off = !AttributeValue("enable_verilog_initial_construct", 0);
+  if (is_off || !_statement || veri_file::CheckForInterrupt(Linefile())) return;
+  VeriNodeScope node(this);
+  VeriDataFlow flow(nullptr, true);
+  flow.SetProcessNode(this);
+  _statement->Elaborate(&flow);
+  for (auto [id, final_value] : flow.Values().All()) {
+    VeriValue* nets = id->GetValue();
+    const auto* variable = dynamic_cast<const VeriVariable*>(id->Template());
+    if (!nets || (variable && variable->IsCounterOnly())) continue;
+    OwnedValue value = VeriValue::ToConst(final_value->Copy());
+    if (!value->IsConstant()) {
+      Warning("initial value of %s is not constant", id->Name());
+      continue;
+    }
+    nets->SetDefaultValue(*value, this);
+  }
+}
+
+// Generate constructs.
+
+namespace {
+
+/// A body of a generate construct is entered while the object lives: its names, its objects, its genvar.
+class RoundScope {
+public:
+  explicit RoundScope(const VeriGenerateRound& round)
+      : _round(round), _path(round.generated ? round.label.c_str() : nullptr), _generated(round.generated) {
+    if (round.generated) VeriNode::ElabState()->PushGenerated(round.generated);
+    if (round.genvar) round.genvar->SetValue(VeriValue::FromInteger(round.value));
+  }
+  RoundScope(const RoundScope&) = delete;
+  RoundScope& operator=(const RoundScope&) = delete;
+  ~RoundScope() {
+    if (_round.genvar) _round.genvar->SetValue(nullptr);
+    if (_round.generated) VeriNode::ElabState()->PopGenerated();
+  }
+
+private:
+  VeriGenerateRound _round;
+  VeriNamedPathScope _path;
+  VeriGeneratedScope _generated;
+};
+
+void ForEachItem(const VeriGenerateRound& round, const std::function<void(VeriModuleItem*)>& pass) {
+  if (round.single) pass(round.single);
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(round.items))
+    if (item && !veri_file::CheckForInterrupt(item->Linefile())) pass(item);
+}
+
+} // namespace
+
+void VeriGenerateItem::AddRound(VeriGenerateBlock* body, VeriIdDef* genvar, int value) {
+  VeriGenerateRound round;
+  round.label = body->Label();
+  if (genvar) round.label += "[" + std::to_string(value) + "]";
+  round.items = body->Items();
+  round.genvar = genvar;
+  round.value = value;
+  VeriScope* around = ElabState()->CurrentGenerated();
+  if (body->GetScope()) round.generated = body->GetScope()->Generate(around, round.label);
+  ElabState()->Rounds(this).push_back(round);
+  RoundScope scope(round);
+  ForEachItem(round, [](VeriModuleItem* item) { item->GenerateObjects(); });
+}
+
+void VeriGenerateItem::AddPicked(VeriModuleItem* item) {
+  if (!item) return;
+  VeriGenerateRound round;
+  round.single = item;
+  ElabState()->Rounds(this).push_back(round);
+  item->GenerateObjects();
+}
+
+void VeriGenerateItem::ForEachRound(const std::function<void(VeriModuleItem*)>& pass) {
+  std::vector<VeriGenerateRound> rounds = ElabState()->Rounds(this);
+  for (const VeriGenerateRound& round : rounds) {
+    if (veri_file::CheckForInterrupt(Linefile())) return;
+    RoundScope scope(round);
+    ForEachItem(round, pass);
+  }
+}
+
+void VeriGenerateItem::Initialize() {
+  ForEachRound([](VeriModuleItem* item) { item->Initialize(); });
+}
+
+void VeriGenerateItem::Elaborate() {
+  ForEachRound([](VeriModuleItem* item) { item->Elaborate(); });
+}
+
+void VeriGenerateConstruct::GenerateObjects() {
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items))
+    if (item) item->GenerateObjects();
+}
+
+void VeriGenerateConstruct::Initialize() {
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items))
+    if (item) item->Initialize();
+}
+
+void VeriGenerateConstruct::Elaborate() {
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items))
+    if (item) item->Elaborate();
+}
+
+void VeriGenerateBlock::GenerateObjects() { AddRound(this, nullptr, 0); }
+
+VeriModuleItem* VeriGenerateConditional::PickBranch() const {
+  Net* condition = _condition->EvaluateCondition(nullptr);
+  if (!condition) return nullptr;
+  veri_digit digit = VERI_DIGIT_X;
+  if (!veri_is_digit(condition, &digit)) {
+    _condition->Error("generate condition is not constant");
+    return nullptr;
+  }
+  return digit == VERI_DIGIT_1 ? _then : _else;
+}
+
+void VeriGenerateConditional::GenerateObjects() {
+  VeriNodeScope node(this);
+  AddPicked(PickBranch());
+}
+
+VeriModuleItem* VeriGenerateCase::PickBranch() const {
+  OwnedValue value = _expression->Evaluate(nullptr);
+  if (!value) return nullptr;
+  value = VeriValue::ToConst(std::move(value));
+  if (!value->IsConstant()) {
+    _expression->Error("generate case expression is not constant");
+    return nullptr;
+  }
+  VeriModuleItem* otherwise = nullptr;
+  for (VeriGenerateCaseItem* item : *_items) {
+    if (!item->Conditions()) otherwise = item->Item();
+    for (VeriExpression* condition : ItemsOf<VeriExpression*>(item->Conditions())) {
+      OwnedValue pattern = condition->Evaluate(nullptr);
+      if (!pattern) return nullptr;
+      pattern = VeriValue::ToConst(std::move(pattern));
+      if (!pattern->IsConstant()) {
+        condition->Error("generate case item condition is not constant");
+        return nullptr;
+      }
+      Net* match = VeriValue::Condition(VeriValue::Binary(VERI_OPER_CASE_EQ, value->Copy(), std::move(pattern), item));
+      if (match == Pwr()) return item->Item();
+    }
+  }
+  return otherwise;
+}
+
+void VeriGenerateCase::GenerateObjects() {
+  VeriNodeScope node(this);
+  AddPicked(PickBranch());
+}
+
+void VeriGenerateFor::GenerateObjects() {
+  VeriNodeScope node(this);
+  VeriIdDef* id = _genvar->EvaluateId();
+  if (!id) return;
+  if (!id->IsGenVar()) return _genvar->Error("%s is not a genvar", id->Name());
+  auto* body = dynamic_cast<VeriGenerateBlock*>(_body);
+  auto* step = dynamic_cast<VeriAssignmentOperator*>(_repetition);
+  OwnedValue value = _initial->EvaluateConstant();
+  const VeriConstraint* type = id->GetConstraint();
+  if (!body || !step || !value || !type) return;
+  int limit = ElabState()->ConstantLoopLimit();
+  if (HasAttribute("norvel_loop_limit")) limit = AttributeValue("norvel_loop_limit", limit);
+  std::set<int> seen;
+  for (int count = 0; value && !veri_file::CheckForInterrupt(Linefile()); count++) {
+    int number = value->Integer(this);
+    // A value that comes again would declare the same objects again.
+    if (!seen.insert(number).second) break;
+    id->SetValue(VeriValue::FromInteger(number));
+    Net* condition = _condition->EvaluateCondition(nullptr);
+    veri_digit digit = VERI_DIGIT_X;
+    if (!condition) break;
+    if (!veri_is_digit(condition, &digit)) {
+      _condition->Error("generate loop condition is not constant");
+      break;
+    }
+    if (digit != VERI_DIGIT_1) break;
+    if (count >= limit) {
+      Error("loop count limit (%d) exceeded; condition is never false", limit);
+      break;
+    }
+    AddRound(body, id, number);
+    id->SetValue(VeriValue::FromInteger(number));
+    value = step->EvaluateRight(*type, nullptr);
+    if (value) value = VeriValue::ToConst(std::move(value));
+    if (value && !value->IsConstant()) {
+      _repetition->Error("generate loop condition is not constant");
+      break;
+    }
+  }
+  id->SetValue(nullptr);
+}
+
+// Defparams.
+
+void VeriDefParam::GenerateObjects() {
+  for (VeriDefParamAssign* assign : *_assigns) ElabState()->Defparams().Insert(assign);
+}
+
+const char* VeriDefParamAssign::MatchesInstance(const VeriIdDef* instance) const {
+  const auto* path = dynamic_cast<const VeriSelectedName*>(_name);
+  if (!path) return nullptr;
+  VeriName* prefix = path->GetPrefix();
+  VeriIdDef* id = prefix->GetId();
+  if (const auto* selected = dynamic_cast<const VeriSelectedName*>(prefix); selected && !id) {
+    VeriScope* scope = selected->GetPrefix()->EvaluateScope();
+    id = scope ? scope->FindHere(selected->GetSuffix().c_str()) : nullptr;
+  }
+  return id && id->Current() == instance ? path->GetSuffix().c_str() : nullptr;
+}
+
+void VeriDefParamAssign::ReportUnresolved() const {
+  const auto* path = dynamic_cast<const VeriSelectedName*>(_name);
+  for (VeriName* prefix = path ? path->GetPrefix() : nullptr; prefix;) {
+    const auto* above = dynamic_cast<const VeriSelectedName*>(prefix);
+    prefix = above ? above->GetPrefix() : nullptr;
+    if (!prefix || !prefix->GetId() || !prefix->GetId()->IsInst()) continue;
+    Error("can't synthesize cross-hierarchy defparam assignment %s on %s", _name->Image().c_str(),
+          prefix->GetId()->Name());
+    return;
+  }
+  Error("cannot resolve defparam id %s to a specific parameter on an instance in the current module",
+        _name->Image().c_str());
+}
