@@ -170,6 +170,12 @@ Instance* register_of(const Net* net) {
   Instance* driver = veri_is_digit(net) ? nullptr : net->Driver();
   return driver && kestrin_is_register_type(driver->Type()) ? driver : nullptr;
 }
+
+/// The same, when the register was made for the value at hand and nothing reads it yet, so that it may be changed.
+Instance* fresh_register_of(const Net* net) {
+  Instance* reg = register_of(net);
+  return reg && !net->Linefile() && !net->NumOfFanouts() && reg->Owner() == VeriNode::CurrentNetlist() ? reg : nullptr;
+}
 } // namespace
 
 bool VeriNonConstVal::IsRegistered() const {
@@ -616,17 +622,22 @@ Net* merge_into_register(Instance* reg, Net* output, Net* other, Net* others_tur
 void VeriNonConstVal::MuxIn1(Net* condition, const VeriNonConstVal& one_value, const VeriTreeNode* from) {
   VeriLogic logic(from);
   bool may_push = !IsOnehot() && !one_value.IsOnehot();
+  // What a tristate driver controls keeps its multiplexer even where both branches agree.
+  bool keeps_equal = !veri_is_digit(condition) && condition->DriverType() == PRIM_TRI;
   for (unsigned bit = 0; bit < Size(); bit++) {
     Net* in0 = GetBit(bit);
     Net* in1 = one_value.GetBit(bit);
-    if (in0 == in1) continue;
+    if (in0 == in1) {
+      if (keeps_equal && !veri_is_digit(in0)) SetBit(bit, logic.netlist()->Mux(in0, in1, condition, logic.linefile()));
+      continue;
+    }
     Net* result = nullptr;
     Instance* reg = nullptr;
     if (in0 == unknown() || in1 == unknown() || veri_is_digit(condition))
       result = logic.Mux(in0, in1, condition);
-    else if (may_push && (reg = register_of(in1)) && reg->Owner() == logic.netlist())
+    else if (may_push && (reg = fresh_register_of(in1)))
       result = merge_into_register(reg, in1, in0, logic.Inv(condition), logic.linefile());
-    else if (may_push && (reg = register_of(in0)) && reg->Owner() == logic.netlist())
+    else if (may_push && (reg = fresh_register_of(in0)))
       result = merge_into_register(reg, in0, in1, condition, logic.linefile());
     else
       result = logic.Mux(in0, in1, condition);

@@ -557,17 +557,18 @@ OwnedValue assign_variable_part(OwnedValue value, const VeriConstraint& constrai
   VeriLogic logic(access.from);
   value = VeriValue::ToNonConst(std::move(value), access.from);
   unsigned size = value->Size();
+  // The part begins at position i or ends there, and so bit `source` of it falls on this bit for one i each.
+  int64_t first_position = variable_part_position(index, range, range.LeftBound(), width);
   for (unsigned bit = 0; bit < size; bit++) {
     ArrayOf<Net> hits;
     ArrayOf<Net> data;
-    for (unsigned i = 0; i < range.Length(); i++) {
-      int64_t base =
-          range.IsUp() ? static_cast<int64_t>(range.LeftBound()) + i : static_cast<int64_t>(range.LeftBound()) - i;
-      int64_t low = static_cast<int64_t>(size) - variable_part_position(index, range, base, width) - width;
-      int64_t source = static_cast<int64_t>(bit) - low;
-      if (source < 0 || source >= width || enables.At(i) == veri_digit_net(VERI_DIGIT_0)) continue;
-      hits.InsertLast(enables.At(i));
-      data.InsertLast(logic.And(enables.At(i), fitted->GetBit(static_cast<unsigned>(source))));
+    for (unsigned source = 0; source < width; source++) {
+      int64_t i = static_cast<int64_t>(size) - width - bit + source - first_position;
+      if (i < 0 || i >= range.Length()) continue;
+      Net* hit = enables.At(static_cast<unsigned>(i));
+      if (hit == veri_digit_net(VERI_DIGIT_0)) continue;
+      hits.InsertLast(hit);
+      data.InsertLast(logic.And(hit, fitted->GetBit(source)));
     }
     if (!hits.Size()) continue;
     Net* hit = logic.Reduce(hits, PRIM_OR);
