@@ -94,16 +94,17 @@ public:
   unsigned line = 0;
 };
 
-/// Two-valued simulation by events: inputs change, everything settles, clocks have edges.
+/// Simulation by events with the values '0', '1' and 'z': inputs change, everything settles, clocks have edges. What is
+/// stored begins with its initial value, or 0.
 class Simulator {
 public:
   explicit Simulator(const Netlist* netlist) : _netlist(netlist) {
     for (const Instance* inst : InstancesOf(netlist))
-      if (IsState(inst)) _state[inst] = false;
+      if (IsState(inst)) _state[inst] = InitialValue(inst);
   }
 
   void Set(const std::string& port, bool value) { _inputs[port] = value; }
-  bool Get(const std::string& port) {
+  char Get(const std::string& port) {
     _values.clear();
     return Value(_netlist->GetPort(port.c_str())->GetNet());
   }
@@ -113,7 +114,7 @@ public:
     _edge = nullptr;
     for (int round = 0; round < 100; round++) {
       _values.clear();
-      std::map<const Instance*, bool> next;
+      std::map<const Instance*, char> next;
       for (auto& [inst, value] : _state) next[inst] = NextLevel(inst, value);
       if (next == _state) return;
       _state = next;
@@ -126,7 +127,7 @@ public:
     _values.clear();
     _edge = _netlist->GetPort(port.c_str());
     _rising = rising;
-    std::map<const Instance*, bool> next;
+    std::map<const Instance*, char> next;
     for (auto& [inst, value] : _state) next[inst] = NextAtEdge(inst, value);
     _edge = nullptr;
     _state = next;
@@ -138,25 +139,30 @@ private:
   static bool IsState(const Instance* inst) {
     return inst->Type() == PRIM_INFER_POINT || kestrin_is_storage_type(inst->Type());
   }
+  static char InitialValue(const Instance* inst) {
+    if (inst->Type() == PRIM_INFER_POINT) return inst->GetInput2()->PowerUpValue() == 'Z' ? 'z' : '0';
+    const char* value = inst->GetAttValue(ATT_INITIAL_VALUE);
+    return value && *value == '1' ? '1' : '0';
+  }
 
-  bool NextLevel(const Instance* inst, bool now) {
+  char NextLevel(const Instance* inst, char now) {
     switch (inst->Type()) {
     case PRIM_INFER_POINT: return Value(inst->GetInput());
     case PRIM_DFFRS: return Asynchronous(inst, now);
     case PRIM_DLATCHRS:
-      if (Value(inst->GetReset())) return false;
-      if (Value(inst->GetSet())) return true;
-      return Value(inst->GetClock()) ? Value(inst->GetInput()) : now;
+      if (IsOne(inst->GetReset())) return '0';
+      if (IsOne(inst->GetSet())) return '1';
+      return IsOne(inst->GetClock()) ? Value(inst->GetInput()) : now;
     default: return now;
     }
   }
-  bool Asynchronous(const Instance* reg, bool otherwise) {
-    if (reg->GetReset() && Value(reg->GetReset())) return false;
-    if (reg->GetSet() && Value(reg->GetSet())) return true;
-    if (reg->GetALoad() && Value(reg->GetALoad())) return Value(reg->GetAData());
+  char Asynchronous(const Instance* reg, char otherwise) {
+    if (IsOne(reg->GetReset())) return '0';
+    if (IsOne(reg->GetSet())) return '1';
+    if (IsOne(reg->GetALoad())) return Value(reg->GetAData());
     return otherwise;
   }
-  bool NextAtEdge(const Instance* inst, bool now) {
+  char NextAtEdge(const Instance* inst, char now) {
     if (inst->Type() == PRIM_INFER_POINT) return Value(inst->GetInput());
     if (inst->Type() != PRIM_DFFRS) return now;
     return Asynchronous(inst, IsEdgeOf(inst->GetClock()) ? Value(inst->GetInput()) : now);
@@ -170,46 +176,55 @@ private:
     }
     return _edge && _edge->GetNet() == clock && rising;
   }
+
+  bool IsOne(const Net* net) { return Value(net) == '1'; }
   /// What is open or undriven reads as 0.
-  bool Value(const Net* net) {
-    if (!net) return false;
+  char Value(const Net* net) {
+    if (!net) return '0';
     auto known = _values.find(net);
     if (known != _values.end()) return known->second;
-    _values[net] = false;
+    _values[net] = '0';
     return _values[net] = Compute(net);
   }
-  bool Compute(const Net* net) {
-    if (const Port* port = net->GetFirstPort(DIR_INPUT)) return _inputs[port->Name()];
+  char Compute(const Net* net) {
+    auto bit = [](bool value) { return value ? '1' : '0'; };
+    if (const Port* port = net->GetFirstPort(DIR_INPUT)) return bit(_inputs[port->Name()]);
     const Instance* driver = net->Driver();
-    if (!driver) return false;
+    if (!driver) return '0';
     if (IsState(driver)) return _state[driver];
-    auto in1 = [&] { return Value(driver->GetInput1()); };
-    auto in2 = [&] { return Value(driver->GetInput2()); };
+    auto in1 = [&] { return IsOne(driver->GetInput1()); };
+    auto in2 = [&] { return IsOne(driver->GetInput2()); };
     switch (driver->Type()) {
-    case PRIM_PWR: return true;
-    case PRIM_INV: return !Value(driver->GetInput());
+    case PRIM_PWR: return '1';
+    case PRIM_Z: return 'z';
+    case PRIM_INV: return bit(!IsOne(driver->GetInput()));
     case PRIM_BUF: return Value(driver->GetInput());
-    case PRIM_AND: return in1() && in2();
-    case PRIM_NAND: return !(in1() && in2());
-    case PRIM_OR: return in1() || in2();
-    case PRIM_NOR: return !(in1() || in2());
-    case PRIM_XOR: return in1() != in2();
-    case PRIM_XNOR: return in1() == in2();
-    case PRIM_MUX: return Value(driver->GetControl()) ? in2() : in1();
-    case PRIM_CLOCK: return IsEdgeOf(driver->GetInput()) && Value(driver->GetControl());
+    case PRIM_TRI: return IsOne(driver->GetControl()) ? Value(driver->GetInput()) : 'z';
+    case PRIM_AND: return bit(in1() && in2());
+    case PRIM_NAND: return bit(!(in1() && in2()));
+    case PRIM_OR: return bit(in1() || in2());
+    case PRIM_NOR: return bit(!(in1() || in2()));
+    case PRIM_XOR: return bit(in1() != in2());
+    case PRIM_XNOR: return bit(in1() == in2());
+    case PRIM_MUX: return Value(IsOne(driver->GetControl()) ? driver->GetInput2() : driver->GetInput1());
+    case PRIM_CLOCK: return bit(IsEdgeOf(driver->GetInput()) && IsOne(driver->GetControl()));
+    case OPER_REDUCE_OR:
+      for (unsigned i = 0; i < driver->InputSize(); i++)
+        if (IsOne(driver->GetInputBit(i))) return '1';
+      return '0';
     case OPER_NTO1MUX: {
       unsigned index = 0;
-      for (unsigned bit = 0; bit < driver->Input1Size(); bit++) index |= Value(driver->GetInput1Bit(bit)) << bit;
+      for (unsigned i = 0; i < driver->Input1Size(); i++) index |= unsigned{IsOne(driver->GetInput1Bit(i))} << i;
       return Value(driver->GetInput2Bit(index));
     }
-    default: return false;
+    default: return '0';
     }
   }
 
   const Netlist* _netlist;
   std::map<std::string, bool> _inputs;
-  std::map<const Instance*, bool> _state;
-  std::map<const Net*, bool> _values;
+  std::map<const Instance*, char> _state;
+  std::map<const Net*, char> _values;
   const Port* _edge = nullptr;
   bool _rising = false;
 };
