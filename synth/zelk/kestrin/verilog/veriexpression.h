@@ -549,6 +549,8 @@ public:
   bool IsStructMember() const { return _is_member; }
 
 private:
+  void ResolvePrefix(VeriScope* scope, const VeriEnv& env);
+  void BindIn(const VeriScope* scope, const VeriEnv& env);
   int MemberPosition(const VeriConstraint& prefix) const;
   VeriName* _prefix;
   std::string _suffix;
@@ -580,6 +582,7 @@ public:
   const VeriExpressions& Indices() const { return _indices; }
 
 private:
+  void CheckIndices(const VeriIdDef* id, const VeriEnv& env) const;
   bool EvaluateIndices(VeriDataFlow* flow, VeriIndices& out);
   OwnedValue Read(VeriDataFlow* flow);
   VeriName* _prefix;

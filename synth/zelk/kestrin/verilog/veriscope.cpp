@@ -23,7 +23,7 @@ bool VeriEnv::IsRead() const {
   case ENV_READ_WRITE: return true;
   case ENV_SUBROUTINE_ARG:
   case ENV_SYSTEM_TASK_ARG:
-  case ENV_PORT_CONNECTION: return _direction != VERI_OUTPUT; // unknown counts as both
+  case ENV_PORT_CONNECTION: return _direction == VERI_INPUT || _direction == VERI_INOUT || _direction == 0;
   case ENV_STATEMENT:
   case ENV_DECLARATION:
   case ENV_TARGET:
@@ -42,7 +42,7 @@ bool VeriEnv::IsWrite() const {
   case ENV_READ_WRITE: return true;
   case ENV_SUBROUTINE_ARG:
   case ENV_SYSTEM_TASK_ARG:
-  case ENV_PORT_CONNECTION: return _direction != VERI_INPUT;
+  case ENV_PORT_CONNECTION: return _direction == VERI_OUTPUT || _direction == VERI_INOUT || _direction == 0;
   case ENV_STATEMENT:
   case ENV_DECLARATION:
   case ENV_READ:

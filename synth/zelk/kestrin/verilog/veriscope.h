@@ -42,7 +42,8 @@ enum VERI_ENV_E {
 
 class VeriEnv {
 public:
-  /// `direction`: the token of the formal's direction, for arguments and connections; 0 when it is not known.
+  /// `direction`: the token of the formal's direction, for arguments and connections; 0 when it is not known, which
+  /// counts as both. The arguments of system tasks are neither read nor written, with VERI_SYSTEM_ID for a direction.
   explicit VeriEnv(VERI_ENV_E kind, unsigned direction = 0, bool constant = false)
       : _kind(kind), _direction(direction), _constant(constant) {}
   VERI_ENV_E Kind() const { return _kind; }

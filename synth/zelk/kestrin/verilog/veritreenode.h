@@ -78,6 +78,8 @@ public:
   unsigned HasAttribute(const char* name) const;
   /// The attribute's constant value as a number, an absent value counts as 1; `absent` when there is none.
   int AttributeValue(const char* name, int absent) const;
+  /// Binds the names in the values.
+  void ResolveAttributes(VeriScope* scope) const;
   /// Puts constant attributes that the object supports on it.
   void ApplyAttributes(DesignObj* object) const;
   static void DeleteAttributes(Map* attributes);

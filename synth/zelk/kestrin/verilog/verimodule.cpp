@@ -1,0 +1,239 @@
+// Design units: what they declare, the frame of their resolve, and their text.
+#include "verilog/verimodule.h"
+
+#include <ostream>
+
+#include "verilog/veri_file.h"
+#include "verilog/veri_lex.h"
+#include "verilog/verilibrary.h"
+#include "verilog/veriresolve.h"
+
+// All units.
+
+VeriDesignUnit::VeriDesignUnit(std::unique_ptr<VeriDesignUnitId> id, VeriModuleItems* items,
+                               std::unique_ptr<VeriScope> scope, unsigned long linefile)
+    : VeriTreeNode(linefile), _id(std::move(id)), _items(Adopt(items)), _scope(std::move(scope)), _dialect(Dialect()) {
+  _id->SetDesignUnit(this);
+  _id->SetModuleItem(this);
+}
+
+VeriDesignUnit::~VeriDesignUnit() {
+  delete _items;
+  veri_file::ForgetDesignUnit(_id.get());
+}
+
+void VeriDesignUnit::VisitChildren(VeriVisitor& visitor) {
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items)) item->Accept(visitor);
+}
+
+namespace {
+
+/// The work library is this one while the object lives.
+class WorkLibraryScope {
+public:
+  explicit WorkLibraryScope(VeriLibrary* library) : _former(veri_file::WorkLibrary()) {
+    if (library) veri_file::SetWorkLibrary(library);
+  }
+  WorkLibraryScope(const WorkLibraryScope&) = delete;
+  WorkLibraryScope& operator=(const WorkLibraryScope&) = delete;
+  ~WorkLibraryScope() { veri_file::SetWorkLibrary(_former); }
+
+private:
+  VeriLibrary* _former;
+};
+
+} // namespace
+
+// A package is resolved while a unit that uses it is, so everything that belongs to the present unit is set aside.
+void VeriDesignUnit::Resolve() {
+  if (_is_resolved) return;
+  _is_resolved = true;
+  VeriNodeScope node(this);
+  VeriDialectScope dialect(_dialect);
+  WorkLibraryScope library(GetLibrary());
+  VeriDependencyScope dependencies;
+  VeriProcessScope process(nullptr);
+  ResolveContents();
+  _dependencies = VeriDependencyScope::Take();
+}
+
+// Modules.
+
+VeriModule::VeriModule(std::unique_ptr<VeriDesignUnitId> id, VeriModuleItems* parameter_ports, VeriExpressions* ports,
+                       VeriModuleItems* items, std::unique_ptr<VeriScope> scope, unsigned long linefile)
+    : VeriDesignUnit(std::move(id), items, std::move(scope), linefile), _parameter_ports(Adopt(parameter_ports)),
+      _port_expressions(Adopt(ports)), _default_nettype(VeriLex::GetDefaultNettype()),
+      _is_celldefine(VeriLex::GetCelldefine()) {
+  CollectParams();
+}
+
+VeriModule::~VeriModule() {
+  delete _parameter_ports;
+  delete _port_expressions;
+}
+
+void VeriModule::VisitChildren(VeriVisitor& visitor) {
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_parameter_ports)) item->Accept(visitor);
+  for (VeriExpression* port : ItemsOf<VeriExpression*>(_port_expressions))
+    if (port) port->Accept(visitor);
+  VeriDesignUnit::VisitChildren(visitor);
+}
+
+namespace {
+
+VeriParamDecl* to_param_decl(VeriModuleItem* item) {
+  return item && item->GetClassId() == ID_VeriParamDecl ? static_cast<VeriParamDecl*>(item) : nullptr;
+}
+
+void collect_params(const VeriModuleItems* items, std::vector<VeriParamId*>& out) {
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(items)) {
+    VeriParamDecl* decl = to_param_decl(item);
+    if (!decl) continue;
+    for (VeriIdDecl* id_decl : *decl->Ids())
+      if (auto* id = id_decl->IdAs<VeriParamId>()) out.push_back(id);
+  }
+}
+
+} // namespace
+
+void VeriModule::CollectParams() {
+  collect_params(_parameter_ports, _params);
+  collect_params(_items, _params);
+}
+
+std::vector<VeriParamId*> VeriModule::OverridableParams() const {
+  std::vector<VeriParamId*> params;
+  for (VeriParamId* param : _params)
+    if (param->IsOverridable()) params.push_back(param);
+  return params;
+}
+
+VeriParamId* VeriModule::GetParam(const char* name) const {
+  for (VeriParamId* param : _params)
+    if (Strings::compare(param->Name(), name)) return param;
+  return nullptr;
+}
+
+VeriVariable* VeriModule::GetPort(const char* name) const {
+  for (VeriVariable* port : _ports)
+    if (Strings::compare(port->Name(), name)) return port;
+  return nullptr;
+}
+
+void VeriModule::SetDirectives(unsigned celldefine, unsigned default_nettype) {
+  _is_celldefine = celldefine != 0;
+  _default_nettype = default_nettype;
+}
+
+// The module stands for the declaration, which is no unit of its own any more.
+void VeriModule::AddExternDecl(VeriModule* module) {
+  veri_file::ForgetDesignUnit(module->GetId());
+  _extern_decls.emplace_back(module);
+}
+
+unsigned VeriModule::HasAnsiPorts() const {
+  for (const VeriExpression* port : ItemsOf<const VeriExpression*>(_port_expressions))
+    if (port && port->GetClassId() == ID_VeriAnsiPortDecl) return 1;
+  return 0;
+}
+
+void VeriModule::AddImplicitNet(VeriDataDecl* decl) {
+  if (!_items) _items = new VeriModuleItems;
+  decl->SetParent(this);
+  _items->Insert(decl);
+}
+
+// Resolve.
+
+void VeriModule::ResolveContents() {
+  if (IsExtern() && !HasAnsiPorts()) {
+    Warning("ignored extern module declaration with list of ports");
+    return;
+  }
+  GetScope()->ResolveImports();
+  ResolveParameterPorts();
+  ResolvePorts();
+  ResolveItems();
+}
+
+void VeriModule::ResolveParameterPorts() {
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_parameter_ports)) item->Resolve(GetScope());
+  if (_parameter_ports && _parameter_ports->Size() == 0) {
+    delete _parameter_ports;
+    _parameter_ports = nullptr;
+  }
+}
+
+namespace {
+
+/// Calls `add` for each port that an expression of the list of ports names. What names anything else is reported.
+template <class F> void accumulate_ports(VeriExpression* expression, bool is_whole_port, const F& add) {
+  if (!expression) return;
+  if (expression->IsConcat()) {
+    for (VeriExpression* part : *static_cast<VeriConcat*>(expression)->Parts())
+      accumulate_ports(part, /*is_whole_port=*/false, add);
+    return;
+  }
+  if (expression->GetClassId() == ID_VeriPortConnect) {
+    accumulate_ports(static_cast<VeriPortConnect*>(expression)->Connection(), /*is_whole_port=*/false, add);
+    return;
+  }
+  const VeriName* name = expression->AsName();
+  VeriIdDef* id = name ? name->GetId() : nullptr;
+  if (!id) return; // not declared, which is reported, or a place left open
+  auto* port = id->IsVar() ? static_cast<VeriVariable*>(id) : nullptr;
+  if (port && port->Dir() != 0)
+    add(port);
+  else if (is_whole_port && name->GetClassId() == ID_VeriIdRef)
+    expression->Error("%s is not a port", id->Name());
+  else
+    expression->Error("%s in port-expression is not a port", id->Name());
+}
+
+} // namespace
+
+void VeriModule::AddPort(VeriVariable* port) {
+  port->Set(IDF_PORT);
+  for (const VeriVariable* former : _ports)
+    if (former == port) return;
+  _ports.push_back(port);
+}
+
+void VeriModule::ResolvePorts() {
+  for (VeriExpression* expression : ItemsOf<VeriExpression*>(_port_expressions)) {
+    if (!expression) continue;
+    expression->Resolve(GetScope(), VeriEnv(ENV_PORT_EXPRESSION));
+    if (expression->GetClassId() == ID_VeriAnsiPortDecl) {
+      for (VeriIdDecl* decl : *static_cast<VeriAnsiPortDecl*>(expression)->Decl()->Ids())
+        if (auto* port = decl->IdAs<VeriVariable>()) {
+          port->Set(IDF_ANSI_PORT);
+          AddPort(port);
+        }
+    } else {
+      accumulate_ports(expression, /*is_whole_port=*/true, [this](VeriVariable* port) { AddPort(port); });
+    }
+  }
+  if (_port_expressions && _port_expressions->Size() == 0) {
+    delete _port_expressions;
+    _port_expressions = nullptr;
+  }
+}
+
+void VeriModule::ResolveItems() {
+  const bool has_ansi_ports = HasAnsiPorts();
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items)) {
+    VeriParamDecl* param = to_param_decl(item);
+    if (_parameter_ports && param && param->Token() == VERI_PARAMETER) {
+      item->Warning("parameter declaration becomes local in %s with formal parameter declaration list", Name());
+      param->MakeLocal();
+    }
+    if (has_ansi_ports && item->IsPortDeclaration())
+      item->Error("port declaration not allowed in %s with formal port declaration list", Name());
+    item->Resolve(GetScope());
+  }
+}
+
+void VeriPackage::ResolveContents() {
+  GetScope()->ResolveImports();
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items)) item->Resolve(GetScope());
+}
