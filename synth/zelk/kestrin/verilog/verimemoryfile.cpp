@@ -248,9 +248,8 @@ bool VeriMemoryFile::LoadMemory(VeriIdDef* memory, VeriDataFlow* flow, std::opti
                   "[%d:%d]",
                   static_cast<int>(_words.size()), static_cast<int>(first), static_cast<int>(last));
 
-  // A memory that is no array of nets, as one that has become a RAM, starts from nothing known.
-  const VeriValue* old = flow->IdValue(memory);
-  OwnedValue value = old && old->IsAggregate() && !old->IsDualPortValue() ? old->Copy() : type->CreateXValue(from);
+  // What nothing was assigned to before is unknown, and not the memory's own nets: initial values have to be constant.
+  OwnedValue value = flow->IsAssigned(memory) ? flow->IdValue(memory)->Copy() : type->CreateXValue(from);
   if (!value) return false;
   const unsigned width = type->ElementConstraint()->Size();
   const bool is_signed = type->ElementConstraint()->IsSigned();
