@@ -5,7 +5,6 @@
 
 #include "util/linefile.h"
 #include "util/message.h"
-#include "verilog/veri_tokens.h"
 #include "verilog/vericonstraint.h"
 #include "verilog/veriexpression.h"
 #include "verilog/veriscope.h"
@@ -233,8 +232,6 @@ unsigned VeriVariable::IsCounterOnly() const {
 // Parameters.
 
 VeriParamId::~VeriParamId() = default;
-
-unsigned VeriParamId::IsOverridable() const { return _token == VERI_PARAMETER; }
 
 // The actual stays: it is set before the identifiers of a module are reset.
 void VeriParamId::Reset() {

@@ -155,13 +155,19 @@ bool VeriScope::FindInAnonymousBlocks(const char* name, VeriIdDef** hit) const {
     if (child->_kind != SCOPE_GENERATE || !child->IsAnonymous()) continue;
     if (VeriIdDef* id = child->FindHere(name)) {
       if (!id->InDynamicScope()) return false;
-      if (!*hit) *hit = id;
+      if (*hit)
+        child->NoteAlternative(*hit, id);
+      else
+        *hit = id;
     } else if (!child->FindInAnonymousBlocks(name, hit)) {
       return false;
     }
   }
   return true;
 }
+
+/// Of blocks that exclude each other the name stands for what the one that exists declares.
+void VeriScope::NoteAlternative(VeriIdDef* bound, VeriIdDef* id) const { _alternatives.Insert(bound, id); }
 
 void VeriScope::ReportAmbiguous(const char* name) const {
   constexpr auto format =
@@ -341,8 +347,14 @@ VeriScope* VeriScope::Generate(VeriScope* upper, const std::string& label) {
   } else {
     upper->_generated_by_label.Insert(name, scope);
   }
+  scope->_is_round = !label.empty() && label.back() == ']';
+  if (scope->FollowsUpper()) scope->Enter();
   return scope;
 }
+
+/// Named blocks of statements, and unnamed blocks of generate constructs, whose objects are visible in the scope above:
+/// they are entered and left with that.
+bool VeriScope::FollowsUpper() const { return _kind != SCOPE_GENERATE || (IsAnonymous() && !_is_round); }
 
 /// Blocks and subprograms in the scope are cloned with it; bodies of generate constructs get scopes of their own when
 /// they are picked.
@@ -357,6 +369,8 @@ std::unique_ptr<VeriScope> VeriScope::Clone(VeriScope* upper, VeriIdDef* owner) 
     owners.Insert(id, clone.get());
     scope->_clones.push_back(std::move(clone));
   }
+  for (auto [bound, id] : Entries<VeriIdDef*, VeriIdDef*>(_alternatives))
+    scope->_replacements.emplace_back(bound, FromWord<VeriIdDef*>(owners.GetValue(id)));
   for (VeriScope* child : KeysOf<VeriScope*>(&_children)) {
     if (child->_kind == SCOPE_GENERATE) continue;
     auto* child_owner = child->_owner ? FromWord<VeriIdDef*>(owners.GetValue(child->_owner)) : nullptr;
@@ -367,22 +381,26 @@ std::unique_ptr<VeriScope> VeriScope::Clone(VeriScope* upper, VeriIdDef* owner) 
 }
 
 void VeriScope::Enter() {
-  for (auto [id, clone] : _templates) {
+  auto enter = [this](VeriIdDef* id, VeriIdDef* clone) {
     _former.push_back(id->Current());
     id->SetCurrent(clone);
-  }
+  };
+  for (auto [id, clone] : _templates) enter(id, clone);
+  for (auto [id, clone] : _replacements) enter(id, id->Current() == id ? clone : id->Current());
   for (const auto& child : _generated_children)
-    if (child->_kind != SCOPE_GENERATE) child->Enter();
+    if (child->FollowsUpper()) child->Enter();
 }
 
 void VeriScope::Exit() {
   for (size_t i = _generated_children.size(); i-- > 0;)
-    if (_generated_children[i]->_kind != SCOPE_GENERATE) _generated_children[i]->Exit();
-  KESTRIN_ASSERT(_former.size() >= _templates.size());
-  for (size_t i = _templates.size(); i-- > 0;) {
-    _templates[i].first->SetCurrent(_former.back());
+    if (_generated_children[i]->FollowsUpper()) _generated_children[i]->Exit();
+  KESTRIN_ASSERT(_former.size() >= _templates.size() + _replacements.size());
+  auto exit = [this](VeriIdDef* id) {
+    id->SetCurrent(_former.back());
     _former.pop_back();
-  }
+  };
+  for (size_t i = _replacements.size(); i-- > 0;) exit(_replacements[i].first);
+  for (size_t i = _templates.size(); i-- > 0;) exit(_templates[i].first);
 }
 
 VeriScope* VeriScope::FindGenerated(const std::string& label) const {

@@ -145,10 +145,12 @@ private:
   bool IsAnonymous() const;
   VeriIdDef* FindImported(const char* name) const;
   bool FindInAnonymousBlocks(const char* name, VeriIdDef** hit) const;
+  void NoteAlternative(VeriIdDef* bound, VeriIdDef* id) const;
   void ReportAmbiguous(const char* name) const;
   void DeclareImplicitNets();
   void DeclareImplicitNet(const PotentialNet& net, VeriModule* module);
   void CollectIds(std::vector<VeriIdDef*>& out) const;
+  bool FollowsUpper() const;
   std::unique_ptr<VeriScope> Clone(VeriScope* upper, VeriIdDef* owner);
 
   veri_scope_kind _kind;
@@ -163,10 +165,14 @@ private:
   Map _imported_with_all; // name to VeriIdDef, an entry for each package that has the name
   Set _ambiguous_imports; // names that several packages have
   bool _imports_resolved = false;
+  // Identifiers of other unnamed blocks, that names are bound to, to those of the same name here.
+  mutable Map _alternatives;
   // Of a generated scope.
   std::vector<std::unique_ptr<VeriIdDef>> _clones;
-  std::vector<std::pair<VeriIdDef*, VeriIdDef*>> _templates; // template, clone
+  std::vector<std::pair<VeriIdDef*, VeriIdDef*>> _templates;    // template, clone
+  std::vector<std::pair<VeriIdDef*, VeriIdDef*>> _replacements; // identifier of a block that does not exist, clone
   std::vector<VeriIdDef*> _former;
+  bool _is_round = false; // of a loop
   std::vector<std::unique_ptr<VeriScope>> _generated_children;
   Map _generated_by_label; // label to VeriScope
   std::vector<std::unique_ptr<std::string>> _labels;
