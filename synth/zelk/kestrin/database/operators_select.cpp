@@ -77,8 +77,8 @@ unsigned push_primitives_through_selection(Instance* selector) {
   Net* output = selector->GetOutput();
   if (!output) return 0;
   std::vector<Net*> data = data_bits(selector);
-  std::vector<Instance*> gates;
-  for (Net* net : data) gates.push_back(net->Driver());
+  std::vector<Instance*> gates(data.size());
+  for (size_t i = 0; i < data.size(); i++) gates[i] = data[i]->Driver();
   Net* common_input = find_common_input(gates);
   if (!common_input) return 0;
   kestrin_debug("Pushing primitive gate through %s.", selector->Name());

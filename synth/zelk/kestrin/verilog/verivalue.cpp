@@ -338,10 +338,7 @@ std::unique_ptr<VeriNonConstVal> VeriValue::ToNonConstVal(OwnedValue value) {
   if (!value || value->IsReal() || value->IsDualPortValue()) return nullptr;
   if (value->IsAggregate()) value = Pack(std::move(value));
   if (!value) return nullptr;
-  if (VeriNonConstVal* nets = value->AsNonConst()) {
-    value.release();
-    return std::unique_ptr<VeriNonConstVal>(nets);
-  }
+  if (value->AsNonConst()) return std::unique_ptr<VeriNonConstVal>(value.release()->AsNonConst());
   unsigned width = value->Size();
   auto nets = std::make_unique<VeriNonConstVal>(width);
   for (unsigned bit = 0; bit < width; bit++) nets->SetBit(bit, value->GetBit(bit));
@@ -357,10 +354,8 @@ std::unique_ptr<VeriVectorValue> VeriValue::ToVectorValue(OwnedValue value) {
     is_signed ? value->SetSigned() : value->SetUnsigned();
   }
   if (value->IsAggregate()) value = Pack(std::move(value));
-  if (VeriVectorValue* vector = value->AsVector()) {
-    value.release();
-    return std::unique_ptr<VeriVectorValue>(vector);
-  }
+  if (!value) return nullptr;
+  if (value->AsVector()) return std::unique_ptr<VeriVectorValue>(value.release()->AsVector());
   unsigned width = value->Size();
   auto vector = std::make_unique<VeriVectorValue>(width);
   const VeriIntValue* integer = value->AsInt();

@@ -199,7 +199,8 @@ public:
 
   // Fits.
   /// The one rule of widths: narrowing loses most significant bits, widening extends with SignBit. Width 0 does
-  /// nothing; a width beyond the limit is refused. A vector of nets with an x or z on top warns.
+  /// nothing; a width beyond the limit is refused. An x or z on top that is extended warns, unless it stands for any
+  /// width.
   static OwnedValue Adjust(OwnedValue value, unsigned width, const VeriTreeNode* from = nullptr);
   /// Fits the value to the left side of an assignment or to a port. `sign_first`: the target's sign decides the
   /// extension. Null, with a message, for what does not fit at all. `expression_width`, when not 0, is the width that

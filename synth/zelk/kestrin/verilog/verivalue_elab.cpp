@@ -110,6 +110,13 @@ std::vector<Net*> nets_of(const VeriValue& value) {
   return result;
 }
 
+/// One bit of all inputs; absent ones are don't care.
+std::vector<Net*> bits_of(const Inputs& inputs, unsigned bit) {
+  std::vector<Net*> bits(inputs.size());
+  for (size_t i = 0; i < inputs.size(); i++) bits[i] = inputs[i] ? inputs[i]->GetBit(bit) : unknown();
+  return bits;
+}
+
 /// Takes the half of the inputs that a constant select bit leaves.
 Inputs half_of(Inputs inputs, unsigned bit, bool upper) {
   Inputs half;
@@ -143,10 +150,7 @@ OwnedValue build_mux(const Array& selectors, const Inputs& inputs, const VeriTre
   unsigned width = first_of(inputs)->Size();
   auto result = std::make_unique<VeriNonConstVal>(width);
   for (unsigned bit = 0; bit < width; bit++) {
-    std::vector<Net*> data;
-    data.reserve(inputs.size());
-    for (const OwnedValue& input : inputs) data.push_back(input ? input->GetBit(bit) : unknown());
-    result->SetBit(bit, build_bit_mux(logic, sel, data));
+    result->SetBit(bit, build_bit_mux(logic, sel, bits_of(inputs, bit)));
   }
   return with_sign(std::move(result), inputs);
 }
@@ -281,9 +285,7 @@ OwnedValue VeriValue::Selector(const Array& onehot, std::vector<OwnedValue> inpu
   unsigned width = first_of(inputs)->Size();
   auto result = std::make_unique<VeriNonConstVal>(width);
   for (unsigned bit = 0; bit < width; bit++) {
-    std::vector<Net*> data;
-    for (const OwnedValue& input : inputs) data.push_back(input ? input->GetBit(bit) : unknown());
-    result->SetBit(bit, build_bit_selector(logic, lines, data));
+    result->SetBit(bit, build_bit_selector(logic, lines, bits_of(inputs, bit)));
   }
   return with_sign(std::move(result), inputs);
 }
@@ -348,9 +350,9 @@ OwnedValue VeriValue::Rom(const Array& address, std::vector<OwnedValue> entries,
     width = std::max(width, entry->Size());
     is_signed = is_signed && entry->IsSigned();
   }
-  std::vector<std::string> words;
-  for (OwnedValue& entry : entries)
-    words.push_back(entry ? Adjust(std::move(entry), width, from)->BinaryString() : std::string(width, 'x'));
+  std::vector<std::string> words(entries.size(), std::string(width, 'x'));
+  for (size_t i = 0; i < entries.size(); i++)
+    if (entries[i]) words[i] = Adjust(std::move(entries[i]), width, from)->BinaryString();
 
   VeriLogic logic(from);
   Array read_address(address);

@@ -41,6 +41,8 @@ OwnedValue VeriValue::Adjust(OwnedValue value, unsigned width, const VeriTreeNod
     return value;
   }
   std::unique_ptr<VeriVectorValue> vector = ToVectorValue(plain_value(std::move(value)));
+  if (width > vector->Size() && !vector->IsFill() && vector->SignDigit() > VERI_DIGIT_1)
+    veri_at(from).Warning("x/z extended in the significant bits of constant.");
   vector->Resize(width);
   return vector;
 }
