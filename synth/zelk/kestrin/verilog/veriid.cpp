@@ -5,6 +5,7 @@
 
 #include "util/linefile.h"
 #include "util/message.h"
+#include "verilog/veri_tokens.h"
 #include "verilog/vericonstraint.h"
 #include "verilog/veriexpression.h"
 #include "verilog/veriscope.h"
@@ -227,6 +228,18 @@ unsigned VeriVariable::IsCounterOnly() const {
   for (const void* process : KeysOf<const void*>(&noted->_ref_processes))
     if (!noted->_loop_processes.Contains(process)) return 0;
   return 1;
+}
+
+/// Ports and formal arguments are used from outside.
+void VeriVariable::Check() const {
+  const bool is_supply = _net_type == VERI_SUPPLY0 || _net_type == VERI_SUPPLY1;
+  if (IsPort() || _dir || is_supply || Is(IDF_IN_ERROR) || *Name() == ' ') return;
+  if (!Is(IDF_ASSIGNED) && !Is(IDF_READ))
+    Info("object %s declared but not used", Name());
+  else if (!Is(IDF_READ))
+    Warning("object %s assigned a value but never read", Name());
+  else if (!Is(IDF_ASSIGNED))
+    Warning("object %s used but never assigned", Name());
 }
 
 // Parameters.

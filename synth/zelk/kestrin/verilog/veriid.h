@@ -116,6 +116,8 @@ public:
   [[gnu::format(printf, 2, 3)]] void Info(const char* format, ...) const;
 
   // Elaboration.
+  /// Reports an object that the source declares and does not use, or uses in one way only.
+  virtual void Check() const {}
   /// Forgets the state of a former run.
   virtual void Reset() {}
   /// Makes the value or the nets of the object.
@@ -279,6 +281,7 @@ public:
   /// A variable that is named only in processes that use it to count: nothing reads its nets.
   unsigned IsCounterOnly() const;
 
+  void Check() const override;
   void Reset() override;
   /// Makes the nets, named by the path, and the power-up value of the declaration.
   void Initialize() override;
@@ -299,6 +302,7 @@ public:
   VeriFunctionId(const char* name, unsigned long linefile) : VeriVariable(name, 0, linefile) {}
   veri_id_kind Kind() const override { return VERI_ID_FUNCTION; }
   std::unique_ptr<VeriIdDef> Generate() const override;
+  void Check() const override {}
   /// Nets are of no use: the result lives in the flow of a call.
   void Initialize() override {}
 };

@@ -237,3 +237,11 @@ void VeriPackage::ResolveContents() {
   GetScope()->ResolveImports();
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items)) item->Resolve(GetScope());
 }
+
+void VeriPackage::Initialize() {
+  Resolve();
+  VeriDialectScope dialect(GetDialect());
+  VeriNodeScope node(this);
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items))
+    if (to_param_decl(item)) item->Initialize();
+}

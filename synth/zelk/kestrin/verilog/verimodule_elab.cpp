@@ -81,6 +81,7 @@ private:
   void InitializeParameters();
   void GenerateObjects();
   void InitializeItems();
+  void CheckUse() const;
   void ElaborateItems();
   void CreatePorts();
   void KeepResults();
@@ -115,6 +116,7 @@ std::unique_ptr<Netlist> VeriModuleRun::Run() {
   if (_state.Mode() == ELAB_FULL && !HasErrors()) {
     GenerateObjects();
     InitializeItems();
+    CheckUse();
     if (!HasErrors()) ElaborateItems();
   }
   if (!HasErrors() || _state.Mode() != ELAB_BLACK_BOX) CreatePorts();
@@ -175,6 +177,11 @@ void VeriModuleRun::InitializeItems() {
   for (VeriVariable* port : _module->Ports()) port->Initialize();
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_module->Items()))
     if (item && !HasErrors()) item->Initialize();
+}
+
+void VeriModuleRun::CheckUse() const {
+  _module->GetScope()->CheckUse();
+  _state.GeneratedRoot()->CheckUse();
 }
 
 void VeriModuleRun::ElaborateItems() {

@@ -949,7 +949,7 @@ void VeriSystemTaskEnable::Resolve(VeriScope* scope) {
 
 void VeriDisable::Resolve(VeriScope* scope) { resolve(_name, scope, VeriEnv(ENV_STATEMENT)); }
 
-void VeriEventTrigger::Resolve(VeriScope* scope) { resolve(_name, scope, VeriEnv(ENV_STATEMENT)); }
+void VeriEventTrigger::Resolve(VeriScope* scope) { resolve(_name, scope, VeriEnv(ENV_FORCED_TARGET)); }
 
 void VeriJumpStatement::Resolve(VeriScope* scope) {
   resolve(_value, scope, VeriEnv(ENV_READ));

@@ -321,6 +321,12 @@ void VeriScope::Apply(const std::function<void(VeriIdDef*)>& op) const {
     if (child->_kind != SCOPE_GENERATE) child->Apply(op);
 }
 
+void VeriScope::CheckUse() const {
+  Apply([](const VeriIdDef* id) { id->Check(); });
+  for (const auto& child : _generated_children)
+    if (child->_kind == SCOPE_GENERATE) child->CheckUse();
+}
+
 void VeriScope::PushStack() const {
   std::vector<VeriIdDef*> ids;
   CollectIds(ids);

@@ -122,6 +122,8 @@ public:
   void Check() const;
 
   // Elaboration.
+  /// Reports what is not used among the ids of Apply, and in the generated scopes below.
+  void CheckUse() const;
   /// Calls `op` for the ids of this scope, and for those below that are no generate bodies.
   void Apply(const std::function<void(VeriIdDef*)>& op) const;
   /// Sets the state of all ids aside, and gives it back.
