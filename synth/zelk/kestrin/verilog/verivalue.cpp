@@ -149,7 +149,7 @@ bool VeriValue::ToInt64(int64_t* number) const {
     return true;
   }
   if (!IsConstant() || IsAggregate() || HasXZ()) return false;
-  veri_digit extension;
+  veri_digit extension = VERI_DIGIT_0;
   veri_is_digit(SignBit(), &extension);
   uint64_t bits = 0;
   unsigned width = Size();
