@@ -551,6 +551,7 @@ public:
 private:
   void ResolvePrefix(VeriScope* scope, const VeriEnv& env);
   void BindIn(const VeriScope* scope, const VeriEnv& env);
+  void AnalyzeInGenerated(const VeriIdDef* block, const VeriEnv& env) const;
   int MemberPosition(const VeriConstraint& prefix) const;
   VeriName* _prefix;
   std::string _suffix;

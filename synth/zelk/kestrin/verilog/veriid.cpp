@@ -12,7 +12,9 @@
 #include "verilog/verivalue.h"
 
 VeriIdDef::VeriIdDef(const char* name, unsigned long linefile)
-    : _name(name ? name : ""), _linefile(static_cast<unsigned>(linefile)) {}
+    : _name(name ? name : ""), _linefile(static_cast<unsigned>(linefile)) {
+  if (_name.empty()) Set(IDF_ANONYMOUS);
+}
 
 // A syntax error may delete what is declared already, so the table and the scope forget the identifier.
 VeriIdDef::~VeriIdDef() {

@@ -79,6 +79,8 @@ public:
 
   virtual veri_id_kind Kind() const = 0;
   const char* Name() const { return _name.c_str(); }
+  /// For a block that the source gives no name; it must not stand in a scope under its former one.
+  void SetName(const char* name) { _name = name; }
   unsigned long Linefile() const { return _linefile; }
   void SetLinefile(unsigned long linefile) { _linefile = static_cast<unsigned>(linefile); }
   /// The scope that the object opens; null for most.

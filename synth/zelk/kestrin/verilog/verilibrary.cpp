@@ -132,7 +132,10 @@ void VeriLibrary::AddItem(VeriModuleItem* item) {
   _unresolved.Insert(item);
   item->SetParent(this);
   if (!_is_elaborated) return;
-  kestrin_debug("New global declaration will force library %s to be re-elaborated", Name());
+  if (item->GetClassId() == ID_VeriImport)
+    kestrin_debug("Incremental import will force library %s to be re-elaborated", Name());
+  else
+    kestrin_debug("New global declaration will force library %s to be re-elaborated", Name());
   RequireElaboration();
 }
 

@@ -538,8 +538,6 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   unsigned IsDeclaration() const override { return 1; }
-  /// Imports what the package has; false, without a word, when there is no such package or name.
-  bool MakeVisible(VeriScope* scope) const;
 
 private:
   std::string _package;

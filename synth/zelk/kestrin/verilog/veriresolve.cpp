@@ -292,6 +292,16 @@ void VeriSelectedName::BindIn(const VeriScope* scope, const VeriEnv& env) {
     Error("%s is not declared under this prefix", _suffix.c_str());
 }
 
+/// Elaboration finds the object of the round or branch that exists; until then the use counts for all of them.
+void VeriSelectedName::AnalyzeInGenerated(const VeriIdDef* block, const VeriEnv& env) const {
+  if (!block->DeclaringScope()) return;
+  for (const VeriScope* body : KeysOf<const VeriScope*>(&block->DeclaringScope()->Children())) {
+    const VeriIdDef* owner = body->Kind() == SCOPE_GENERATE ? body->GetOwner() : nullptr;
+    if (!owner || !Strings::compare(owner->Name(), block->Name())) continue;
+    if (VeriIdDef* id = body->FindLocal(_suffix.c_str())) AnalyzeReference(id, env);
+  }
+}
+
 namespace {
 
 /// Methods that the language gives to every enumeration, IEEE 1800-2009 clause 6.19.5.
@@ -336,11 +346,10 @@ void VeriSelectedName::Resolve(VeriScope* scope, const VeriEnv& env) {
     return;
   case VERI_ID_BLOCK:
     if (!inner) return;
-    if (inner->Kind() != SCOPE_GENERATE) {
+    if (inner->Kind() != SCOPE_GENERATE)
       BindIn(inner, env);
-    } else if (VeriIdDef* id = inner->FindLocal(_suffix.c_str())) { // elaboration finds that of the round
-      AnalyzeReference(id, env);
-    }
+    else
+      AnalyzeInGenerated(prefix, env);
     return;
   case VERI_ID_FUNCTION:
   case VERI_ID_TASK:
@@ -595,18 +604,6 @@ void VeriFunctionDecl::Resolve(VeriScope* scope) {
   VeriSubprogram::Resolve(scope);
 }
 
-bool VeriImport::MakeVisible(VeriScope* scope) const {
-  const VeriPackage* package = veri_file::FindPackage(_package.c_str(), scope->GetLibrary());
-  if (!package) return false;
-  if (_name.empty()) {
-    scope->ImportAll(package->GetScope());
-    return true;
-  }
-  VeriIdDef* id = package->GetScope()->FindHere(_name.c_str());
-  if (id) scope->Import(id, this);
-  return id != nullptr;
-}
-
 void VeriImport::Resolve(VeriScope* scope) {
   VeriPackage* package = veri_file::FindPackage(_package.c_str(), scope->GetLibrary());
   if (!package) {
@@ -618,7 +615,13 @@ void VeriImport::Resolve(VeriScope* scope) {
   VeriDesignUnit* user = scope->GetContainingDesignUnit();
   if (user && user != package) user->GetId()->AddDependent(package->GetId());
   package->Resolve();
-  if (!MakeVisible(scope)) Error("%s is not declared under this prefix", _name.c_str());
+  if (_name.empty()) {
+    scope->ImportAll(package->GetScope());
+  } else if (VeriIdDef* id = package->GetScope()->FindHere(_name.c_str())) {
+    scope->Import(id, this);
+  } else {
+    Error("%s is not declared under this prefix", _name.c_str());
+  }
 }
 
 // Assignments and processes.

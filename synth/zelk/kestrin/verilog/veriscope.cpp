@@ -115,7 +115,7 @@ VeriLibrary* VeriScope::GetLibrary() const {
   return top->_kind == SCOPE_UNIT ? static_cast<VeriDesignUnitId*>(top->_owner)->GetLibrary() : nullptr;
 }
 
-bool VeriScope::IsAnonymous() const { return !_owner || _owner->Is(IDF_ANONYMOUS) || *_owner->Name() == ' '; }
+bool VeriScope::IsAnonymous() const { return !_owner || _owner->Is(IDF_ANONYMOUS); }
 
 // Declaration.
 
@@ -198,29 +198,36 @@ VeriIdDef* VeriScope::Find(const char* name) const {
 
 // Imports.
 
-void VeriScope::AddImport(VeriImport* import) {
-  if (_imports_resolved) {
-    VeriLibrary* library = _kind == SCOPE_LIBRARY ? GetLibrary() : nullptr;
-    if (!library) {
-      KESTRIN_REPORT_INTERNAL("Illegal attempt to add package import after a non-global scope has resolved");
-      return;
-    }
-    kestrin_debug("Incremental import will force library %s to be re-elaborated", library->Name());
-    library->RequireElaboration();
-    _imports_resolved = false;
+namespace {
+
+/// What stands directly in a scope; null for the scopes of statements.
+const VeriModuleItems* items_of(const VeriScope* scope) {
+  const VeriIdDef* owner = scope->GetOwner();
+  switch (owner ? scope->Kind() : SCOPE_BLOCK) {
+  case SCOPE_LIBRARY: return &scope->GetLibrary()->GlobalItems();
+  case SCOPE_UNIT: {
+    const VeriDesignUnit* unit = static_cast<const VeriDesignUnitId*>(owner)->GetDesignUnit();
+    return unit ? unit->Items() : nullptr;
   }
-  _imports.Insert(import);
-  import->MakeVisible(this);
+  case SCOPE_GENERATE: {
+    const auto* block = dynamic_cast<const VeriGenerateBlock*>(owner->GetModuleItem());
+    return block ? block->Items() : nullptr;
+  }
+  case SCOPE_SUBPROGRAM:
+  case SCOPE_BLOCK: return nullptr;
+  }
+  return nullptr;
 }
 
+} // namespace
+
+// Imports come first, since a name that one of them provides is no implicit net.
 void VeriScope::ResolveImports() {
-  if (!_imports_resolved) {
-    _imports_resolved = true;
-    for (VeriImport* import : _imports) import->Resolve(this);
-    DeclareImplicitNets();
-  } else if (_kind != SCOPE_LIBRARY) { // where new scopes appear with each file
-    return;
-  }
+  if (_imports_resolved && _kind != SCOPE_LIBRARY) return;
+  _imports_resolved = true;
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(items_of(this)))
+    if (item && item->GetClassId() == ID_VeriImport) item->Resolve(this);
+  DeclareImplicitNets();
   for (VeriScope* child : KeysOf<VeriScope*>(&_children))
     if (_kind != SCOPE_LIBRARY || child->_kind != SCOPE_UNIT) child->ResolveImports();
 }

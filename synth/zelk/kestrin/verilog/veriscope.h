@@ -15,7 +15,6 @@
 #include "verilog/veriid.h"
 
 class VeriFullName;
-class VeriImport;
 class VeriModule;
 
 /// What a name is used for.
@@ -105,10 +104,6 @@ public:
   VeriLibrary* GetLibrary() const;
 
   // Imports.
-  /// An import declaration of this scope. What it imports is visible at once when the package is known already, and
-  /// checked when the imports are resolved. One that comes after that is an internal error, except in the scope of a
-  /// library, whose values then have to be made again.
-  void AddImport(VeriImport* import);
   /// Makes the imports of this scope and of those below visible and declares implicit nets, once.
   void ResolveImports();
   /// package::name. A different object of the name, declared here or imported by name, is an error at `from`.
@@ -162,7 +157,6 @@ private:
   Set _children; // scopes of the source below
   std::deque<PotentialNet> _potential_nets;
   Set _potential_names;
-  ArrayOf<VeriImport> _imports;
   Map _imported_by_name;  // name to VeriIdDef
   Map _imported_with_all; // name to VeriIdDef, an entry for each package that has the name
   Set _ambiguous_imports; // names that several packages have
