@@ -341,6 +341,7 @@ public:
   /// Dumps where the flags ask for this label of the pipeline.
   void NetlistDump(const char* label);
   void Dump(const char* file, const char* label) const;
+  void NetlistDebussyDump(const char* file, const char* label) const;
   /// Everything in the netlist as text, sorted so that dumps can be compared.
   void Dump(std::ostream& out) const;
   unsigned long MemUsage() const;

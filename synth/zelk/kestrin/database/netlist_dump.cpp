@@ -10,6 +10,7 @@
 
 #include "containers/views.h"
 #include "database/cell.h"
+#include "database/debussydump.h"
 #include "database/fsm.h"
 #include "database/polish.h"
 #include "util/linefile.h"
@@ -200,7 +201,11 @@ void Netlist::Dump(const char* file, const char* label) const {
 
 void Netlist::NetlistDump(const char* label) {
   if (kestrin_flag((std::string("zelk_dump_netlist_") + label).c_str())) Dump(UnitName(this).c_str(), label);
+  if (kestrin_flag((std::string("zelk_debussy_dump_netlist_") + label).c_str()))
+    NetlistDebussyDump(UnitName(this).c_str(), label);
 }
+
+void Netlist::NetlistDebussyDump(const char* file, const char* label) const { DebussyDump dump(this, file, label); }
 
 // Figures.
 
