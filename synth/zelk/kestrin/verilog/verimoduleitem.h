@@ -78,6 +78,8 @@ public:
   void Accept(VeriVisitor& visitor) override;
   void VisitChildren(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
+  /// Without the indentation and the semicolon.
+  void PrintHead(std::ostream& out, unsigned level) const;
   void Resolve(VeriScope* scope) override;
   unsigned IsPortDeclaration() const override { return _direction != 0; }
   unsigned IsDeclaration() const override { return 1; }
@@ -108,6 +110,8 @@ public:
   void Accept(VeriVisitor& visitor) override;
   void VisitChildren(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
+  /// Without the indentation and the semicolon.
+  void PrintHead(std::ostream& out, unsigned level) const;
   void Resolve(VeriScope* scope) override;
   unsigned IsDeclaration() const override { return 1; }
   void Initialize() override;
