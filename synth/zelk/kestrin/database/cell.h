@@ -28,7 +28,11 @@ public:
   const Map& Netlists() const { return _netlists; }
   /// A deep copy without owner; instances in it refer to the views that the originals refer to.
   Cell* Copy() const;
+  /// Into a library; a cell of the name that is there takes the netlists. A bad stream is reported, and the cell is
+  /// deleted.
   void InstallRestored(SaveRestore& stream, Library* owner);
+  /// The same without a report, for what is part of something larger.
+  void Install(SaveRestore& stream, Library* owner);
 
 private:
   friend class Library;

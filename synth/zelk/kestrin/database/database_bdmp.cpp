@@ -1,4 +1,8 @@
 // The binary form of the database: every object writes its fields in a fixed order, behind what all objects share.
+// database_restore.cpp reads them in the same order.
+#include <algorithm>
+#include <vector>
+
 #include "containers/views.h"
 #include "database/cell.h"
 #include "database/fsm.h"
@@ -9,18 +13,9 @@
 #include "database/operators.h"
 #include "database/port.h"
 #include "database/primitives.h"
+#include "database/savedform.h"
 #include "database/views.h"
 #include "util/saverestore.h"
-
-namespace {
-
-/// The version of the database's layout.
-constexpr long database_version = 0xAB0006;
-
-/// What stands before an instance.
-enum instance_kind { PLAIN_INSTANCE = 2, LUT_INSTANCE = 3 };
-
-} // namespace
 
 void DesignObj::Save(SaveRestore& stream) const { SavePrefix(stream); }
 
@@ -42,7 +37,7 @@ void Library::Save(SaveRestore& stream) const {
   stream.SaveInteger(_auto_name);
   for (Cell* cell : CellsOf(this)) {
     if (stream.IsSaved(cell)) continue;
-    stream.SaveInteger(1);
+    stream.SaveInteger(another_follows);
     cell->Save(stream);
   }
   stream.SaveInteger(0);
@@ -53,7 +48,7 @@ void Cell::Save(SaveRestore& stream) const {
   stream.SaveInteger(_auto_name);
   for (Netlist* netlist : NetlistsOf(this)) {
     if (stream.IsSaved(netlist)) continue;
-    stream.SaveInteger(1);
+    stream.SaveInteger(another_follows);
     stream.SaveInteger(netlist->Type());
     netlist->Save(stream);
   }
@@ -64,6 +59,20 @@ namespace {
 
 const char* NameOf(const DesignObj* object) { return object ? object->Name() : nullptr; }
 
+void RegisterPorts(const Netlist* view, SaveRestore& stream) {
+  for (Port* port : PortsOf(view)) stream.RegisterPointer(static_cast<DesignObj*>(port));
+}
+
+/// A bus behind the buses that are its elements.
+template <class Bus, class Buses> void SaveBuses(Buses buses, int (DesignObj::*level)() const, SaveRestore& stream) {
+  std::vector<const Bus*> order;
+  for (const Bus* bus : buses) order.push_back(bus);
+  std::stable_sort(order.begin(), order.end(),
+                   [level](const Bus* a, const Bus* b) { return (a->*level)() < (b->*level)(); });
+  stream.SaveInteger(static_cast<long>(order.size()));
+  for (const Bus* bus : order) bus->Save(stream);
+}
+
 /// A view before all that refers to it.
 void SaveViews(const Netlist* netlist, SaveRestore& stream) {
   Set views(HASH_POINTER);
@@ -72,7 +81,7 @@ void SaveViews(const Netlist* netlist, SaveRestore& stream) {
     auto* view = FromWord<Netlist*>(views.GetAt(pos));
     if (view == netlist || stream.IsSaved(view)) continue;
     const Cell* cell = view->Owner();
-    stream.SaveInteger(1);
+    stream.SaveInteger(another_follows);
     stream.SaveInteger(view->Type());
     view->Save(stream);
     stream.SaveString(NameOf(cell ? cell->Owner() : nullptr));
@@ -103,8 +112,7 @@ void Netlist::Save(SaveRestore& stream) const {
   stream.SaveInteger(_fsm_index);
   stream.SaveInteger(NumOfPorts());
   for (Port* port : PortsOf(this)) port->Save(stream);
-  stream.SaveInteger(NumOfPortBuses());
-  for (PortBus* bus : PortBusesOf(this)) bus->Save(stream);
+  SaveBuses<PortBus>(PortBusesOf(this), &DesignObj::PortBusLevel, stream);
   stream.SaveInteger(NumOfInsts());
   for (Instance* inst : InstancesOf(this)) {
     stream.SaveInteger(inst->LutFunction() ? LUT_INSTANCE : PLAIN_INSTANCE);
@@ -117,8 +125,7 @@ void Netlist::Save(SaveRestore& stream) const {
     net->Save(stream);
     SaveConnections(net, stream);
   }
-  stream.SaveInteger(NumOfNetBuses());
-  for (NetBus* bus : NetBusesOf(this)) bus->Save(stream);
+  SaveBuses<NetBus>(NetBusesOf(this), &DesignObj::NetBusLevel, stream);
   stream.SaveInteger(NumOfParameters());
   for (Param* param : ParamsOf(this)) {
     KESTRIN_ASSERT_TEXT(false, "netlists with parameters are not saved");
@@ -128,21 +135,29 @@ void Netlist::Save(SaveRestore& stream) const {
   }
 }
 
-void Prim::Save(SaveRestore& stream) const { SavePrefix(stream); }
+// The ports of shared views are written nowhere: they take their ids in their order.
+void Prim::Save(SaveRestore& stream) const {
+  SavePrefix(stream);
+  RegisterPorts(this, stream);
+}
 
 // What it takes to build the view again: its sizes.
 void Operator::Save(SaveRestore& stream) const {
   SavePrefix(stream);
+  SaveSizes(stream);
+  RegisterPorts(this, stream);
+}
+
+void Operator::SaveSizes(SaveRestore& stream) const {
+  stream.SaveInteger(Input1Size());
   switch (Type()) {
   case OPER_ADDER:
-    stream.SaveInteger(Input1Size());
     stream.SaveInteger(Input2Size());
     stream.SaveInteger(OutputSize());
     return;
   case OPER_MULTIPLIER:
   case OPER_DIVIDER:
   case OPER_MODULO:
-    stream.SaveInteger(Input1Size());
     stream.SaveInteger(Input2Size());
     stream.SaveInteger(IsSigned());
     return;
@@ -152,16 +167,17 @@ void Operator::Save(SaveRestore& stream) const {
   case OPER_ROTATE_RIGHT:
   case OPER_LESSTHAN:
   case OPER_EQUAL:
-  case OPER_NTO1MUX:
-    stream.SaveInteger(Input1Size());
-    stream.SaveInteger(Input2Size());
-    return;
-  default: stream.SaveInteger(Input1Size());
+  case OPER_NTO1MUX: stream.SaveInteger(Input2Size()); return;
+  default: return;
   }
 }
 
-// A memory is built again from the design.
-void OperDualPortRam::Save(SaveRestore& stream) const { SavePrefix(stream); }
+void OperDualPortRam::SaveSizes(SaveRestore& stream) const {
+  for (const KESTRIN_RAM_PORT_INFO* port : {&_read[0], &_read[1], &_write[0], &_write[1]}) {
+    for (unsigned size : port->size) stream.SaveInteger(size);
+    stream.SaveInteger(port->depth);
+  }
+}
 
 void Port::Save(SaveRestore& stream) const {
   SavePrefix(stream);

@@ -64,6 +64,10 @@ public:
   virtual ~DesignObj();
   /// Writes the part that all objects share: name, location, attributes.
   virtual void Save(SaveRestore& stream) const;
+  /// Reads it into an object without owner, which takes the next id of the stream.
+  void RestorePrefix(SaveRestore& stream);
+  /// The same without an id.
+  void RestoreFields(SaveRestore& stream);
   /// Stores a copy of the name. The first user name of an object is kept through later renames. An object with an owner
   /// moves in the owner's table, where a clash is resolved as when it is added.
   virtual void SetName(const char* name);

@@ -36,6 +36,8 @@ public:
   const Map& Cells() const { return _cells; }
   /// A deep copy without owner; instances in it refer to the views that the originals refer to.
   Library* Copy() const;
+  /// Into a set; a library of the name that is there takes the cells. A bad stream is reported, and the library is
+  /// deleted.
   void InstallRestored(SaveRestore& stream, Libset* owner);
 
 private:

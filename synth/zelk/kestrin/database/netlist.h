@@ -32,6 +32,16 @@ public:
   unsigned Supports(const Att* att) const override;
   void SetName(const char* name) override;
   void Save(SaveRestore& stream) const override;
+  /// A view of a saved type, without owner; the shared netlist of a primitive. Null from a bad stream.
+  static Netlist* RestoreNetlist(SaveRestore& stream, prim_type_enum type);
+  /// Into a cell; where that has a netlist of the name, this one only hands its ids over to it. A bad stream is
+  /// reported, and the netlist is deleted.
+  void InstallRestored(SaveRestore& stream, Cell* owner);
+  /// The same without a report, for what is part of something larger.
+  void Install(SaveRestore& stream, Cell* owner);
+  /// Hands the ids of the netlist and its ports over to another one, which gets the ports that it lacks, and deletes
+  /// this one.
+  void ReplaceBy(SaveRestore& stream, Netlist* existing);
 
   // What the view is, for its instances. A plain netlist answers 0, null or PRIM_NONE. In slot order.
   /// Whether instances of this view take the attribute; null asks whether they take any.

@@ -118,6 +118,8 @@ protected:
   Port* _cout = nullptr;
 
 private:
+  virtual void SaveSizes(SaveRestore& stream) const;
+
   prim_type_enum _type;
   unsigned _is_signed;
 };
@@ -259,7 +261,6 @@ public:
   OperDualPortRam(const KESTRIN_RAM_PORT_INFO& read_a, const KESTRIN_RAM_PORT_INFO& read_b,
                   const KESTRIN_RAM_PORT_INFO& write_a, const KESTRIN_RAM_PORT_INFO& write_b);
 
-  void Save(SaveRestore& stream) const override;
   unsigned SupportsAttribute(const Att* att) const override;
   unsigned IsCombinational() const override { return 0; }
   const KESTRIN_RAM_PORT_INFO& ReadPortInfo(unsigned port) const { return _read[port]; }
@@ -269,6 +270,7 @@ public:
   Port* WritePort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, unsigned bit) const;
 
 private:
+  void SaveSizes(SaveRestore& stream) const override;
   void CreatePorts();
 
   KESTRIN_RAM_PORT_INFO _read[2];

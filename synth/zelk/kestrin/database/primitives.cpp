@@ -391,7 +391,7 @@ bool MayFold(const Instance* inst) {
 }
 
 /// Puts a net in place of an instance with its output. Null, or a loop back to the output, changes nothing.
-unsigned ReplaceBy(Instance* inst, Net* result) {
+unsigned FoldInto(Instance* inst, Net* result) {
   Net* output = inst->GetOutput();
   if (!result || result == output || result->IsWired()) return 0;
   unsigned long linefile = result->Linefile();
@@ -424,7 +424,7 @@ unsigned PropagateGate(Instance* inst, gate_rule rule) {
     result = a;
   else if (type_b == rule.controlling || type_a == neutral)
     result = b;
-  return ReplaceBy(inst, rule.inverts ? Inverse(inst, result) : result);
+  return FoldInto(inst, rule.inverts ? Inverse(inst, result) : result);
 }
 
 /// Exclusive or, or with `inverts` its inverse.
@@ -434,10 +434,10 @@ unsigned PropagateParity(Instance* inst, bool inverts) {
   Net* b = inst->GetInput2();
   if (!a || !b) return 0;
   if (a == b)
-    return ReplaceBy(inst, inverts ? inst->Owner()->Pwr(inst->Linefile()) : inst->Owner()->Gnd(inst->Linefile()));
+    return FoldInto(inst, inverts ? inst->Owner()->Pwr(inst->Linefile()) : inst->Owner()->Gnd(inst->Linefile()));
   for (auto [constant, other] : {std::pair(a, b), std::pair(b, a)}) {
-    if (constant->IsGnd()) return ReplaceBy(inst, inverts ? Inverse(inst, other) : other);
-    if (constant->IsPwr()) return ReplaceBy(inst, inverts ? other : Inverse(inst, other));
+    if (constant->IsGnd()) return FoldInto(inst, inverts ? Inverse(inst, other) : other);
+    if (constant->IsPwr()) return FoldInto(inst, inverts ? other : Inverse(inst, other));
   }
   return 0;
 }
@@ -456,7 +456,7 @@ unsigned PrimInv::Propagate(Instance* inst) {
   Net* input = inst->GetInput();
   if (!MayFold(inst) || !input || !input->IsConstant()) return 0;
   // The inverse of a floating value is unknown.
-  return ReplaceBy(inst, input->IsZ() ? inst->Owner()->X(inst->Linefile()) : Inverse(inst, input));
+  return FoldInto(inst, input->IsZ() ? inst->Owner()->X(inst->Linefile()) : Inverse(inst, input));
 }
 
 unsigned PrimMux::Propagate(Instance* inst) {
@@ -464,12 +464,12 @@ unsigned PrimMux::Propagate(Instance* inst) {
   Net* in0 = inst->GetInput1();
   Net* in1 = inst->GetInput2();
   Net* control = inst->GetControl();
-  if (control && control->IsPwr()) return ReplaceBy(inst, in1);
-  if ((control && control->IsGnd()) || in0 == in1) return ReplaceBy(inst, in0);
+  if (control && control->IsPwr()) return FoldInto(inst, in1);
+  if ((control && control->IsGnd()) || in0 == in1) return FoldInto(inst, in0);
   if (!control || !in0 || !in1) return 0;
   Net* inverted = control->InvNet();
-  if (in0->IsGnd() && in1->IsPwr()) return ReplaceBy(inst, control);
-  if (in0->IsPwr() && in1->IsGnd()) return ReplaceBy(inst, inverted ? inverted : Inverse(inst, control));
+  if (in0->IsGnd() && in1->IsPwr()) return FoldInto(inst, control);
+  if (in0->IsPwr() && in1->IsGnd()) return FoldInto(inst, inverted ? inverted : Inverse(inst, control));
   if (!inverted || inverted == control || control->NumOfFanouts() != 1) return 0;
   inst->Reconnect(GetControl(), inverted);
   inst->Reconnect(GetInput1(), in1);
