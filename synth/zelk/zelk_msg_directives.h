@@ -41,6 +41,7 @@ public:
     return check_msg_id(id, text, file, line);
   }
   bool IsErrorMessage(unsigned id) const override { return is_E_msg(id); }
+  unsigned MessageLevel() const override { return m_level; }
   void SetMessageLevel(unsigned level, linefile_type linefile) override {
     SetMessageLevel(static_cast<MESSAGE_LEVEL_ENUM>(level), linefile);
   }

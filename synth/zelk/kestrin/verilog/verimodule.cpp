@@ -6,6 +6,7 @@
 #include "verilog/veri_file.h"
 #include "verilog/veri_lex.h"
 #include "verilog/verilibrary.h"
+#include "verilog/veriprint_util.h"
 #include "verilog/veriresolve.h"
 
 // All units.
@@ -22,9 +23,7 @@ VeriDesignUnit::~VeriDesignUnit() {
   veri_file::ForgetDesignUnit(_id.get());
 }
 
-void VeriDesignUnit::VisitChildren(VeriVisitor& visitor) {
-  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items)) item->Accept(visitor);
-}
+void VeriDesignUnit::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _items); }
 
 namespace {
 
@@ -57,6 +56,50 @@ void VeriDesignUnit::Resolve() {
   _dependencies = VeriDependencyScope::Take();
 }
 
+namespace {
+
+/// Collects the names of modules that are instantiated below a node.
+class InstantiationVisitor : public VeriVisitor {
+public:
+  using VeriVisitor::Visit;
+  void Visit(VeriModuleInstantiation& instantiation) override {
+    const char* name = instantiation.ModuleName();
+    if (name && _seen.Insert(name)) names.emplace_back(name);
+  }
+  std::vector<std::string> names;
+
+private:
+  Set _seen{HASH_STRING};
+};
+
+} // namespace
+
+std::vector<std::string> VeriDesignUnit::InstantiatedModuleNames() const {
+  InstantiationVisitor visitor;
+  veri_visit(visitor, _items);
+  return visitor.names;
+}
+
+void VeriDesignUnit::PrintStart(std::ostream& out, unsigned level) const {
+  PrintAttributes(out, level);
+  PrintLevel(out, level);
+  out << PrintToken(_id->GetDesignUnitToken()) << ' ';
+  PrintName(out, Name());
+}
+
+void VeriDesignUnit::PrintBody(std::ostream& out, unsigned level) const {
+  out << ";\n";
+  veri_print_lines(out, _items, level + 1);
+  PrintLevel(out, level);
+  const unsigned token = _id->GetDesignUnitToken();
+  out << "end" << PrintToken(token == VERI_MACROMODULE ? unsigned{VERI_MODULE} : token) << '\n';
+}
+
+void VeriPackage::PrettyPrint(std::ostream& out, unsigned level) const {
+  PrintStart(out, level);
+  PrintBody(out, level);
+}
+
 // Modules.
 
 VeriModule::VeriModule(std::unique_ptr<VeriDesignUnitId> id, VeriModuleItems* parameter_ports, VeriExpressions* ports,
@@ -73,9 +116,8 @@ VeriModule::~VeriModule() {
 }
 
 void VeriModule::VisitChildren(VeriVisitor& visitor) {
-  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_parameter_ports)) item->Accept(visitor);
-  for (VeriExpression* port : ItemsOf<VeriExpression*>(_port_expressions))
-    if (port) port->Accept(visitor);
+  veri_visit(visitor, _parameter_ports);
+  veri_visit(visitor, _port_expressions);
   VeriDesignUnit::VisitChildren(visitor);
 }
 
@@ -141,6 +183,29 @@ void VeriModule::AddImplicitNet(VeriDataDecl* decl) {
   if (!_items) _items = new VeriModuleItems;
   decl->SetParent(this);
   _items->Insert(decl);
+}
+
+void VeriModule::PrettyPrint(std::ostream& out, unsigned level) const {
+  if (_is_extern) out << "extern ";
+  PrintStart(out, level);
+  const char* before = " #(";
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_parameter_ports)) {
+    const VeriParamDecl* param = to_param_decl(item);
+    if (!param) continue;
+    out << before;
+    before = ", ";
+    param->PrintHead(out, level);
+  }
+  if (*before == ',') out << ')';
+  if (_port_expressions) {
+    out << " (";
+    veri_print_list(out, _port_expressions);
+    out << ')';
+  }
+  if (_is_extern)
+    out << ";\n";
+  else
+    PrintBody(out, level);
 }
 
 // Resolve.

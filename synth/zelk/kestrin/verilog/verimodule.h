@@ -45,6 +45,9 @@ public:
 
 protected:
   virtual void ResolveContents() = 0;
+  void PrintStart(std::ostream& out, unsigned level) const;
+  /// From the semicolon of the head to the end.
+  void PrintBody(std::ostream& out, unsigned level) const;
   std::unique_ptr<VeriDesignUnitId> _id;
   VeriModuleItems* _items;
   std::unique_ptr<VeriScope> _scope;
@@ -125,7 +128,6 @@ private:
   void ResolvePorts();
   void AddPort(VeriVariable* port);
   void ResolveItems();
-  void PrintHead(std::ostream& out, unsigned level) const;
   VeriModuleItems* _parameter_ports;
   VeriExpressions* _port_expressions;
   std::vector<VeriVariable*> _ports;

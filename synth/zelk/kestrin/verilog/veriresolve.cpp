@@ -580,12 +580,6 @@ void VeriParamDecl::Resolve(VeriScope* scope) {
   for (VeriIdDecl* decl : ItemsOf<VeriIdDecl*>(_ids)) decl->Resolve(scope, ENV_READ);
 }
 
-void VeriParamDecl::MakeLocal() {
-  _token = VERI_LOCALPARAM;
-  for (VeriIdDecl* decl : ItemsOf<VeriIdDecl*>(_ids))
-    if (auto* id = decl->IdAs<VeriParamId>()) id->SetParamToken(VERI_LOCALPARAM);
-}
-
 void VeriTypeDecl::Resolve(VeriScope* scope) {
   resolve(_type, scope, VeriEnv(ENV_DECLARATION));
   _id->Resolve(scope, ENV_READ);
