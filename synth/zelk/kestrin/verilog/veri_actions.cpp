@@ -1,0 +1,1322 @@
+// The actions of the grammar: see the header. The state of a parse is one static object, since one file is parsed at a
+// time. Names are declared as they are read and bound after the parse, so that a use may stand before its declaration.
+#include "verilog/veri_actions.h"
+
+#include <algorithm>
+#include <cstring>
+#include <unordered_map>
+
+#include "util/message.h"
+#include "util/services.h"
+#include "verilog/veri_file.h"
+#include "verilog/veri_message.h"
+#include "verilog/veri_number.h"
+#include "verilog/veri_tokens.h"
+#include "verilog/verivisitor.h"
+
+namespace {
+
+/// A package that an import made visible in a scope; a null name stands for all of its names.
+struct Imported {
+  const VeriScope* scope;
+  const char* package;
+  const char* name;
+};
+
+struct ParserState {
+  VeriLibrary* work = nullptr;
+  VeriScope* scope = nullptr;
+  VeriScopeHead* block = nullptr; // the innermost open block of statements
+  std::vector<Imported> imports;
+  std::unordered_map<const VeriScope*, unsigned> generate_constructs; // numbers used up in a scope
+  unsigned port_direction = 0;                                        // that a port without direction takes over
+  // Tokens: one that was taken too early, and the last two that the parser got.
+  veri_token kept;
+  bool has_kept = false;
+  int last_code = 0;
+  const char* last_text = nullptr;
+  const char* package = nullptr; // the name in front of the last "::"
+};
+
+ParserState parser;
+
+} // namespace
+
+// Running the parser.
+
+int VeriParser::Parse(VeriLibrary* work) {
+  parser = ParserState();
+  parser.work = work;
+  parser.scope = work->GetScope();
+  const int result = veriparse();
+  parser = ParserState();
+  return result;
+}
+
+VeriScope* VeriParser::PresentScope() { return parser.scope; }
+
+VeriPatternParts::~VeriPatternParts() {
+  for (const VeriAssignmentPattern::Part& part : parts) {
+    delete part.key;
+    delete part.value;
+  }
+}
+
+// Tokens.
+
+namespace {
+
+VeriIdDef* find_in_package(const char* package, const char* name) {
+  const VeriPackage* unit = veri_file::FindPackage(package, parser.work);
+  return unit ? unit->GetScope()->FindHere(name) : nullptr;
+}
+
+VeriIdDef* find_import(const VeriScope* scope, const char* name) {
+  for (const Imported& import : parser.imports)
+    if (import.scope == scope && (!import.name || !std::strcmp(import.name, name)))
+      if (VeriIdDef* id = find_in_package(import.package, name)) return id;
+  return nullptr;
+}
+
+/// What a simple name stands for at this point of the source; null when nothing is known of it.
+VeriIdDef* find_visible(const char* name) {
+  for (const VeriScope* scope = parser.scope; scope; scope = scope->Upper()) {
+    if (VeriIdDef* id = scope->FindHere(name)) return id;
+    if (VeriIdDef* id = find_import(scope, name)) return id;
+  }
+  return nullptr;
+}
+
+void scan(veri_token* token) {
+  if (!parser.has_kept) return VeriLex::NextToken(token);
+  *token = parser.kept;
+  parser.has_kept = false;
+}
+
+void keep(const veri_token& token) {
+  KESTRIN_ASSERT(!parser.has_kept);
+  parser.kept = token;
+  parser.has_kept = true;
+}
+
+/// SystemVerilog cannot be read without knowing which names are types and packages.
+int classify_name(const veri_token& token) {
+  if (parser.last_code == VERI_DOT) return VERI_ID;
+  if (parser.last_code == VERI_SCOPE_OP) {
+    const VeriIdDef* id = parser.package ? find_in_package(parser.package, token.text) : nullptr;
+    return id && id->IsDataType() ? VERI_TYPE_ID : VERI_ID;
+  }
+  if (const VeriIdDef* id = find_visible(token.text)) return id->IsDataType() ? VERI_TYPE_ID : VERI_ID;
+  if (!veri_file::FindPackage(token.text, parser.work)) return VERI_ID;
+  veri_token next;
+  scan(&next);
+  keep(next);
+  return next.code == VERI_SCOPE_OP ? VERI_PACKAGE_ID : VERI_ID;
+}
+
+} // namespace
+
+int veri_next_token(const char** text, veri_location* place) {
+  veri_token token;
+  scan(&token);
+  *text = token.text;
+  *place = token.linefile ? token.linefile : static_cast<veri_location>(VeriLex::GetLineFile());
+  int code = token.code;
+  if (code == VERI_ID && VeriNode::IsSystemVerilog()) code = classify_name(token);
+  if (code == VERI_SCOPE_OP) parser.package = parser.last_text;
+  parser.last_code = code;
+  parser.last_text = token.text;
+  return code;
+}
+
+void veri_unread(int code, veri_location place) {
+  veri_token token;
+  token.code = code;
+  token.linefile = place;
+  token.text = veri_token_text(static_cast<unsigned>(code));
+  keep(token);
+}
+
+void veri_skip_to(int code) {
+  veri_token token;
+  unsigned depth = 0;
+  for (;;) {
+    scan(&token);
+    if (token.code == VERI_END_OF_INPUT || (token.code == code && !depth)) break;
+    if (token.code == VERI_OPAREN) depth++;
+    if (token.code == VERI_CPAREN && depth) depth--;
+    if (code != VERI_CPAREN) depth = 0;
+  }
+  keep(token);
+}
+
+// Messages.
+
+void veri_report_stack_overflow(veri_location place) { veri_error(place, "parser stack overflow"); }
+
+void veri_need_systemverilog(veri_location place, const char* feature) {
+  if (!VeriNode::IsSystemVerilog()) veri_error(place, "%s is a SystemVerilog feature", feature);
+}
+
+void veri_unsupported(veri_location place, const char* feature) {
+  veri_error(place, "no support for %s (SystemVerilog)", feature);
+}
+
+namespace {
+
+/// Tokens that stand for a class of tokens in a hint, and end it; null words: the token itself.
+struct TokenClass {
+  int token;
+  const char* words;
+};
+
+constexpr TokenClass token_classes[] = {
+    {VERI_END, nullptr},
+    {VERI_ENDCASE, nullptr},
+    {VERI_ENDFUNCTION, nullptr},
+    {VERI_ENDGENERATE, nullptr},
+    {VERI_ENDMODULE, nullptr},
+    {VERI_ENDPRIMITIVE, nullptr},
+    {VERI_ENDINTERFACE, nullptr},
+    {VERI_ENDPACKAGE, nullptr},
+    {VERI_SEMICOLON, nullptr},
+    {VERI_CPAREN, nullptr},
+    {VERI_CBRACE, nullptr},
+    {VERI_CBRACKET, nullptr},
+    {VERI_OPAREN, nullptr},
+    {VERI_ALWAYS, "a module item"},
+    {VERI_MODULE, "a description"},
+    {VERI_INPUT, "a direction"},
+    {VERI_IF, "a sequential statement"},
+    {VERI_BANG, "an operand"},
+    {VERI_LOG_AND, "binary operator"},
+    {VERI_ID, "an identifier"},
+};
+
+const TokenClass* class_of(unsigned token) {
+  for (const TokenClass& entry : token_classes)
+    if (entry.token == static_cast<int>(token)) return &entry;
+  return nullptr;
+}
+
+std::string quoted(unsigned token) { return std::string("\"") + VeriTreeNode::PrintToken(token) + "\""; }
+
+/// The words of a token that is no class.
+std::string single_token(unsigned token) {
+  return veri_type_of_token(token) == VERI_TOKEN_VALUE ? VeriTreeNode::PrintErrorToken(token) : quoted(token);
+}
+
+} // namespace
+
+std::string veri_expected_hint(std::vector<unsigned> tokens) {
+  if (tokens.empty()) return {};
+  std::stable_sort(tokens.begin(), tokens.end(), [](unsigned a, unsigned b) {
+    return VeriTreeNode::TokenPriority(a) < VeriTreeNode::TokenPriority(b);
+  });
+  std::string hint = "; ";
+  hint += " expecting ";
+  for (const unsigned token : tokens) {
+    if (token != tokens.front()) hint += ", or ";
+    const TokenClass* token_class = class_of(token);
+    if (!token_class) {
+      hint += single_token(token);
+      continue;
+    }
+    hint += token_class->words ? token_class->words : quoted(token);
+    if (token == VERI_ID && veri_type_of_token(static_cast<unsigned>(parser.last_code)) == VERI_TOKEN_KEYWORD)
+      hint += " (" + quoted(static_cast<unsigned>(parser.last_code)) + " is a reserved keyword )";
+    break;
+  }
+  return hint;
+}
+
+// Lists.
+
+VeriModuleItems* veri_join(VeriModuleItems* items, VeriModuleItems* more) {
+  if (!items) return more;
+  if (!more) return items;
+  items->Append(more);
+  more->Reset();
+  delete more;
+  return items;
+}
+
+// Attributes.
+
+Map* veri_add_attribute(Map* attributes, const char* name, VeriExpression* value, veri_location place) {
+  const char* file = LineFile::GetFileName(place);
+  const unsigned line = LineFile::GetLineNo(place);
+  KernelServices::Get().CheckAttributeOrDirective(name, file, line, /*is_attribute=*/true, nullptr);
+  if (!KernelServices::Get().CheckAttributeName(name, file, line)) {
+    delete value;
+    return attributes;
+  }
+  if (!attributes) attributes = new Map(HASH_STRING);
+  if (MapItem* former = attributes->GetItem(name)) {
+    veri_warning(place, "overriding existing value for attribute %s", name);
+    delete FromWord<VeriExpression*>(former->Value());
+    former->SetValue(value);
+  } else {
+    attributes->Insert(Strings::save(name), value);
+  }
+  return attributes;
+}
+
+Map* veri_join_attributes(Map* attributes, Map* more, veri_location place) {
+  if (!attributes || !more) return attributes ? attributes : more;
+  VeriNullStatement both(place);
+  both.AddAttributes(attributes);
+  both.AddAttributes(more);
+  return both.TakeAttributes();
+}
+
+namespace {
+
+/// A pragma's value as the node that the same text in an attribute instance would give.
+VeriExpression* pragma_expression(const char* value, veri_location place) {
+  if (std::strchr(value, '\'')) {
+    if (OwnedValue number = VeriValue::FromLiteral(value))
+      return new VeriVectorLiteral(value, std::move(number), place);
+  } else if (*value >= '0' && *value <= '9') {
+    const std::string number = std::to_string(Strings::atoi(value));
+    return new VeriIntLiteral(number.c_str(), VeriValue::FromLiteral(number), place);
+  }
+  std::string text = value;
+  if (text.size() >= 2 && text.front() == '"' && text.back() == '"') text = text.substr(1, text.size() - 2);
+  return veri_string_literal(text.c_str(), place);
+}
+
+} // namespace
+
+Map* veri_take_pragmas(Map* attributes) {
+  const std::unique_ptr<VeriPragmas> pragmas = VeriPragmas::Take();
+  if (!pragmas) return attributes;
+  VeriLex::ClearSemicolonFlag();
+  const auto place = static_cast<veri_location>(VeriLex::GetLineFile());
+  Map* more = new Map(HASH_STRING);
+  for (auto [name, value] : pragmas->All()) more->Insert(Strings::save(name), pragma_expression(value, place));
+  return veri_join_attributes(attributes, more, place);
+}
+
+// Scopes.
+
+namespace {
+
+/// The scope that a declaration goes to. An unnamed block gets its scope with its first declaration.
+VeriScope* declaring_scope() {
+  VeriScopeHead* block = parser.block;
+  if (block && !block->scope && block->base == parser.scope) {
+    veri_need_systemverilog(block->place, "a declaration in an unnamed block");
+    block->scope = std::make_unique<VeriScope>(SCOPE_BLOCK, parser.scope, nullptr);
+    parser.scope = block->scope.get();
+  }
+  return parser.scope;
+}
+
+void push_scope(VeriScopeHead* head, veri_scope_kind kind, VeriIdDef* owner) {
+  head->scope = std::make_unique<VeriScope>(kind, parser.scope, owner);
+  if (owner) owner->SetLocalScope(head->scope.get());
+  parser.scope = head->scope.get();
+}
+
+const char* owner_name(const VeriScope* scope) { return scope->GetOwner() ? scope->GetOwner()->Name() : "<unnamed>"; }
+
+/// Leaves the scope of a head, which the caller gets.
+std::unique_ptr<VeriScope> pop_scope(VeriScopeHead* head) {
+  if (!head->scope) return nullptr;
+  VeriScope* scope = head->scope.get();
+  for (; parser.scope && parser.scope != scope; parser.scope = parser.scope->Upper()) {
+    kestrin_debug("pop_scope(%s) - Found incorrect scope belonging to %s", owner_name(scope),
+                  owner_name(parser.scope));
+    if (!Message::ErrorCount()) KESTRIN_REPORT_INTERNAL("the parser scope stack was mismanaged");
+  }
+  scope->Check();
+  parser.scope = scope->Upper();
+  return std::move(head->scope);
+}
+
+} // namespace
+
+VeriScopeHead::~VeriScopeHead() {
+  if (parser.block == this) parser.block = outer;
+  if (!scope) return;
+  for (const VeriScope* inner = parser.scope; inner; inner = inner->Upper())
+    if (inner == scope.get()) {
+      parser.scope = scope->Upper();
+      break;
+    }
+}
+
+// Declarations.
+
+namespace {
+
+/// A name that a later dialect took for a word of its own.
+void check_for_keyword(const VeriIdDef* id) {
+  const unsigned token = veri_token_by_text(id->Name());
+  if (!token) return;
+  const veri_dialect dialect = veri_dialect_of_token(token);
+  if (dialect <= VeriNode::Dialect()) return;
+  if (dialect == VERI_SV)
+    id->Warning("%s is a SystemVerilog-2005 keyword", id->Name());
+  else
+    id->Warning("%s is a Verilog-2001 keyword", id->Name());
+}
+
+void refuse(VeriIdDef* id) { id->Set(IDF_IN_ERROR); }
+
+bool declare_id(VeriIdDef* id) {
+  check_for_keyword(id);
+  if (declaring_scope()->Declare(id)) return true;
+  id->Error("%s is already declared", id->Name());
+  refuse(id);
+  return false;
+}
+
+/// Where two declarations of a port tell its type, the one with dimensions says more, then the one with a sign.
+VeriTypeDef* richer_type(VeriTypeDef* first, VeriTypeDef* second) {
+  if (!first || !second) return first ? first : second;
+  if (!second->IsImplicit() && second->Type() != VERI_REG && second->Type() != VERI_LOGIC) return second;
+  if (first->Ranges() && !second->Ranges()) return first;
+  if (second->Ranges() && !first->Ranges()) return second;
+  return first->Signing() == VERI_SIGNED ? first : second;
+}
+
+void merge(VeriIdDecl* declaration, VeriVariable* existing) {
+  auto* fresh = declaration->IdAs<VeriVariable>();
+  existing->SetType(richer_type(existing->Type(), fresh->Type()));
+  if (declaration->Ranges()) existing->SetUnpackedRanges(declaration->Ranges());
+  if (declaration->Value()) existing->SetInitialValue(declaration->Value());
+  existing->Set(IDF_MERGED_PORT);
+  existing->Set(IDF_TYPED);
+  declaration->MergeInto(existing);
+}
+
+VeriVariable* variable_here(const char* name) {
+  VeriIdDef* id = declaring_scope()->FindHere(name);
+  return id && id->IsVar() ? static_cast<VeriVariable*>(id) : nullptr;
+}
+
+void declare_port(VeriIdDecl* declaration) {
+  auto* id = declaration->IdAs<VeriVariable>();
+  VeriVariable* existing = variable_here(id->Name());
+  if (existing && !existing->Dir()) {
+    existing->SetDir(id->Dir());
+    return merge(declaration, existing);
+  }
+  if (!existing) {
+    declare_id(id);
+    return;
+  }
+  id->Error("port %s is already declared", id->Name());
+  refuse(id);
+}
+
+void declare_net_reg(VeriIdDecl* declaration) {
+  auto* id = declaration->IdAs<VeriVariable>();
+  VeriVariable* existing = variable_here(id->Name());
+  if (!existing || !existing->Dir()) {
+    declare_id(id);
+    return;
+  }
+  if (existing->Is(IDF_ANSI_PORT)) {
+    id->Error("object %s declared in a list of port declarations cannot be redeclared within the module body",
+              id->Name());
+    return refuse(id);
+  }
+  if (existing->Is(IDF_TYPED)) {
+    id->Error("cannot redeclare object \"%s\" because the port declaration for \"%s\" already specifies net or "
+              "variable type",
+              id->Name(), id->Name());
+    return refuse(id);
+  }
+  existing->SetNetType(id->NetType());
+  merge(declaration, existing);
+}
+
+bool is_explicit(const VeriTypeDef* type) { return type && !type->IsImplicit(); }
+
+/// The net type of an object of a port declaration; 0 for a variable.
+unsigned net_type_of_port(const VeriDataDecl* decl, bool of_subprogram) {
+  if (decl->NetType()) return decl->NetType();
+  if (of_subprogram || decl->IsVar() || decl->Direction() == VERI_REF) return 0;
+  if (is_explicit(decl->DataType()) && decl->Direction() == VERI_OUTPUT) return 0;
+  const unsigned nettype = VeriLex::GetDefaultNettype();
+  return nettype == VeriLex::VERI_NONE_NETTYPE ? static_cast<unsigned>(VERI_WIRE) : nettype;
+}
+
+/// What all declared objects take from their declaration.
+void complete(VeriDataDecl* decl, VeriIdDecl* declaration, unsigned net_type) {
+  auto* id = declaration->IdAs<VeriVariable>();
+  id->SetType(decl->DataType());
+  id->SetUnpackedRanges(declaration->Ranges());
+  id->SetInitialValue(declaration->Value());
+  id->SetModuleItem(decl);
+  id->SetNetType(net_type);
+  id->SetDir(decl->Direction());
+}
+
+void complete_port(VeriDataDecl* decl, VeriIdDecl* declaration, bool of_subprogram) {
+  complete(decl, declaration, net_type_of_port(decl, of_subprogram));
+  VeriIdDef* id = declaration->GetId();
+  if (decl->HasExplicitType()) id->Set(IDF_TYPED);
+}
+
+const char* type_text(const VeriTypeDef* type) {
+  const char* text = VeriTreeNode::PrintToken(type->Type());
+  return text ? text : "user-defined";
+}
+
+/// The types of Verilog for a port, net or parameter; SystemVerilog takes all.
+void check_type(const VeriTypeDef* type, std::initializer_list<int> legal, unsigned object, veri_location place) {
+  if (VeriNode::IsSystemVerilog() || !is_explicit(type)) return;
+  for (const int token : legal)
+    if (static_cast<unsigned>(token) == type->Type()) return;
+  veri_error(place, "objects with type %s cannot be declared as %s", type_text(type),
+             VeriTreeNode::PrintToken(object));
+}
+
+void check_port_type(unsigned direction, const VeriTypeDef* type, bool of_subprogram, veri_location place) {
+  if (!is_explicit(type)) return;
+  const unsigned token = type->Type();
+  if (direction == VERI_INPUT && (token == VERI_EVENT || token == VERI_CHANDLE || token == VERI_VOID)) {
+    veri_error(place, "cannot declare \"%s\" port(s) with type \"%s\"", VeriTreeNode::PrintToken(direction),
+               type_text(type));
+  } else if (of_subprogram) {
+    check_type(type, {VERI_REG, VERI_INTEGER, VERI_TIME, VERI_REAL, VERI_REALTIME}, direction, place);
+  } else if (direction == VERI_OUTPUT) {
+    check_type(type, {VERI_REG, VERI_INTEGER, VERI_TIME}, direction, place);
+  } else {
+    check_type(type, {}, direction, place);
+  }
+}
+
+VeriDataDecl* new_decl(unsigned direction, unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids,
+                       veri_location place) {
+  const bool is_var = net_type == VERI_VAR;
+  auto* decl = new VeriDataDecl(direction, is_var ? 0 : net_type, type, ids, place);
+  if (is_var) decl->SetIsVar();
+  return decl;
+}
+
+} // namespace
+
+VeriIdDecl* veri_new_variable(const char* name, VeriRanges* ranges, VeriExpression* value, veri_location place) {
+  return new VeriIdDecl(std::make_unique<VeriVariable>(name, 0, place), ranges, value, place);
+}
+
+VeriIdDecl* veri_new_param(const char* name, VeriRanges* ranges, VeriExpression* value, veri_location place) {
+  return new VeriIdDecl(std::make_unique<VeriParamId>(name, VERI_PARAMETER, place), ranges, value, place);
+}
+
+VeriIdDecl* veri_new_member(const char* name, VeriRanges* ranges, veri_location place) {
+  return new VeriIdDecl(std::make_unique<VeriStructUnionMemberId>(name, place), ranges, nullptr, place);
+}
+
+VeriIdDecl* veri_new_enum_element(const char* name, VeriExpression* value, veri_location place) {
+  return new VeriIdDecl(std::make_unique<VeriEnumId>(name, place), nullptr, value, place);
+}
+
+VeriIdDecl* veri_declare_genvar(const char* name, veri_location place) {
+  auto* declaration = new VeriIdDecl(std::make_unique<VeriGenVarId>(name, place), nullptr, nullptr, place);
+  declare_id(declaration->GetId());
+  return declaration;
+}
+
+VeriModuleItem* veri_port_decl(unsigned direction, unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids,
+                               veri_location place) {
+  check_port_type(direction, type, /*of_subprogram=*/false, place);
+  VeriDataDecl* decl = new_decl(direction, net_type, type, ids, place);
+  for (VeriIdDecl* id : *ids) {
+    complete_port(decl, id, /*of_subprogram=*/false);
+    declare_port(id);
+  }
+  return decl;
+}
+
+VeriModuleItem* veri_tf_port_decl(unsigned direction, VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  check_port_type(direction, type, /*of_subprogram=*/true, place);
+  VeriDataDecl* decl = new_decl(direction, 0, type, ids, place);
+  for (VeriIdDecl* id : *ids) {
+    complete_port(decl, id, /*of_subprogram=*/true);
+    declare_port(id);
+  }
+  return decl;
+}
+
+VeriModuleItem* veri_net_decl(unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  check_type(type, {}, net_type, place);
+  VeriDataDecl* decl = new_decl(0, net_type, type, ids, place);
+  for (VeriIdDecl* id : *ids) {
+    complete(decl, id, net_type);
+    declare_net_reg(id);
+  }
+  return decl;
+}
+
+VeriModuleItem* veri_data_decl(VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  VeriDataDecl* decl = new_decl(0, 0, type, ids, place);
+  for (VeriIdDecl* id : *ids) {
+    complete(decl, id, 0);
+    declare_net_reg(id);
+  }
+  return decl;
+}
+
+namespace {
+
+VeriParamDecl* new_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  check_type(type, {VERI_INTEGER, VERI_TIME, VERI_REAL, VERI_REALTIME}, token, place);
+  return new VeriParamDecl(token, type, ids, place);
+}
+
+void declare_param(const VeriParamDecl* decl, VeriTypeDef* type, VeriIdDecl* declaration) {
+  auto* id = declaration->IdAs<VeriParamId>();
+  if (!declaration->Value()) veri_need_systemverilog(static_cast<veri_location>(id->Linefile()), "a parameter without value");
+  id->SetParamToken(decl->Token());
+  id->SetType(type);
+  id->SetUnpackedRanges(declaration->Ranges());
+  id->SetInitialValue(declaration->Value());
+  id->SetModuleItem(const_cast<VeriParamDecl*>(decl));
+  declare_id(id);
+}
+
+} // namespace
+
+VeriModuleItem* veri_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  VeriParamDecl* decl = new_param_decl(token, type, ids, place);
+  for (VeriIdDecl* id : *ids) declare_param(decl, type, id);
+  return decl;
+}
+
+VeriModuleItem* veri_param_port(unsigned token, VeriTypeDef* type, VeriIdDecl* id, veri_location place) {
+  if (token == VERI_LOCALPARAM) veri_need_systemverilog(place, "a local parameter in a parameter list");
+  return veri_param_decl(token, type, veri_list<VeriIdDecl>(id), place);
+}
+
+VeriModuleItems* veri_append_param_port(VeriModuleItems* ports, VeriIdDecl* id) {
+  VeriModuleItem* last = ports->GetLast();
+  auto* decl = dynamic_cast<VeriParamDecl*>(last);
+  if (!decl) { // behind a type parameter
+    return veri_append(ports, veri_param_port(VERI_PARAMETER, nullptr, id, static_cast<veri_location>(id->Linefile())));
+  }
+  decl->Ids()->Insert(id);
+  id->SetParent(decl);
+  declare_param(decl, decl->DataType(), id);
+  return ports;
+}
+
+VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* ranges, veri_location place) {
+  auto id = std::make_unique<VeriDataType>(name, place);
+  id->SetType(type);
+  id->SetUnpackedRanges(ranges);
+  VeriDataType* declared = id.get();
+  auto* decl = new VeriTypeDecl(type, new VeriIdDecl(std::move(id), ranges, nullptr, place), place);
+  declared->SetModuleItem(decl);
+  declare_id(declared);
+  return decl;
+}
+
+VeriModuleItem* veri_import(const char* package, const char* name, veri_location place) {
+  parser.imports.push_back({declaring_scope(), package, name});
+  return new VeriImport(package, name, place);
+}
+
+VeriIdDecls* veri_misplaced_value(VeriIdDecls* ids, VeriExpression* value, veri_location place) {
+  veri_error(place, "syntax error near %s", "\"=\", expecting an identifier or \",\"");
+  delete value;
+  return ids ? ids : new VeriIdDecls;
+}
+
+VeriIdDecls* veri_surplus_comma(VeriIdDecls* ids, veri_location place) {
+  veri_error(place, "syntax error near %s", "\",\", expecting \";\"");
+  return ids;
+}
+
+// Types.
+
+VeriTypeDef* veri_atom_type(unsigned token, unsigned signing, VeriRanges* ranges, veri_location place) {
+  if (ranges) {
+    veri_error(place, "objects with type %s cannot be declared with a range", VeriTreeNode::PrintToken(token));
+    delete ranges;
+  }
+  return new VeriPrimitiveTypeDef(token, signing, nullptr, place);
+}
+
+namespace {
+
+void refuse_dimensions(VeriRanges* ranges, veri_location place, const char* feature) {
+  if (ranges) veri_unsupported(place, feature);
+  delete ranges;
+}
+
+} // namespace
+
+VeriTypeDef* veri_struct_type(unsigned token, unsigned packed, unsigned signing, VeriNodes<VeriDataDecl>* members,
+                              VeriRanges* ranges, veri_location place) {
+  refuse_dimensions(ranges, place, "packed dimensions of a struct or union");
+  return new VeriStructUnionTypeDef(token, packed != 0, signing, members, place);
+}
+
+VeriDataDecl* veri_struct_member(VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  auto* decl = new VeriDataDecl(0, 0, type, ids, place);
+  for (VeriIdDecl* declaration : *ids) {
+    auto* id = declaration->IdAs<VeriStructUnionMemberId>();
+    id->SetType(type);
+    id->SetUnpackedRanges(declaration->Ranges());
+    id->SetModuleItem(decl);
+  }
+  return decl;
+}
+
+VeriTypeDef* veri_enum_type(VeriTypeDef* base, VeriIdDecls* elements, VeriRanges* ranges, veri_location place) {
+  refuse_dimensions(ranges, place, "packed dimensions of an enumeration");
+  auto* type = new VeriEnumTypeDef(base, elements, place);
+  for (VeriIdDecl* element : *elements) {
+    auto* id = element->IdAs<VeriEnumId>();
+    id->SetEnumType(type);
+    id->SetType(type);
+    declare_id(id);
+  }
+  return type;
+}
+
+// Ports of a head.
+
+VeriExpressions* veri_port_list(VeriExpressions* ports) {
+  const bool is_empty = ports->Size() == 1 && ports->GetFirst()->GetClassId() == ID_VeriPortOpen;
+  if (!is_empty) return ports;
+  delete ports;
+  return nullptr;
+}
+
+namespace {
+
+/// A port without direction has that of the one before it.
+unsigned direction_of_port(unsigned direction, veri_location place) {
+  if (!direction) veri_need_systemverilog(place, "Implicit port direction");
+  if (direction) parser.port_direction = direction;
+  return parser.port_direction;
+}
+
+void declare_ansi_port(VeriDataDecl* decl, VeriIdDecl* id) {
+  complete_port(decl, id, /*of_subprogram=*/false);
+  id->GetId()->Set(IDF_ANSI_PORT);
+  declare_port(id);
+}
+
+} // namespace
+
+VeriExpression* veri_ansi_port(unsigned direction, unsigned net_type, VeriTypeDef* type, VeriIdDecl* id,
+                               veri_location place) {
+  direction = direction_of_port(direction, place);
+  check_port_type(direction, type, /*of_subprogram=*/false, place);
+  VeriDataDecl* decl = new_decl(direction, net_type, type, veri_list<VeriIdDecl>(id), place);
+  declare_ansi_port(decl, id);
+  return new VeriAnsiPortDecl(decl, place);
+}
+
+VeriExpression* veri_interface_port(const char* interface, const char* modport, const char* name, VeriRanges* ranges,
+                                    veri_location place) {
+  veri_need_systemverilog(place, "an interface port");
+  VeriName* type = new VeriIdRef(interface, place);
+  if (modport) type = new VeriSelectedName(type, modport, place);
+  VeriIdDecl* id = veri_new_variable(name, ranges, nullptr, place);
+  auto* decl = new VeriDataDecl(VERI_INOUT, 0, new VeriTypeName(type, nullptr, place), veri_list<VeriIdDecl>(id), place);
+  declare_ansi_port(decl, id);
+  return new VeriAnsiPortDecl(decl, place);
+}
+
+VeriExpressions* veri_append_ansi_port(VeriExpressions* ports, VeriExpression* port) {
+  return veri_append(ports, port);
+}
+
+VeriExpressions* veri_continue_ansi_port(VeriExpressions* ports, VeriIdDecl* id, Map* attributes) {
+  VeriDataDecl* decl = static_cast<VeriAnsiPortDecl*>(ports->GetLast())->Decl();
+  decl->AddAttributes(attributes);
+  decl->Ids()->Insert(id);
+  id->SetParent(decl);
+  declare_ansi_port(decl, id);
+  return ports;
+}
+
+VeriDataDecl* veri_tf_port(unsigned direction, VeriTypeDef* type, VeriIdDecl* id, veri_location place) {
+  VeriModuleItem* decl =
+      veri_tf_port_decl(direction_of_port(direction, place), type, veri_list<VeriIdDecl>(id), place);
+  return static_cast<VeriDataDecl*>(decl);
+}
+
+VeriModuleItems* veri_append_tf_port(VeriModuleItems* ports, VeriDataDecl* port) { return veri_append(ports, port); }
+
+VeriModuleItems* veri_continue_tf_port(VeriModuleItems* ports, VeriIdDecl* id, Map* attributes) {
+  if (!ports) {
+    VeriDataDecl* port = veri_tf_port(0, nullptr, id, static_cast<veri_location>(id->Linefile()));
+    return veri_list<VeriModuleItem>(veri_with(port, attributes));
+  }
+  auto* decl = static_cast<VeriDataDecl*>(ports->GetLast());
+  decl->AddAttributes(attributes);
+  decl->Ids()->Insert(id);
+  id->SetParent(decl);
+  complete_port(decl, id, /*of_subprogram=*/true);
+  declare_port(id);
+  return ports;
+}
+
+// Design units.
+
+VeriScopeHead* veri_open_unit(unsigned token, const char* name, veri_location place) {
+  auto* head = new VeriScopeHead(token, place);
+  head->unit_id = std::make_unique<VeriDesignUnitId>(name, token, place);
+  check_for_keyword(head->unit_id.get());
+  head->celldefine = VeriLex::GetCelldefine();
+  head->default_nettype = VeriLex::GetDefaultNettype();
+  push_scope(head, SCOPE_UNIT, head->unit_id.get());
+  parser.port_direction = VERI_INOUT;
+  return head;
+}
+
+VeriDesignUnit* veri_new_module(VeriScopeHead* head, VeriModuleItems* imports, VeriModuleItems* parameters,
+                                VeriExpressions* ports, VeriModuleItems* items, Map* attributes) {
+  const std::unique_ptr<VeriScopeHead> owned(head);
+  items = veri_join(imports, items);
+  std::unique_ptr<VeriScope> scope = pop_scope(head);
+  VeriModule* module = nullptr;
+  switch (head->token) {
+  case VERI_PRIMITIVE:
+    module = new VeriPrimitive(std::move(head->unit_id), parameters, ports, items, std::move(scope), head->place);
+    break;
+  case VERI_INTERFACE:
+    module = new VeriInterface(std::move(head->unit_id), parameters, ports, items, std::move(scope), head->place);
+    break;
+  default:
+    module = new VeriModule(std::move(head->unit_id), parameters, ports, items, std::move(scope), head->place);
+    break;
+  }
+  module->AddAttributes(attributes);
+  module->SetDirectives(head->celldefine, head->default_nettype);
+  module->SetAnnotations(VeriAnnotations::Take());
+  return module;
+}
+
+VeriDesignUnit* veri_new_extern_module(VeriScopeHead* head, VeriModuleItems* imports, VeriModuleItems* parameters,
+                                       VeriExpressions* ports, Map* attributes) {
+  VeriDesignUnit* unit = veri_new_module(head, imports, parameters, ports, new VeriModuleItems, attributes);
+  static_cast<VeriModule*>(unit)->SetExtern();
+  return unit;
+}
+
+VeriDesignUnit* veri_new_package(VeriScopeHead* head, VeriModuleItems* items, Map* attributes) {
+  const std::unique_ptr<VeriScopeHead> owned(head);
+  std::unique_ptr<VeriScope> scope = pop_scope(head);
+  auto* package = new VeriPackage(std::move(head->unit_id), items, std::move(scope), head->place);
+  package->AddAttributes(attributes);
+  package->SetAnnotations(VeriAnnotations::Take());
+  return package;
+}
+
+void veri_finish_unit(VeriDesignUnit* unit, Map* attributes) {
+  if (!unit) return VeriTreeNode::DeleteAttributes(attributes);
+  unit->AddAttributes(attributes);
+  veri_file::NewlyFound().Insert(unit->GetId());
+  if (parser.work->AddDesignUnit(unit)) return;
+  veri_file::NewlyFound().Remove(unit->GetId());
+  delete unit;
+}
+
+void veri_add_global(VeriModuleItem* item, Map* attributes, veri_location place) {
+  if (!item) return VeriTreeNode::DeleteAttributes(attributes);
+  veri_need_systemverilog(place, "declaring global objects");
+  item->AddAttributes(veri_take_pragmas(attributes));
+  parser.work->AddItem(item);
+}
+
+void veri_add_globals(VeriModuleItems* items, Map* attributes, veri_location place) {
+  for (VeriModuleItem* item : *items) veri_add_global(item, std::exchange(attributes, nullptr), place);
+  items->Reset();
+  delete items;
+}
+
+void veri_check_closing_label(const char* name, const char* label, veri_location place) {
+  if (!label) return;
+  if (!VeriNode::IsSystemVerilog())
+    return veri_error(place, "%s is a SystemVerilog feature", "using a closing label on a design unit");
+  if (!name || std::strcmp(name, label) != 0)
+    veri_error(place, "closing label %s must match the original label %s", label, name ? name : "<unnamed>");
+}
+
+void veri_check_unit_label(const VeriDesignUnit* unit, const char* label) {
+  veri_check_closing_label(unit ? unit->Name() : nullptr, label, static_cast<veri_location>(VeriLex::GetLineFile()));
+}
+
+namespace {
+
+/// A time as a power of ten in femtoseconds, which is enough to compare; the number must be 1, 10 or 100.
+int check_time_unit_value(const char* text) {
+  const int value = Strings::atoi(text);
+  if (value != 1 && value != 10 && value != 100) kestrin_debug("Timeunit must be 1, 10 or 1000");
+  const char* unit = text + std::strspn(text, "0123456789._");
+  int power = value >= 100 ? 2 : value >= 10 ? 1 : 0;
+  for (const char* name : {"fs", "ps", "ns", "us", "ms", "s"}) {
+    if (!std::strcmp(unit, name)) break;
+    power += 3;
+  }
+  return power;
+}
+
+} // namespace
+
+void veri_time_unit(const char* unit, const char* precision) {
+  const int unit_power = unit ? check_time_unit_value(unit) : 0;
+  const int precision_power = precision ? check_time_unit_value(precision) : 0;
+  if (unit && precision && precision_power > unit_power) kestrin_debug("Precision must be less than unit");
+  if (parser.scope != parser.work->GetScope() || !unit) return;
+  parser.work->SetTimeScale(precision ? (std::string(unit) + "/" + precision).c_str() : unit);
+}
+
+// Module items.
+
+namespace {
+
+/// Gives the unnamed blocks of one generate construct their name: clause 12.4.3.
+class BlockNamer : public VeriVisitor {
+public:
+  explicit BlockNamer(std::string name) : _name(std::move(name)) {}
+  void Visit(VeriGenerateBlock& block) override {
+    if (!*block.Label()) block.GetId()->SetName(_name.c_str());
+  }
+
+private:
+  std::string _name;
+};
+
+/// The constructs of a scope are numbered in source order, whether their blocks are named or not.
+void number_generate_construct(VeriModuleItem* item) {
+  switch (item->GetClassId()) {
+  case ID_VeriGenerateConditional:
+  case ID_VeriGenerateCase:
+  case ID_VeriGenerateFor:
+  case ID_VeriGenerateBlock: break;
+  default: return;
+  }
+  const std::string number = std::to_string(++parser.generate_constructs[parser.scope]);
+  std::string name = "genblk" + number;
+  for (std::string zeros = "0"; parser.scope->FindHere(name.c_str()); zeros += "0") name = "genblk" + zeros + number;
+  BlockNamer namer(name);
+  namer.TraverseNode(item);
+}
+
+} // namespace
+
+VeriModuleItems* veri_append_item(VeriModuleItems* items, VeriModuleItem* item, Map* attributes) {
+  if (!item) {
+    VeriTreeNode::DeleteAttributes(attributes);
+    return items;
+  }
+  item->AddAttributes(veri_take_pragmas(attributes));
+  number_generate_construct(item);
+  return veri_append(items, item);
+}
+
+VeriModuleItems* veri_append_items(VeriModuleItems* items, VeriModuleItems* more, Map* attributes) {
+  if (more->Size())
+    more->GetFirst()->AddAttributes(attributes);
+  else
+    VeriTreeNode::DeleteAttributes(attributes);
+  return veri_join(items, more);
+}
+
+VeriModuleItems* veri_null_item(VeriModuleItems* items, Map* attributes, veri_location place) {
+  veri_need_systemverilog(place, "null module item");
+  VeriTreeNode::DeleteAttributes(attributes);
+  return items;
+}
+
+namespace {
+
+VeriScopeHead* open_subprogram(unsigned token, unsigned lifetime, std::unique_ptr<VeriIdDef> id, veri_location place) {
+  auto* head = new VeriScopeHead(token, place);
+  head->is_automatic = lifetime == VERI_AUTOMATIC;
+  declare_id(id.get());
+  push_scope(head, SCOPE_SUBPROGRAM, id.get());
+  head->id = std::make_unique<VeriIdDecl>(std::move(id), nullptr, nullptr, place);
+  parser.port_direction = VERI_INPUT;
+  return head;
+}
+
+} // namespace
+
+VeriScopeHead* veri_open_function(unsigned lifetime, VeriTypeDef* type, const char* name, veri_location place) {
+  auto id = std::make_unique<VeriFunctionId>(name, place);
+  id->SetType(type);
+  VeriScopeHead* head = open_subprogram(VERI_FUNCTION, lifetime, std::move(id), place);
+  head->type.reset(type);
+  return head;
+}
+
+VeriScopeHead* veri_open_task(unsigned lifetime, const char* name, veri_location place) {
+  return open_subprogram(VERI_TASK, lifetime, std::make_unique<VeriTaskId>(name, place), place);
+}
+
+VeriModuleItem* veri_end_subprogram(VeriScopeHead* head, VeriModuleItems* ports, VeriBody* body, const char* label,
+                                    veri_location label_place) {
+  const std::unique_ptr<VeriScopeHead> owned_head(head);
+  const std::unique_ptr<VeriBody> owned_body(body);
+  veri_check_closing_label(head->id->GetId()->Name(), label, label_place);
+  VeriModuleItems* declarations = veri_join(ports, body ? body->declarations.release() : nullptr);
+  VeriStatements* statements = body ? body->statements.release() : nullptr;
+  if (!statements) veri_need_systemverilog(head->place, "a subprogram without statements");
+  if (statements && statements->Size() > 1)
+    veri_need_systemverilog(head->place, "a subprogram with several statements");
+  VeriIdDef* id = head->id->GetId();
+  std::unique_ptr<VeriScope> scope = pop_scope(head);
+  VeriModuleItem* item = nullptr;
+  if (head->token == VERI_FUNCTION)
+    item = new VeriFunctionDecl(head->is_automatic, head->type.release(), head->id.release(), declarations, statements,
+                                std::move(scope), head->place);
+  else
+    item = new VeriTaskDecl(head->id.release(), declarations, statements, std::move(scope), head->is_automatic,
+                            head->place);
+  id->SetModuleItem(item);
+  return item;
+}
+
+namespace {
+
+/// Registers the simple names in a connection or target as nets that a declaration may lack.
+class ImplicitNets : public VeriVisitor {
+public:
+  void Visit(VeriIdRef& name) override { parser.scope->RegisterPotentialImplicitNet(&name); }
+  void Visit(VeriSelectedName&) override {}
+  void Visit(VeriFunctionCall&) override {}
+  void Visit(VeriIdDecl&) override {}
+};
+
+} // namespace
+
+VeriNetRegAssign* veri_net_assign(VeriExpression* target, VeriExpression* value, veri_location place) {
+  if (VeriNode::Dialect() != VERI_95) ImplicitNets().TraverseNode(target);
+  return new VeriNetRegAssign(target, value, place);
+}
+
+VeriInst* veri_new_instance(const char* name, VeriRanges* ranges, VeriExpressions* connections, veri_location place) {
+  const bool is_empty = connections->Size() == 1 && [&] {
+    const auto* only = static_cast<const VeriPortConnect*>(connections->GetFirst());
+    return !only->NamedFormal() && !only->Connection();
+  }();
+  if (is_empty) {
+    delete connections;
+    connections = new VeriExpressions;
+  }
+  VeriIdDecl* declaration = nullptr;
+  if (name) {
+    declaration = new VeriIdDecl(std::make_unique<VeriInstId>(name, place), ranges, nullptr, place);
+    declare_id(declaration->GetId());
+  }
+  auto* inst = new VeriInst(declaration, connections, place);
+  ImplicitNets().TraverseNode(inst);
+  return inst;
+}
+
+VeriExpression* veri_implicit_connection(const char* formal, veri_location place) {
+  veri_need_systemverilog(place, "an implicit port connection");
+  return new VeriPortConnect(formal, new VeriIdRef(formal, place), true, place);
+}
+
+VeriModuleItem* veri_instantiation(const char* module, VeriExpressions* parameters, VeriNodes<VeriInst>* insts,
+                                   veri_location place) {
+  auto* item = new VeriModuleInstantiation(new VeriIdRef(module, place), parameters, insts, place);
+  for (VeriInst* inst : *insts) {
+    VeriInstId* id = inst->GetInstId();
+    if (!id) continue;
+    id->SetModuleReference(module);
+    id->SetModuleItem(item);
+  }
+  return item;
+}
+
+VeriModuleItem* veri_gate_instantiation(unsigned token, VeriNodes<VeriInst>* insts, veri_location place) {
+  auto* item = new VeriGateInstantiation(token, insts, place);
+  for (VeriInst* inst : *insts)
+    if (inst->GetId()) inst->GetId()->SetModuleItem(item);
+  return item;
+}
+
+VeriModuleItem* veri_generate_for(const char* genvar, VeriExpression* initial, VeriExpression* condition,
+                                  VeriExpression* step, VeriModuleItem* body, VeriIdDecl* declared,
+                                  veri_location place) {
+  const char* name = declared ? declared->GetId()->Name() : genvar;
+  return new VeriGenerateFor(new VeriIdRef(name, place), initial, condition, step, body, declared, place);
+}
+
+VeriScopeHead* veri_open_generate_block(const char* label, veri_location place) {
+  auto* head = new VeriScopeHead(VERI_GENERATE, place);
+  auto id = std::make_unique<VeriBlockId>(label ? label : "", place);
+  if (label) {
+    // Blocks of the branches of one construct may share a name; one at most comes to exist (clause 12.4.3).
+    const VeriIdDef* former = parser.scope->FindHere(label);
+    const bool is_branch = former && former->IsBlock() && former->LocalScope() &&
+                           former->LocalScope()->Kind() == SCOPE_GENERATE;
+    if (!is_branch) declare_id(id.get());
+  }
+  push_scope(head, SCOPE_GENERATE, id.get());
+  head->id = std::make_unique<VeriIdDecl>(std::move(id), nullptr, nullptr, place);
+  return head;
+}
+
+VeriModuleItem* veri_end_generate_block(VeriScopeHead* head, VeriModuleItems* items, const char* label,
+                                        veri_location label_place) {
+  const std::unique_ptr<VeriScopeHead> owned(head);
+  const char* name = head->id->GetId()->Name();
+  veri_check_closing_label(*name ? name : nullptr, label, label_place);
+  std::unique_ptr<VeriScope> scope = pop_scope(head);
+  VeriIdDef* id = head->id->GetId();
+  auto* block = new VeriGenerateBlock(head->id.release(), items, std::move(scope), head->place);
+  id->SetModuleItem(block);
+  return block;
+}
+
+VeriModuleItem* veri_end_single_generate(VeriScopeHead* head, VeriModuleItem* item) {
+  if (item) head->place = static_cast<veri_location>(item->Linefile());
+  return veri_end_generate_block(head, veri_append_item(new VeriModuleItems, item, nullptr), nullptr, 0);
+}
+
+VeriTable* veri_add_row(VeriTable* table, std::string* row) {
+  table->AddRow(std::move(*row));
+  delete row;
+  return table;
+}
+
+std::string* veri_join_row(std::string* row, std::string* symbols) {
+  *row += ":" + *symbols;
+  delete symbols;
+  return row;
+}
+
+// Statements.
+
+VeriBody* veri_add_declaration(VeriBody* body, VeriModuleItem* item, Map* attributes) {
+  if (!body) body = new VeriBody;
+  if (!body->declarations) body->declarations = std::make_unique<VeriModuleItems>();
+  veri_append_item(body->declarations.get(), item, attributes);
+  return body;
+}
+
+VeriBody* veri_add_imports(VeriBody* body, VeriModuleItems* imports, Map* attributes) {
+  if (!body) body = new VeriBody;
+  if (!body->declarations) body->declarations = std::make_unique<VeriModuleItems>();
+  veri_append_items(body->declarations.get(), imports, attributes);
+  return body;
+}
+
+VeriBody* veri_add_statement(VeriBody* body, VeriStatement* statement) {
+  if (!body) body = new VeriBody;
+  if (!body->statements) body->statements = std::make_unique<VeriStatements>();
+  body->statements->Insert(statement);
+  return body;
+}
+
+VeriScopeHead* veri_open_block(unsigned token, const char* label, veri_location place) {
+  auto* head = new VeriScopeHead(token, place);
+  head->outer = parser.block;
+  head->base = parser.scope;
+  if (label) {
+    auto id = std::make_unique<VeriBlockId>(label, place);
+    declare_id(id.get());
+    push_scope(head, SCOPE_BLOCK, id.get());
+    head->id = std::make_unique<VeriIdDecl>(std::move(id), nullptr, nullptr, place);
+  }
+  parser.block = head;
+  return head;
+}
+
+VeriStatement* veri_end_block(VeriScopeHead* head, VeriBody* body, const char* label, veri_location label_place) {
+  const std::unique_ptr<VeriScopeHead> owned_head(head);
+  const std::unique_ptr<VeriBody> owned_body(body);
+  veri_check_closing_label(head->id ? head->id->GetId()->Name() : nullptr, label, label_place);
+  std::unique_ptr<VeriScope> scope = pop_scope(head);
+  VeriModuleItems* declarations = body ? body->declarations.release() : nullptr;
+  VeriStatements* statements = body && body->statements ? body->statements.release() : new VeriStatements;
+  VeriIdDef* id = head->id ? head->id->GetId() : nullptr;
+  VeriStatement* block = nullptr;
+  if (head->token == VERI_FORK)
+    block = new VeriParBlock(head->id.release(), declarations, statements, std::move(scope), head->place);
+  else
+    block = new VeriSeqBlock(head->id.release(), declarations, statements, std::move(scope), head->place);
+  if (id) id->SetModuleItem(block);
+  return block;
+}
+
+VeriScopeHead* veri_open_for(VeriTypeDef* type, VeriIdDecl* id, veri_location place) {
+  veri_need_systemverilog(place, "a declaration in a for statement");
+  auto* head = new VeriScopeHead(VERI_FOR, place);
+  push_scope(head, SCOPE_BLOCK, nullptr);
+  head->declaration.reset(
+      static_cast<VeriDataDecl*>(veri_data_decl(type, veri_list<VeriIdDecl>(id), place)));
+  return head;
+}
+
+VeriScopeHead* veri_continue_for(VeriScopeHead* head, VeriIdDecl* id) {
+  VeriDataDecl* decl = head->declaration.get();
+  decl->Ids()->Insert(id);
+  id->SetParent(decl);
+  complete(decl, id, 0);
+  declare_net_reg(id);
+  return head;
+}
+
+VeriStatement* veri_for(VeriScopeHead* head, VeriStatements* initials, VeriExpression* condition,
+                        VeriStatements* steps, VeriStatement* body, veri_location place) {
+  const std::unique_ptr<VeriScopeHead> owned(head);
+  std::unique_ptr<VeriScope> scope = head ? pop_scope(head) : nullptr;
+  VeriDataDecl* declaration = head ? head->declaration.release() : nullptr;
+  return new VeriFor(declaration, initials, condition, steps, body, std::move(scope), place);
+}
+
+VeriAssignmentOperator* veri_assignment(VeriExpression* target, unsigned token, VeriExpression* value,
+                                        veri_location place) {
+  return new VeriAssignmentOperator(target, token, value, place);
+}
+
+VeriDelayOrEventControl* veri_delay_control(VeriExpressions* delay, veri_location place) {
+  const std::unique_ptr<VeriExpressions> owned(delay);
+  return new VeriDelayOrEventControl(delay->RemoveLast(), nullptr, nullptr, place);
+}
+
+VeriStatement* veri_delayed_statement(VeriExpressions* delay, VeriStatement* statement, veri_location place) {
+  const std::unique_ptr<VeriExpressions> owned(delay);
+  return new VeriDelayControlStatement(delay->RemoveLast(), statement, place);
+}
+
+// Expressions.
+
+namespace {
+
+VeriExpression* zero(unsigned long place) { return new VeriIntLiteral("0", VeriValue::FromInteger(0), place); }
+
+bool is_too_deep(const VeriExpression* expression, veri_location place) {
+  if (expression->Depth() < VeriExpression::max_depth) return false;
+  veri_report_stack_overflow(place);
+  return true;
+}
+
+} // namespace
+
+VeriExpression* veri_bounded(VeriExpression* expression) {
+  const auto place = static_cast<veri_location>(expression->Linefile());
+  if (!is_too_deep(expression, place)) return expression;
+  delete expression;
+  return zero(place);
+}
+
+VeriExpression* veri_unary(unsigned token, VeriExpression* operand, veri_location place) {
+  return veri_bounded(new VeriUnaryOperator(token, operand, place));
+}
+
+VeriExpression* veri_binary(unsigned token, VeriExpression* left, VeriExpression* right, veri_location place) {
+  return veri_bounded(new VeriBinaryOperator(token, left, right, place));
+}
+
+VeriIndexedName* veri_index(VeriName* prefix, VeriExpression* index) {
+  const auto place = static_cast<veri_location>(prefix->Linefile());
+  return veri_add_index(new VeriIndexedName(prefix, place), index);
+}
+
+VeriIndexedName* veri_add_index(VeriIndexedName* name, VeriExpression* index) {
+  const VeriExpressions& indices = name->Indices();
+  if (indices.Size() && indices.GetLast()->AsRange())
+    name->Error("range must be the final index in the indexed name");
+  name->AddIndex(veri_bounded(index));
+  return name;
+}
+
+VeriName* veri_selected(VeriName* prefix, const char* suffix, veri_location place) {
+  if (is_too_deep(prefix, place)) return prefix;
+  return new VeriSelectedName(prefix, suffix, place);
+}
+
+VeriExpression* veri_pattern(VeriExpressions* values, veri_location place) {
+  const std::unique_ptr<VeriExpressions> owned(values);
+  std::vector<VeriAssignmentPattern::Part> parts;
+  for (VeriExpression* value : *values) parts.push_back({nullptr, false, value});
+  values->Reset();
+  return veri_bounded(new VeriAssignmentPattern(std::move(parts), place));
+}
+
+VeriExpression* veri_keyed_pattern(VeriPatternParts* parts, veri_location place) {
+  const std::unique_ptr<VeriPatternParts> owned(parts);
+  return veri_bounded(new VeriAssignmentPattern(std::exchange(parts->parts, {}), place));
+}
+
+/// '{4{x}} says of each element what '{default: x} says.
+VeriExpression* veri_replicated_pattern(VeriExpression* count, VeriExpressions* values, veri_location place) {
+  if (values->Size() != 1) veri_unsupported(place, "several values in a replicated assignment pattern");
+  delete count;
+  const std::unique_ptr<VeriExpressions> owned(values);
+  VeriPatternParts* parts = veri_add_part(nullptr, nullptr, values->RemoveLast());
+  return veri_keyed_pattern(parts, place);
+}
+
+VeriPatternParts* veri_add_part(VeriPatternParts* parts, VeriExpression* key, VeriExpression* value) {
+  if (!parts) parts = new VeriPatternParts;
+  parts->parts.push_back({key, !key, value});
+  return parts;
+}
+
+VeriExpressions* veri_argument_list(VeriExpression* first) {
+  auto* arguments = new VeriExpressions;
+  if (first) arguments->Insert(first);
+  return arguments;
+}
+
+VeriExpressions* veri_append_argument(VeriExpressions* arguments, VeriExpression* next) {
+  const auto place = static_cast<veri_location>(VeriLex::GetLineFile());
+  if (!arguments->Size()) arguments->Insert(new VeriPortOpen(place));
+  arguments->Insert(next ? next : new VeriPortOpen(place));
+  return arguments;
+}
+
+namespace {
+
+VeriExpression* vector_literal(const std::string& text, veri_location place) {
+  OwnedValue value = VeriValue::FromLiteral(text);
+  if (!value) value = VeriValue::FromNumber(0, 1, /*is_signed=*/false); // too wide, which was reported
+  return new VeriVectorLiteral(text.c_str(), std::move(value), place);
+}
+
+} // namespace
+
+VeriExpression* veri_based_literal(const char* size, const char* base, const char* digits, veri_location place) {
+  if (size && !std::strpbrk(size, "123456789")) {
+    veri_error(place, "sized number cannot have 0 size");
+    size = "1";
+  }
+  const std::string text = std::string(size ? size : "") + base + digits;
+  veri_read_literal(text.c_str(), place);
+  return vector_literal(text, place);
+}
+
+VeriExpression* veri_unsized_literal(const char* text, veri_location place) {
+  veri_need_systemverilog(place, text);
+  return vector_literal(text, place);
+}
+
+VeriExpression* veri_time_literal(const char* text, veri_location place) {
+  const std::string number(text, std::strspn(text, "0123456789._"));
+  return new VeriTimeLiteral(text, VeriValue::FromReal(Strings::atof(number.c_str())), place);
+}
+
+VeriExpression* veri_string_literal(const char* text, veri_location place) {
+  std::string source = "\"";
+  for (const char* c = text; *c; c++) {
+    switch (*c) {
+    case '\n': source += "\\n"; break;
+    case '\t': source += "\\t"; break;
+    case '\r': source += "\\r"; break;
+    case '"':
+    case '\\': source += '\\'; [[fallthrough]];
+    default: source += *c; break;
+    }
+  }
+  source += '"';
+  return new VeriVectorLiteral(source.c_str(), VeriValue::FromString(text), place);
+}

@@ -1,0 +1,222 @@
+// What the actions of the grammar do: nodes that take more than a constructor, declarations, scopes while they are open,
+// and the parser's own messages. Only the grammar includes this file, and whoever runs the parser for VeriParser.
+//
+// Everything that an action is handed is consumed. Texts are the scanner's. `place` is a location, never 0.
+#ifndef KESTRIN_VERILOG_VERI_ACTIONS_H
+#define KESTRIN_VERILOG_VERI_ACTIONS_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "verilog/veri_lex.h"
+#include "verilog/verilibrary.h"
+#include "verilog/verimodule.h"
+#include "verilog/verimoduleitem.h"
+#include "verilog/veristatement.h"
+
+using veri_location = unsigned;
+using VeriRanges = VeriNodes<VeriRange>;
+
+/// Codes of names that the parser tells apart, above those of the scanner.
+enum veri_name_code : int { VERI_TYPE_ID = 1001, VERI_PACKAGE_ID = 1002 };
+
+class VeriParser {
+public:
+  /// Parses what the scanner has open into the library. 0, 1 after an abort, 2 after an overflow of the parser's stack.
+  static int Parse(VeriLibrary* work);
+  /// The scope that declarations go to now: that of the library between design units; null outside of a parse.
+  static VeriScope* PresentScope();
+};
+
+/// A pattern of keys and values on its way.
+struct VeriPatternParts {
+  std::vector<VeriAssignmentPattern::Part> parts;
+  VeriPatternParts() = default;
+  VeriPatternParts(const VeriPatternParts&) = delete;
+  VeriPatternParts& operator=(const VeriPatternParts&) = delete;
+  ~VeriPatternParts();
+};
+
+/// Declarations and statements of a block or subprogram.
+struct VeriBody {
+  std::unique_ptr<VeriModuleItems> declarations; // null without
+  std::unique_ptr<VeriStatements> statements;    // null without
+};
+
+/// A construct with a scope of its own whose end is not read yet. Deleting it closes the scope.
+struct VeriScopeHead {
+  explicit VeriScopeHead(unsigned token_, veri_location place_) : token(token_), place(place_) {}
+  VeriScopeHead(const VeriScopeHead&) = delete;
+  VeriScopeHead& operator=(const VeriScopeHead&) = delete;
+  ~VeriScopeHead();
+
+  unsigned token;
+  veri_location place;
+  std::unique_ptr<VeriDesignUnitId> unit_id; // of a design unit
+  std::unique_ptr<VeriIdDecl> id;            // of anything else that has a name
+  std::unique_ptr<VeriScope> scope;          // null while an unnamed block has no declarations
+  std::unique_ptr<VeriTypeDef> type;         // of a function
+  std::unique_ptr<VeriDataDecl> declaration; // of a loop
+  VeriScopeHead* outer = nullptr;            // the block around a block
+  VeriScope* base = nullptr;                 // where the scope of a block hangs
+  unsigned celldefine = 0;
+  unsigned default_nettype = 0;
+  bool is_automatic = false;
+};
+
+// The scanner's side.
+int veri_next_token(const char** text, veri_location* place);
+/// The token comes again; nothing may have been read behind it.
+void veri_unread(int code, veri_location place);
+/// Drops tokens up to this one, which comes next; parentheses in between are counted for a closing one.
+void veri_skip_to(int code);
+
+// Messages.
+void veri_report_stack_overflow(veri_location place);
+/// What would have been legal, for the end of a syntax error: "; expecting ...".
+std::string veri_expected_hint(std::vector<unsigned> tokens);
+void veri_need_systemverilog(veri_location place, const char* feature);
+void veri_unsupported(veri_location place, const char* feature);
+
+// Lists.
+template <class T> void veri_discard(T* node) { delete node; }
+template <class T> VeriNodes<T>* veri_list(T* first) {
+  auto* list = new VeriNodes<T>;
+  list->Insert(first);
+  return list;
+}
+template <class T, class U> VeriNodes<T>* veri_append(VeriNodes<T>* list, U* next) {
+  list->Insert(next);
+  return list;
+}
+VeriModuleItems* veri_join(VeriModuleItems* items, VeriModuleItems* more);
+
+// Attributes. Null maps are empty.
+Map* veri_add_attribute(Map* attributes, const char* name, VeriExpression* value, veri_location place);
+Map* veri_join_attributes(Map* attributes, Map* more, veri_location place);
+/// Adds the pending pragmas.
+Map* veri_take_pragmas(Map* attributes);
+template <class T, class U> T* veri_with(U* node, Map* attributes) {
+  node->AddAttributes(attributes);
+  return node;
+}
+template <class T> T* veri_with(T* node, Map* attributes) { return veri_with<T, T>(node, attributes); }
+
+// Design units.
+VeriScopeHead* veri_open_unit(unsigned token, const char* name, veri_location place);
+VeriDesignUnit* veri_new_module(VeriScopeHead* head, VeriModuleItems* imports, VeriModuleItems* parameters,
+                                VeriExpressions* ports, VeriModuleItems* items, Map* attributes);
+VeriDesignUnit* veri_new_extern_module(VeriScopeHead* head, VeriModuleItems* imports, VeriModuleItems* parameters,
+                                       VeriExpressions* ports, Map* attributes);
+VeriDesignUnit* veri_new_package(VeriScopeHead* head, VeriModuleItems* items, Map* attributes);
+/// Hands the unit over to the library.
+void veri_finish_unit(VeriDesignUnit* unit, Map* attributes);
+void veri_add_global(VeriModuleItem* item, Map* attributes, veri_location place);
+void veri_add_globals(VeriModuleItems* items, Map* attributes, veri_location place);
+void veri_check_closing_label(const char* name, const char* label, veri_location place);
+void veri_check_unit_label(const VeriDesignUnit* unit, const char* label);
+void veri_time_unit(const char* unit, const char* precision);
+
+// Ports and parameters of a head.
+VeriModuleItem* veri_param_port(unsigned token, VeriTypeDef* type, VeriIdDecl* id, veri_location place);
+VeriModuleItems* veri_append_param_port(VeriModuleItems* ports, VeriIdDecl* id);
+VeriExpressions* veri_port_list(VeriExpressions* ports);
+VeriExpression* veri_ansi_port(unsigned direction, unsigned net_type, VeriTypeDef* type, VeriIdDecl* id,
+                               veri_location place);
+VeriExpression* veri_interface_port(const char* interface, const char* modport, const char* name, VeriRanges* ranges,
+                                    veri_location place);
+VeriExpressions* veri_append_ansi_port(VeriExpressions* ports, VeriExpression* port);
+VeriExpressions* veri_continue_ansi_port(VeriExpressions* ports, VeriIdDecl* id, Map* attributes);
+VeriDataDecl* veri_tf_port(unsigned direction, VeriTypeDef* type, VeriIdDecl* id, veri_location place);
+VeriModuleItems* veri_append_tf_port(VeriModuleItems* ports, VeriDataDecl* port);
+VeriModuleItems* veri_continue_tf_port(VeriModuleItems* ports, VeriIdDecl* id, Map* attributes);
+
+// Declarations.
+VeriIdDecl* veri_new_variable(const char* name, VeriRanges* ranges, VeriExpression* value, veri_location place);
+VeriIdDecl* veri_new_param(const char* name, VeriRanges* ranges, VeriExpression* value, veri_location place);
+VeriIdDecl* veri_new_member(const char* name, VeriRanges* ranges, veri_location place);
+VeriIdDecl* veri_new_enum_element(const char* name, VeriExpression* value, veri_location place);
+VeriIdDecl* veri_declare_genvar(const char* name, veri_location place);
+VeriModuleItem* veri_port_decl(unsigned direction, unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids,
+                               veri_location place);
+VeriModuleItem* veri_tf_port_decl(unsigned direction, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
+VeriModuleItem* veri_net_decl(unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
+VeriModuleItem* veri_data_decl(VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
+VeriModuleItem* veri_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
+VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* ranges, veri_location place);
+VeriModuleItem* veri_import(const char* package, const char* name, veri_location place);
+/// Typing errors in a list of declared names.
+VeriIdDecls* veri_misplaced_value(VeriIdDecls* ids, VeriExpression* value, veri_location place);
+VeriIdDecls* veri_surplus_comma(VeriIdDecls* ids, veri_location place);
+
+// Types.
+VeriTypeDef* veri_atom_type(unsigned token, unsigned signing, VeriRanges* ranges, veri_location place);
+VeriTypeDef* veri_struct_type(unsigned token, unsigned packed, unsigned signing, VeriNodes<VeriDataDecl>* members,
+                              VeriRanges* ranges, veri_location place);
+VeriDataDecl* veri_struct_member(VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
+VeriTypeDef* veri_enum_type(VeriTypeDef* base, VeriIdDecls* elements, VeriRanges* ranges, veri_location place);
+
+// Module items. A null item is none.
+VeriModuleItems* veri_append_item(VeriModuleItems* items, VeriModuleItem* item, Map* attributes);
+VeriModuleItems* veri_append_items(VeriModuleItems* items, VeriModuleItems* more, Map* attributes);
+VeriModuleItems* veri_null_item(VeriModuleItems* items, Map* attributes, veri_location place);
+VeriScopeHead* veri_open_function(unsigned lifetime, VeriTypeDef* type, const char* name, veri_location place);
+VeriScopeHead* veri_open_task(unsigned lifetime, const char* name, veri_location place);
+VeriModuleItem* veri_end_subprogram(VeriScopeHead* head, VeriModuleItems* ports, VeriBody* body, const char* label,
+                                    veri_location label_place);
+VeriNetRegAssign* veri_net_assign(VeriExpression* target, VeriExpression* value, veri_location place);
+VeriInst* veri_new_instance(const char* name, VeriRanges* ranges, VeriExpressions* connections, veri_location place);
+VeriExpression* veri_implicit_connection(const char* formal, veri_location place);
+VeriModuleItem* veri_instantiation(const char* module, VeriExpressions* parameters, VeriNodes<VeriInst>* insts,
+                                   veri_location place);
+VeriModuleItem* veri_gate_instantiation(unsigned token, VeriNodes<VeriInst>* insts, veri_location place);
+VeriModuleItem* veri_generate_for(const char* genvar, VeriExpression* initial, VeriExpression* condition,
+                                  VeriExpression* step, VeriModuleItem* body, VeriIdDecl* declared,
+                                  veri_location place);
+VeriScopeHead* veri_open_generate_block(const char* label, veri_location place);
+VeriModuleItem* veri_end_generate_block(VeriScopeHead* head, VeriModuleItems* items, const char* label,
+                                        veri_location label_place);
+VeriModuleItem* veri_end_single_generate(VeriScopeHead* head, VeriModuleItem* item);
+VeriTable* veri_add_row(VeriTable* table, std::string* row);
+std::string* veri_join_row(std::string* row, std::string* symbols);
+
+// Statements.
+VeriBody* veri_add_declaration(VeriBody* body, VeriModuleItem* item, Map* attributes);
+VeriBody* veri_add_imports(VeriBody* body, VeriModuleItems* imports, Map* attributes);
+VeriBody* veri_add_statement(VeriBody* body, VeriStatement* statement);
+VeriScopeHead* veri_open_block(unsigned token, const char* label, veri_location place);
+VeriStatement* veri_end_block(VeriScopeHead* head, VeriBody* body, const char* label, veri_location label_place);
+VeriScopeHead* veri_open_for(VeriTypeDef* type, VeriIdDecl* id, veri_location place);
+VeriScopeHead* veri_continue_for(VeriScopeHead* head, VeriIdDecl* id);
+VeriStatement* veri_for(VeriScopeHead* head, VeriStatements* initials, VeriExpression* condition,
+                        VeriStatements* steps, VeriStatement* body, veri_location place);
+VeriAssignmentOperator* veri_assignment(VeriExpression* target, unsigned token, VeriExpression* value,
+                                        veri_location place);
+VeriDelayOrEventControl* veri_delay_control(VeriExpressions* delay, veri_location place);
+VeriStatement* veri_delayed_statement(VeriExpressions* delay, VeriStatement* statement, veri_location place);
+
+// Expressions.
+/// What is nested too deep becomes a literal, with a message.
+VeriExpression* veri_bounded(VeriExpression* expression);
+VeriExpression* veri_unary(unsigned token, VeriExpression* operand, veri_location place);
+VeriExpression* veri_binary(unsigned token, VeriExpression* left, VeriExpression* right, veri_location place);
+VeriIndexedName* veri_index(VeriName* prefix, VeriExpression* index);
+VeriIndexedName* veri_add_index(VeriIndexedName* name, VeriExpression* index);
+VeriName* veri_selected(VeriName* prefix, const char* suffix, veri_location place);
+VeriExpression* veri_pattern(VeriExpressions* values, veri_location place);
+VeriExpression* veri_keyed_pattern(VeriPatternParts* parts, veri_location place);
+VeriExpression* veri_replicated_pattern(VeriExpression* count, VeriExpressions* values, veri_location place);
+/// A null key is the default.
+VeriPatternParts* veri_add_part(VeriPatternParts* parts, VeriExpression* key, VeriExpression* value);
+/// Arguments of calls; null stands for an empty place.
+VeriExpressions* veri_argument_list(VeriExpression* first);
+VeriExpressions* veri_append_argument(VeriExpressions* arguments, VeriExpression* next);
+VeriExpression* veri_based_literal(const char* size, const char* base, const char* digits, veri_location place);
+VeriExpression* veri_unsized_literal(const char* text, veri_location place);
+VeriExpression* veri_time_literal(const char* text, veri_location place);
+VeriExpression* veri_string_literal(const char* text, veri_location place);
+
+int veriparse();
+
+#endif

@@ -1,0 +1,1768 @@
+/* The grammar of Verilog (IEEE 1364-2005 annex A) and of the synthesizable part of SystemVerilog, for all dialects: which
+   words are keywords is the scanner's affair, and what only SystemVerilog permits but earlier keywords can spell is
+   refused by the actions. Actions build the tree and declare names; what needs more than a line is in
+   veri_actions.cpp. Bison reads the output of make_tokens.py, which puts the scanner's tokens in place of @TOKENS@. */
+
+%require "3.8"
+%define api.prefix {veri}
+%define api.token.prefix {TOKEN_}
+%define api.location.type {veri_location}
+%define parse.error custom
+%locations
+%expect 0
+
+%code top {
+#include "verilog/veri_actions.h"
+#define VERILTYPE_IS_TRIVIAL 1
+#define YYINITDEPTH 200
+#define YYMAXDEPTH 10000
+
+/* The place of a rule is that of its first token. An empty rule is counted: see yyreport_syntax_error. */
+#define YYLLOC_DEFAULT(current, rhs, n)                                                                                \
+  do {                                                                                                                 \
+    empty_reductions = (n) ? 0 : empty_reductions + 1;                                                                 \
+    (current) = (n) ? YYRHSLOC(rhs, 1) : YYRHSLOC(rhs, 0);                                                             \
+  } while (0)
+}
+
+%code {
+namespace {
+
+unsigned empty_reductions = 0; // since the last reduction of another rule
+
+int verilex(VERISTYPE* value, veri_location* place) { return veri_next_token(&value->text, place); }
+void verierror(const veri_location* place, const char*) { veri_report_stack_overflow(*place); }
+
+} // namespace
+}
+
+%define api.pure full
+
+%union {
+  const char* text; // of the scanner
+  unsigned token;
+  VeriExpression* expr;
+  VeriExpressions* exprs;
+  VeriName* name;
+  VeriIndexedName* indexed;
+  VeriRange* range;
+  VeriRanges* ranges;
+  VeriTypeDef* type;
+  VeriPatternParts* parts;
+  VeriIdDecl* id;
+  VeriIdDecls* ids;
+  VeriDataDecl* data;
+  VeriNodes<VeriDataDecl>* datas;
+  VeriModuleItem* item;
+  VeriModuleItems* items;
+  VeriInst* inst;
+  VeriNodes<VeriInst>* insts;
+  VeriNetRegAssign* assign;
+  VeriNodes<VeriNetRegAssign>* assigns;
+  VeriDefParamAssign* defparam;
+  VeriNodes<VeriDefParamAssign>* defparams;
+  VeriGenerateCaseItem* gen_case_item;
+  VeriNodes<VeriGenerateCaseItem>* gen_case_items;
+  VeriStatement* stmt;
+  VeriStatements* stmts;
+  VeriCaseItem* case_item;
+  VeriNodes<VeriCaseItem>* case_items;
+  VeriDelayOrEventControl* control;
+  VeriAssignmentOperator* assignment;
+  VeriTable* table;
+  VeriDesignUnit* unit;
+  VeriBody* body;
+  VeriScopeHead* scope;
+  Map* attributes;
+  std::string* string;
+}
+
+%destructor { veri_discard($$); } <expr> <exprs> <name> <indexed> <range> <ranges> <type> <parts> <id> <ids> <data>
+  <datas> <item> <items> <inst> <insts> <assign> <assigns> <defparam> <defparams> <gen_case_item> <gen_case_items>
+  <stmt> <stmts> <case_item> <case_items> <control> <assignment> <table> <unit> <body> <scope>
+%destructor { VeriTreeNode::DeleteAttributes($$); } <attributes>
+%destructor { delete $$; } <string>
+
+@TOKENS@
+/* A name that stands for a type where it is read. */
+%token VERI_TYPE_ID 1001
+/* The name of a package in front of "::". */
+%token VERI_PACKAGE_ID 1002
+
+%type <text> VERI_ID VERI_TYPE_ID VERI_PACKAGE_ID VERI_NUMBER VERI_BASE VERI_BASED_VALUE VERI_UNSIZED_LITERAL VERI_REAL_NUMBER
+  VERI_STRING_LITERAL VERI_SYSTEM_ID VERI_UDP_EDGE VERI_UDP_WILDCARD_EDGE VERI_UDP_VALUE VERI_TIME_LITERAL
+%type <text> any_id package_id label_opt closing_label
+%type <token> module_keyword direction net_type signing signing_opt vector_type atom_type gate_type case_keyword
+  lifetime_opt packed_opt operator_assign increment always_keyword unique_priority unique_priority_opt join_keyword
+  scalared_opt struct_keyword
+%type <attributes> attrs trailing_attrs attribute_instances attribute_specs
+%type <expr> expr primary literal concat mintypmax lvalue index port_expr port_expr_opt port_reference connection
+  ansi_port interface_port init_opt argument event_expr assignment_pattern param_value delay_value cast_type
+  system_argument gen_step param_init_opt expr_opt braced_pattern
+%type <exprs> exprs port_exprs ports ports_opt port_list ansi_ports connections call_arguments call_arguments_opt
+  system_arguments_opt system_arguments events event_control event_list param_assignment param_values delay_opt delay
+  mintypmaxes ordered_params
+%type <name> name plain_name
+%type <indexed> indexed_name
+%type <range> dimension packed_dim
+%type <ranges> dimensions dimensions_opt packed_dims packed_dims_opt
+%type <type> data_type keyword_type data_type_or_implicit implicit_type type_name void_or_data_type enum_base_opt
+%type <parts> keyed_parts
+%type <id> variable_id param_assign member_id enum_element genvar_id
+%type <ids> variable_ids param_assigns member_ids enum_elements genvar_ids
+%type <data> struct_member tf_port
+%type <datas> struct_members
+%type <item> package_item module_item plain_item declaration block_declaration net_decl data_decl param_decl
+  type_decl port_decl function_decl task_decl generate_region gen_conditional gen_body gen_cond_body gen_begin_block
+  gen_single instantiation gate_instantiation continuous_assign process defparam_item genvar_decl specify_block
+  ignored_item tf_port_decl specparam_decl udp_item udp_port_decl gen_if gen_case gen_for module_only_item
+  param_port modport_decl timeunits import_item
+%type <items> module_items param_ports_opt param_ports param_port_list tf_ports_opt tf_ports tf_port_list
+  import_decl import_items unit_imports udp_items gen_items
+%type <inst> instance
+%type <insts> instances
+%type <assign> net_assign
+%type <assigns> net_assigns
+%type <defparam> defparam_assign
+%type <defparams> defparam_assigns
+%type <gen_case_item> gen_case_item
+%type <gen_case_items> gen_case_items
+%type <stmt> statement statement_item for_step blocking_assign jump_statement assert_statement seq_block par_block case_statement
+  conditional loop_statement timed_statement procedural_continuous for_init_assign labelled_statement
+%type <stmts> for_steps for_inits
+%type <case_item> case_item
+%type <case_items> case_items
+%type <control> intra_control_opt
+%type <assignment> assignment_expr
+%type <table> udp_table udp_rows
+%type <string> udp_row udp_symbols
+%type <unit> design_unit module_decl primitive_decl package_decl interface_decl module_end primitive_end package_end
+  interface_end extern_module config_decl
+%type <body> body body_decls body_stmts broken_block broken_fork broken_function broken_task
+%type <scope> unit_head block_head par_head function_head task_head gen_begin_head gen_single_head
+  for_head primitive_head package_head interface_head
+
+/* Precedence of the operators: IEEE 1364-2005 table 5-4. */
+%precedence LOWER_THAN_BASE
+%precedence VERI_BASE
+%precedence LOWER_THAN_ELSE
+%precedence "else"
+%right "?" ":"
+%left "||"
+%left "&&"
+%left "|" "~|"
+%left "^" "~^"
+%left "&" "~&"
+%left "==" "!=" "===" "!==" "==?" "!=?"
+%left "<" "<=" ">" ">="
+%left "<<" ">>" "<<<" ">>>"
+%left "+" "-"
+%left "*" "/" "%"
+%left "**"
+%precedence UNARY
+
+%start source
+
+%%
+
+/* Design units and global declarations. */
+
+source
+  : %empty
+  | source description
+  | source error
+  ;
+
+description
+  : attrs design_unit { veri_finish_unit($2, $1); }
+  | attrs package_item { veri_add_global($2, $1, @2); }
+  | attrs import_decl { veri_add_globals($2, $1, @2); }
+  ;
+
+design_unit
+  : module_decl
+  | primitive_decl
+  | interface_decl
+  | package_decl
+  | extern_module
+  | config_decl
+  ;
+
+module_keyword
+  : "module" { $$ = VERI_MODULE; }
+  | "macromodule" { $$ = VERI_MODULE; }
+  ;
+
+any_id
+  : VERI_ID
+  | VERI_TYPE_ID
+  ;
+
+closing_label
+  : %empty { $$ = nullptr; }
+  | ":" any_id { $$ = $2; }
+  ;
+
+module_decl
+  : module_end closing_label { $$ = $1; veri_check_unit_label($$, $2); }
+  ;
+
+module_end
+  : unit_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items "endmodule"
+    { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
+  | unit_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items error "endmodule"
+    { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
+  ;
+
+unit_head
+  : module_keyword lifetime_opt any_id { $$ = veri_open_unit($1, $3, @3); }
+  ;
+
+extern_module
+  : "extern" unit_head unit_imports param_ports_opt ports_opt trailing_attrs ";"
+    { $$ = veri_new_extern_module($2, $3, $4, $5, $6); }
+  ;
+
+interface_decl
+  : interface_end closing_label { $$ = $1; veri_check_unit_label($$, $2); }
+  ;
+
+interface_end
+  : interface_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items "endinterface"
+    { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
+  | interface_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items error "endinterface"
+    { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
+  ;
+
+interface_head
+  : "interface" lifetime_opt any_id { $$ = veri_open_unit(VERI_INTERFACE, $3, @3); }
+  ;
+
+package_decl
+  : package_end closing_label { $$ = $1; veri_check_unit_label($$, $2); }
+  ;
+
+package_end
+  : package_head trailing_attrs ";" module_items "endpackage" { $$ = veri_new_package($1, $4, $2); }
+  | package_head trailing_attrs ";" module_items error "endpackage" { $$ = veri_new_package($1, $4, $2); }
+  ;
+
+package_head
+  : "package" lifetime_opt any_id { $$ = veri_open_unit(VERI_PACKAGE, $3, @3); }
+  ;
+
+lifetime_opt
+  : %empty { $$ = 0; }
+  | "automatic" { $$ = VERI_AUTOMATIC; }
+  | "static" { $$ = VERI_STATIC; }
+  ;
+
+unit_imports
+  : %empty { $$ = nullptr; }
+  | unit_imports import_decl { $$ = veri_join($1, $2); }
+  ;
+
+/* Configurations choose cells for instances, which the host does by itself: they are read and make nothing. */
+
+config_decl
+  : "config" any_id ";" config_design config_rules "endconfig" closing_label
+    { $$ = nullptr; veri_check_closing_label($2, $7, @7); }
+  | "config" any_id error "endconfig" closing_label { $$ = nullptr; }
+  ;
+
+config_design
+  : config_params "design" config_cells ";"
+  ;
+
+config_params
+  : %empty
+  | config_params "localparam" any_id "=" expr ";" { veri_discard($5); }
+  ;
+
+config_cells
+  : %empty
+  | config_cells config_cell
+  ;
+
+config_cell
+  : any_id
+  | any_id "." any_id
+  ;
+
+config_rules
+  : %empty
+  | config_rules config_rule ";"
+  ;
+
+config_rule
+  : "default" "liblist" config_libraries
+  | "instance" config_path "liblist" config_libraries
+  | "instance" config_path "use" config_cell config_suffix
+  | "cell" config_cell "liblist" config_libraries
+  | "cell" config_cell "use" config_cell config_suffix
+  ;
+
+config_path
+  : any_id
+  | config_path "." any_id
+  ;
+
+config_libraries
+  : %empty
+  | config_libraries any_id
+  ;
+
+config_suffix
+  : %empty
+  | ":" "config"
+  ;
+
+/* Attributes. Every list takes over the pragmas that comments left, so it always looks at the next token. */
+
+attrs
+  : %empty { $$ = veri_take_pragmas(nullptr); }
+  | attribute_instances { $$ = veri_take_pragmas($1); }
+  ;
+
+trailing_attrs
+  : %empty { $$ = veri_take_pragmas(nullptr); }
+  | attribute_instances { $$ = veri_take_pragmas($1); }
+  ;
+
+attribute_instances
+  : "(*" attribute_specs "*)" { $$ = $2; }
+  | attribute_instances "(*" attribute_specs "*)" { $$ = veri_join_attributes($1, $3, @2); }
+  ;
+
+attribute_specs
+  : any_id { $$ = veri_add_attribute(nullptr, $1, nullptr, @1); }
+  | any_id "=" expr { $$ = veri_add_attribute(nullptr, $1, $3, @1); }
+  | attribute_specs "," any_id { $$ = veri_add_attribute($1, $3, nullptr, @3); }
+  | attribute_specs "," any_id "=" expr { $$ = veri_add_attribute($1, $3, $5, @3); }
+  ;
+
+operand_attrs
+  : %empty
+  | operand_attrs "(*" attribute_specs "*)" { VeriTreeNode::DeleteAttributes($3); }
+  ;
+
+/* Parameters and ports of a head. */
+
+param_ports_opt
+  : %empty { $$ = nullptr; }
+  | "#" "(" param_ports ")" { $$ = $3; }
+  ;
+
+param_ports
+  : %empty { $$ = nullptr; }
+  | param_port_list
+  ;
+
+param_port_list
+  : param_port { $$ = veri_list<VeriModuleItem>($1); }
+  | param_port_list "," param_port { $$ = veri_append($1, $3); }
+  | param_port_list "," param_assign { $$ = veri_append_param_port($1, $3); }
+  ;
+
+param_port
+  : "parameter" data_type_or_implicit param_assign { $$ = veri_param_port(VERI_PARAMETER, $2, $3, @1); }
+  | "localparam" data_type_or_implicit param_assign { $$ = veri_param_port(VERI_LOCALPARAM, $2, $3, @1); }
+  | data_type param_assign { $$ = veri_param_port(VERI_PARAMETER, $1, $2, @1); }
+  | "parameter" "type" any_id "=" data_type { $$ = veri_type_decl($5, $3, nullptr, @3); }
+  | "type" any_id "=" data_type { $$ = veri_type_decl($4, $2, nullptr, @2); }
+  ;
+
+ports_opt
+  : %empty { $$ = nullptr; }
+  | "(" port_list ")" { $$ = $2; }
+  ;
+
+port_list
+  : ports { $$ = veri_port_list($1); }
+  | ansi_ports
+  ;
+
+ports
+  : port_expr_opt { $$ = veri_list<VeriExpression>($1); }
+  | ports "," port_expr_opt { $$ = veri_append($1, $3); }
+  ;
+
+port_expr_opt
+  : %empty { $$ = new VeriPortOpen(@$); }
+  | port_expr
+  | "." any_id "(" ")" { $$ = new VeriPortConnect($2, nullptr, false, @1); }
+  | "." any_id "(" port_expr ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
+  ;
+
+port_expr
+  : port_reference
+  | "{" port_exprs "}" { $$ = new VeriConcat(nullptr, $2, @1); }
+  ;
+
+port_exprs
+  : port_reference { $$ = veri_list<VeriExpression>($1); }
+  | port_exprs "," port_reference { $$ = veri_append($1, $3); }
+  ;
+
+port_reference
+  : VERI_ID { $$ = new VeriIdRef($1, @1); }
+  | VERI_ID "[" index "]" { $$ = veri_index(new VeriIdRef($1, @1), $3); }
+  ;
+
+ansi_ports
+  : ansi_port { $$ = veri_list<VeriExpression>($1); }
+  | interface_port { $$ = veri_list<VeriExpression>($1); }
+  | attribute_instances ansi_port { $$ = veri_list<VeriExpression>(veri_with($2, $1)); }
+  | ansi_ports "," attrs ansi_port { $$ = veri_append_ansi_port($1, veri_with($4, $3)); }
+  | ansi_ports "," attrs interface_port { $$ = veri_append_ansi_port($1, veri_with($4, $3)); }
+  | ansi_ports "," attrs variable_id { $$ = veri_continue_ansi_port($1, $4, $3); }
+  ;
+
+ansi_port
+  : direction data_type_or_implicit variable_id { $$ = veri_ansi_port($1, 0, $2, $3, @1); }
+  | direction net_type data_type_or_implicit variable_id { $$ = veri_ansi_port($1, $2, $3, $4, @1); }
+  | direction "var" data_type_or_implicit variable_id { $$ = veri_ansi_port($1, VERI_VAR, $3, $4, @1); }
+  | net_type data_type_or_implicit variable_id { $$ = veri_ansi_port(0, $1, $2, $3, @1); }
+  | "var" data_type_or_implicit variable_id { $$ = veri_ansi_port(0, VERI_VAR, $2, $3, @1); }
+  | data_type variable_id { $$ = veri_ansi_port(0, 0, $1, $2, @1); }
+  ;
+
+interface_port
+  : VERI_ID VERI_ID dimensions_opt { $$ = veri_interface_port($1, nullptr, $2, $3, @1); }
+  | VERI_ID "." any_id VERI_ID dimensions_opt { $$ = veri_interface_port($1, $3, $4, $5, @1); }
+  | "interface" VERI_ID dimensions_opt { $$ = veri_interface_port("interface", nullptr, $2, $3, @1); }
+  | "interface" "." any_id VERI_ID dimensions_opt { $$ = veri_interface_port("interface", $3, $4, $5, @1); }
+  ;
+
+direction
+  : "input" { $$ = VERI_INPUT; }
+  | "output" { $$ = VERI_OUTPUT; }
+  | "inout" { $$ = VERI_INOUT; }
+  | "ref" { $$ = VERI_REF; }
+  ;
+
+/* Module items. */
+
+module_items
+  : %empty { $$ = new VeriModuleItems; }
+  | module_items attrs module_item { $$ = veri_append_item($1, $3, $2); }
+  | module_items attrs import_decl { $$ = veri_append_items($1, $3, $2); }
+  | module_items attrs ";" { $$ = veri_null_item($1, $2, @3); }
+  | module_items error ";" { $$ = $1; }
+  ;
+
+module_item
+  : plain_item
+  | gen_conditional
+  ;
+
+/* What stands alone in a generate construct opens a scope; a conditional construct does not (clause 12.4.2). */
+plain_item
+  : package_item
+  | module_only_item
+  ;
+
+package_item
+  : declaration
+  | net_decl
+  | function_decl
+  | task_decl
+  | ignored_item
+  | timeunits
+  ;
+
+module_only_item
+  : port_decl
+  | genvar_decl
+  | specparam_decl
+  | generate_region
+  | gen_for
+  | instantiation
+  | gate_instantiation
+  | continuous_assign
+  | process
+  | defparam_item
+  | specify_block
+  | modport_decl
+  ;
+
+/* Of modules and of blocks alike. */
+declaration
+  : data_decl
+  | param_decl
+  | type_decl
+  ;
+
+port_decl
+  : direction data_type_or_implicit variable_ids ";" { $$ = veri_port_decl($1, 0, $2, $3, @1); }
+  | direction net_type data_type_or_implicit variable_ids ";" { $$ = veri_port_decl($1, $2, $3, $4, @1); }
+  | direction "var" data_type_or_implicit variable_ids ";" { $$ = veri_port_decl($1, VERI_VAR, $3, $4, @1); }
+  ;
+
+net_decl
+  : net_type strength_opt scalared_opt data_type_or_implicit delay_opt variable_ids ";"
+    { veri_discard($5); $$ = veri_net_decl($1, $4, $6, @1); }
+  ;
+
+data_decl
+  : data_type variable_ids ";" { $$ = veri_data_decl($1, $2, @1); }
+  | "var" data_type_or_implicit variable_ids ";" { $$ = veri_data_decl($2, $3, @1); }
+  | "const" data_type_or_implicit variable_ids ";" { $$ = veri_data_decl($2, $3, @1); }
+  | "automatic" data_type variable_ids ";" { $$ = veri_data_decl($2, $3, @1); }
+  | "static" data_type variable_ids ";" { $$ = veri_data_decl($2, $3, @1); }
+  ;
+
+param_decl
+  : "parameter" data_type_or_implicit param_assigns ";" { $$ = veri_param_decl(VERI_PARAMETER, $2, $3, @1); }
+  | "localparam" data_type_or_implicit param_assigns ";" { $$ = veri_param_decl(VERI_LOCALPARAM, $2, $3, @1); }
+  | "parameter" "type" any_id "=" data_type ";" { $$ = veri_type_decl($5, $3, nullptr, @3); }
+  | "localparam" "type" any_id "=" data_type ";" { $$ = veri_type_decl($5, $3, nullptr, @3); }
+  ;
+
+specparam_decl
+  : "specparam" data_type_or_implicit param_assigns ";" { $$ = veri_param_decl(VERI_SPECPARAM, $2, $3, @1); }
+  ;
+
+type_decl
+  : "typedef" data_type any_id dimensions_opt ";" { $$ = veri_type_decl($2, $3, $4, @3); }
+  ;
+
+genvar_decl
+  : "genvar" genvar_ids ";" { $$ = new VeriGenVarDecl($2, @1); }
+  ;
+
+genvar_ids
+  : genvar_id { $$ = veri_list<VeriIdDecl>($1); }
+  | genvar_ids "," genvar_id { $$ = veri_append($1, $3); }
+  ;
+
+genvar_id
+  : any_id { $$ = veri_declare_genvar($1, @1); }
+  ;
+
+variable_ids
+  : variable_id { $$ = veri_list<VeriIdDecl>($1); }
+  | variable_ids "," variable_id { $$ = veri_append($1, $3); }
+  | variable_ids "," "=" expr { $$ = veri_misplaced_value($1, $4, @3); }
+  | "=" expr { $$ = veri_misplaced_value(nullptr, $2, @1); }
+  | variable_ids "," { $$ = veri_surplus_comma($1, @2); }
+  ;
+
+variable_id
+  : VERI_ID dimensions_opt init_opt { $$ = veri_new_variable($1, $2, $3, @1); }
+  ;
+
+init_opt
+  : %empty { $$ = nullptr; }
+  | "=" expr { $$ = $2; }
+  ;
+
+param_assigns
+  : param_assign { $$ = veri_list<VeriIdDecl>($1); }
+  | param_assigns "," param_assign { $$ = veri_append($1, $3); }
+  ;
+
+param_assign
+  : VERI_ID dimensions_opt param_init_opt { $$ = veri_new_param($1, $2, $3, @1); }
+  ;
+
+param_init_opt
+  : %empty { $$ = nullptr; }
+  | "=" mintypmax { $$ = $2; }
+  ;
+
+import_decl
+  : "import" import_items ";" { $$ = $2; }
+  ;
+
+import_items
+  : import_item { $$ = veri_list<VeriModuleItem>($1); }
+  | import_items "," import_item { $$ = veri_append($1, $3); }
+  ;
+
+import_item
+  : package_id "::" any_id { $$ = veri_import($1, $3, @1); }
+  | package_id "::" "*" { $$ = veri_import($1, nullptr, @1); }
+  ;
+
+package_id
+  : VERI_PACKAGE_ID
+  | any_id
+  ;
+
+timeunits
+  : "timeunit" VERI_TIME_LITERAL ";" { veri_time_unit($2, nullptr); $$ = nullptr; }
+  | "timeunit" VERI_TIME_LITERAL "/" VERI_TIME_LITERAL ";" { veri_time_unit($2, $4); $$ = nullptr; }
+  | "timeprecision" VERI_TIME_LITERAL ";" { veri_time_unit(nullptr, $2); $$ = nullptr; }
+  ;
+
+/* Types. */
+
+net_type
+  : "supply0" { $$ = VERI_SUPPLY0; }
+  | "supply1" { $$ = VERI_SUPPLY1; }
+  | "tri" { $$ = VERI_TRI; }
+  | "triand" { $$ = VERI_TRIAND; }
+  | "trior" { $$ = VERI_TRIOR; }
+  | "tri0" { $$ = VERI_TRI0; }
+  | "tri1" { $$ = VERI_TRI1; }
+  | "trireg" { $$ = VERI_TRIREG; }
+  | "wire" { $$ = VERI_WIRE; }
+  | "wand" { $$ = VERI_WAND; }
+  | "wor" { $$ = VERI_WOR; }
+  ;
+
+scalared_opt
+  : %empty { $$ = 0; }
+  | "scalared" { $$ = VERI_SCALARED; }
+  | "vectored" { $$ = VERI_VECTORED; }
+  ;
+
+signing
+  : "signed" { $$ = VERI_SIGNED; }
+  | "unsigned" { $$ = VERI_UNSIGNED; }
+  ;
+
+signing_opt
+  : %empty { $$ = 0; }
+  | signing
+  ;
+
+vector_type
+  : "reg" { $$ = VERI_REG; }
+  | "logic" { $$ = VERI_LOGIC; }
+  | "bit" { $$ = VERI_BIT; }
+  ;
+
+atom_type
+  : "integer" { $$ = VERI_INTEGER; }
+  | "time" { $$ = VERI_TIME; }
+  | "byte" { $$ = VERI_BYTE; }
+  | "shortint" { $$ = VERI_SHORTINT; }
+  | "int" { $$ = VERI_INT; }
+  | "longint" { $$ = VERI_LONGINT; }
+  | "real" { $$ = VERI_REAL; }
+  | "realtime" { $$ = VERI_REALTIME; }
+  | "shortreal" { $$ = VERI_SHORTREAL; }
+  | "event" { $$ = VERI_EVENT; }
+  | "string" { $$ = VERI_STRING; }
+  | "chandle" { $$ = VERI_CHANDLE; }
+  ;
+
+data_type_or_implicit
+  : data_type
+  | implicit_type
+  ;
+
+implicit_type
+  : %empty { $$ = nullptr; }
+  | signing packed_dims_opt { $$ = new VeriPrimitiveTypeDef(0, $1, $2, @1); }
+  | packed_dims { $$ = new VeriPrimitiveTypeDef(0, 0, $1, @1); }
+  ;
+
+data_type
+  : keyword_type
+  | type_name
+  ;
+
+keyword_type
+  : vector_type signing_opt packed_dims_opt { $$ = new VeriPrimitiveTypeDef($1, $2, $3, @1); }
+  | atom_type signing_opt packed_dims_opt { $$ = veri_atom_type($1, $2, $3, @1); }
+  | struct_keyword packed_opt signing_opt "{" struct_members "}" packed_dims_opt
+    { $$ = veri_struct_type($1, $2, $3, $5, $7, @1); }
+  | "enum" enum_base_opt "{" enum_elements "}" packed_dims_opt { $$ = veri_enum_type($2, $4, $6, @1); }
+  ;
+
+type_name
+  : VERI_TYPE_ID packed_dims_opt { $$ = new VeriTypeName(new VeriIdRef($1, @1), $2, @1); }
+  | VERI_PACKAGE_ID "::" VERI_TYPE_ID packed_dims_opt { $$ = new VeriTypeName(new VeriScopedIdRef($1, $3, @1), $4, @1); }
+  ;
+
+struct_keyword
+  : "struct" { $$ = VERI_STRUCT; }
+  | "union" { $$ = VERI_UNION; }
+  ;
+
+packed_opt
+  : %empty { $$ = 0; }
+  | "packed" { $$ = VERI_PACKED; }
+  ;
+
+struct_members
+  : struct_member { $$ = veri_list<VeriDataDecl>($1); }
+  | struct_members struct_member { $$ = veri_append($1, $2); }
+  ;
+
+struct_member
+  : data_type member_ids ";" { $$ = veri_struct_member($1, $2, @1); }
+  ;
+
+member_ids
+  : member_id { $$ = veri_list<VeriIdDecl>($1); }
+  | member_ids "," member_id { $$ = veri_append($1, $3); }
+  ;
+
+member_id
+  : any_id dimensions_opt { $$ = veri_new_member($1, $2, @1); }
+  ;
+
+enum_base_opt
+  : %empty { $$ = nullptr; }
+  | vector_type signing_opt packed_dims_opt { $$ = new VeriPrimitiveTypeDef($1, $2, $3, @1); }
+  | atom_type signing_opt { $$ = new VeriPrimitiveTypeDef($1, $2, nullptr, @1); }
+  | type_name
+  ;
+
+enum_elements
+  : enum_element { $$ = veri_list<VeriIdDecl>($1); }
+  | enum_elements "," enum_element { $$ = veri_append($1, $3); }
+  ;
+
+enum_element
+  : any_id init_opt { $$ = veri_new_enum_element($1, $2, @1); }
+  ;
+
+packed_dims_opt
+  : %empty { $$ = nullptr; }
+  | packed_dims
+  ;
+
+packed_dims
+  : packed_dim { $$ = veri_list<VeriRange>($1); }
+  | packed_dims packed_dim { veri_need_systemverilog(@2, "multiple packed dimensions"); $$ = veri_append($1, $2); }
+  ;
+
+packed_dim
+  : "[" expr ":" expr "]" { $$ = new VeriRange($2, $4, VERI_COLON, @1); }
+  ;
+
+dimensions_opt
+  : %empty { $$ = nullptr; }
+  | dimensions
+  ;
+
+dimensions
+  : dimension { $$ = veri_list<VeriRange>($1); }
+  | dimensions dimension { $$ = veri_append($1, $2); }
+  ;
+
+dimension
+  : packed_dim
+  | "[" expr "]" { veri_need_systemverilog(@1, "dimension given by its size"); $$ = new VeriRange($2, nullptr, VERI_COLON, @1); }
+  ;
+
+/* Strengths and delays have no effect in hardware. */
+
+strength_opt
+  : %empty
+  | strength
+  ;
+
+strength
+  : "(" strength_word "," strength_word ")"
+  | "(" strength_word ")"
+  ;
+
+strength_word
+  : "supply0" | "supply1" | "strong0" | "strong1" | "pull0" | "pull1" | "weak0" | "weak1" | "highz0" | "highz1"
+  | "small" | "medium" | "large"
+  ;
+
+delay_opt
+  : %empty { $$ = nullptr; }
+  | delay
+  ;
+
+delay
+  : "#" delay_value { $$ = veri_list<VeriExpression>($2); }
+  | "#" "(" mintypmaxes ")" { $$ = $3; }
+  ;
+
+delay_value
+  : literal
+  | name { $$ = $1; }
+  ;
+
+mintypmaxes
+  : mintypmax { $$ = veri_list<VeriExpression>($1); }
+  | mintypmaxes "," mintypmax { $$ = veri_append($1, $3); }
+  ;
+
+/* Subprograms. */
+
+function_decl
+  : function_head tf_ports_opt ";" body "endfunction" closing_label { $$ = veri_end_subprogram($1, $2, $4, $6, @6); }
+  | function_head tf_ports_opt ";" broken_function closing_label { $$ = veri_end_subprogram($1, $2, $4, $5, @5); }
+  ;
+
+function_head
+  : "function" lifetime_opt void_or_data_type VERI_ID { $$ = veri_open_function($2, $3, $4, @4); }
+  ;
+
+void_or_data_type
+  : data_type_or_implicit
+  | "void" { $$ = new VeriPrimitiveTypeDef(VERI_VOID, 0, nullptr, @1); }
+  ;
+
+task_decl
+  : task_head tf_ports_opt ";" body "endtask" closing_label { $$ = veri_end_subprogram($1, $2, $4, $6, @6); }
+  | task_head tf_ports_opt ";" broken_task closing_label { $$ = veri_end_subprogram($1, $2, $4, $5, @5); }
+  ;
+
+task_head
+  : "task" lifetime_opt VERI_ID { $$ = veri_open_task($2, $3, @3); }
+  ;
+
+tf_ports_opt
+  : %empty { $$ = nullptr; }
+  | "(" tf_ports ")" { $$ = $2; }
+  ;
+
+tf_ports
+  : %empty { $$ = nullptr; }
+  | tf_port_list
+  ;
+
+tf_port_list
+  : attrs tf_port { $$ = veri_list<VeriModuleItem>(veri_with($2, $1)); }
+  | attrs variable_id { $$ = veri_continue_tf_port(nullptr, $2, $1); }
+  | tf_port_list "," attrs tf_port { $$ = veri_append_tf_port($1, veri_with($4, $3)); }
+  | tf_port_list "," attrs variable_id { $$ = veri_continue_tf_port($1, $4, $3); }
+  ;
+
+tf_port
+  : direction data_type_or_implicit variable_id { $$ = veri_tf_port($1, $2, $3, @1); }
+  | direction "var" data_type_or_implicit variable_id { $$ = veri_tf_port($1, $3, $4, @1); }
+  | data_type variable_id { $$ = veri_tf_port(0, $1, $2, @1); }
+  ;
+
+/* Declarations, then statements: of subprograms and blocks. */
+
+body
+  : %empty { $$ = nullptr; }
+  | body_decls
+  | body_stmts
+  ;
+
+body_decls
+  : attrs block_declaration { $$ = veri_add_declaration(nullptr, $2, $1); }
+  | attrs import_decl { $$ = veri_add_imports(nullptr, $2, $1); }
+  | body_decls attrs block_declaration { $$ = veri_add_declaration($1, $3, $2); }
+  | body_decls attrs import_decl { $$ = veri_add_imports($1, $3, $2); }
+  ;
+
+body_stmts
+  : statement { $$ = veri_add_statement(nullptr, $1); }
+  | body_decls statement { $$ = veri_add_statement($1, $2); }
+  | body_stmts statement { $$ = veri_add_statement($1, $2); }
+  ;
+
+/* Bodies that a syntax error ends. Where the closing word is missing, the end of the module closes them and stays to be
+   read. */
+
+broken_block
+  : block_break { $$ = nullptr; }
+  | body_decls block_break { $$ = $1; }
+  | body_stmts block_break { $$ = $1; }
+  ;
+
+block_break
+  : error "end"
+  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); }
+  ;
+
+broken_fork
+  : fork_break { $$ = nullptr; }
+  | body_decls fork_break { $$ = $1; }
+  | body_stmts fork_break { $$ = $1; }
+  ;
+
+fork_break
+  : error join_keyword
+  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); }
+  ;
+
+broken_function
+  : function_break { $$ = nullptr; }
+  | body_decls function_break { $$ = $1; }
+  | body_stmts function_break { $$ = $1; }
+  ;
+
+function_break
+  : error "endfunction"
+  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); }
+  ;
+
+broken_task
+  : task_break { $$ = nullptr; }
+  | body_decls task_break { $$ = $1; }
+  | body_stmts task_break { $$ = $1; }
+  ;
+
+task_break
+  : error "endtask"
+  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); }
+  ;
+
+block_declaration
+  : declaration
+  | tf_port_decl
+  ;
+
+tf_port_decl
+  : direction data_type_or_implicit variable_ids ";" { $$ = veri_tf_port_decl($1, $2, $3, @1); }
+  ;
+
+/* Continuous assignments, processes, instances. */
+
+continuous_assign
+  : "assign" strength_opt delay_opt net_assigns ";" { veri_discard($3); $$ = new VeriContinuousAssign($4, @1); }
+  ;
+
+net_assigns
+  : net_assign { $$ = veri_list<VeriNetRegAssign>($1); }
+  | net_assigns "," net_assign { $$ = veri_append($1, $3); }
+  ;
+
+net_assign
+  : lvalue "=" expr { $$ = veri_net_assign($1, $3, @1); }
+  ;
+
+process
+  : "initial" statement { $$ = new VeriInitialConstruct($2, @1); }
+  | always_keyword statement { $$ = new VeriAlwaysConstruct($1, $2, @1); }
+  | "final" statement { veri_discard($2); $$ = new VeriIgnoredItem(VERI_FINAL, @1); }
+  ;
+
+always_keyword
+  : "always" { $$ = VERI_ALWAYS; }
+  | "always_comb" { $$ = VERI_ALWAYS_COMB; }
+  | "always_ff" { $$ = VERI_ALWAYS_FF; }
+  | "always_latch" { $$ = VERI_ALWAYS_LATCH; }
+  ;
+
+defparam_item
+  : "defparam" defparam_assigns ";" { $$ = new VeriDefParam($2, @1); }
+  ;
+
+defparam_assigns
+  : defparam_assign { $$ = veri_list<VeriDefParamAssign>($1); }
+  | defparam_assigns "," defparam_assign { $$ = veri_append($1, $3); }
+  ;
+
+defparam_assign
+  : name "=" mintypmax { $$ = new VeriDefParamAssign($1, $3, @1); }
+  ;
+
+instantiation
+  : VERI_ID instances ";" { $$ = veri_instantiation($1, nullptr, $2, @1); }
+  | VERI_ID param_assignment instances ";" { $$ = veri_instantiation($1, $2, $3, @1); }
+  | VERI_ID strength delay_opt instances ";" { $$ = veri_instantiation($1, $3, $4, @1); }
+  ;
+
+param_assignment
+  : "#" "(" param_values ")" { $$ = $3; }
+  | "#" delay_value { $$ = veri_list<VeriExpression>(new VeriPortConnect(nullptr, $2, false, @2)); }
+  ;
+
+param_values
+  : %empty { $$ = nullptr; }
+  | ordered_params
+  ;
+
+ordered_params
+  : param_value { $$ = veri_list<VeriExpression>($1); }
+  | ordered_params "," param_value { $$ = veri_append($1, $3); }
+  ;
+
+param_value
+  : mintypmax { $$ = new VeriPortConnect(nullptr, $1, false, @1); }
+  | keyword_type { $$ = new VeriPortConnect(nullptr, $1, false, @1); }
+  | "." any_id "(" ")" { $$ = new VeriPortConnect($2, nullptr, false, @1); }
+  | "." any_id "(" mintypmax ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
+  | "." any_id "(" keyword_type ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
+  ;
+
+instances
+  : instance { $$ = veri_list<VeriInst>($1); }
+  | instances "," instance { $$ = veri_append($1, $3); }
+  ;
+
+instance
+  : any_id dimensions_opt "(" connections ")" { $$ = veri_new_instance($1, $2, $4, @1); }
+  | "(" connections ")" { $$ = veri_new_instance(nullptr, nullptr, $2, @1); }
+  ;
+
+connections
+  : attrs connection { $$ = veri_list<VeriExpression>(veri_with($2, $1)); }
+  | connections "," attrs connection { $$ = veri_append($1, veri_with($4, $3)); }
+  ;
+
+connection
+  : %empty { $$ = new VeriPortConnect(nullptr, nullptr, false, @$); }
+  | expr { $$ = new VeriPortConnect(nullptr, $1, false, @1); }
+  | "." any_id { $$ = veri_implicit_connection($2, @1); }
+  | "." any_id "(" ")" { $$ = new VeriPortConnect($2, nullptr, false, @1); }
+  | "." any_id "(" expr ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
+  | ".*" { $$ = new VeriPortConnect("*", nullptr, true, @1); }
+  ;
+
+gate_instantiation
+  : gate_type instances ";" { $$ = veri_gate_instantiation($1, $2, @1); }
+  | gate_type delay instances ";" { veri_discard($2); $$ = veri_gate_instantiation($1, $3, @1); }
+  | gate_type strength delay_opt instances ";" { veri_discard($3); $$ = veri_gate_instantiation($1, $4, @1); }
+  ;
+
+gate_type
+  : "and" { $$ = VERI_AND; }
+  | "nand" { $$ = VERI_NAND; }
+  | "or" { $$ = VERI_OR; }
+  | "nor" { $$ = VERI_NOR; }
+  | "xor" { $$ = VERI_XOR; }
+  | "xnor" { $$ = VERI_XNOR; }
+  | "buf" { $$ = VERI_BUF; }
+  | "not" { $$ = VERI_NOT; }
+  | "bufif0" { $$ = VERI_BUFIF0; }
+  | "bufif1" { $$ = VERI_BUFIF1; }
+  | "notif0" { $$ = VERI_NOTIF0; }
+  | "notif1" { $$ = VERI_NOTIF1; }
+  | "nmos" { $$ = VERI_NMOS; }
+  | "pmos" { $$ = VERI_PMOS; }
+  | "cmos" { $$ = VERI_CMOS; }
+  | "rnmos" { $$ = VERI_RNMOS; }
+  | "rpmos" { $$ = VERI_RPMOS; }
+  | "rcmos" { $$ = VERI_RCMOS; }
+  | "tran" { $$ = VERI_TRAN; }
+  | "tranif0" { $$ = VERI_TRANIF0; }
+  | "tranif1" { $$ = VERI_TRANIF1; }
+  | "rtran" { $$ = VERI_RTRAN; }
+  | "rtranif0" { $$ = VERI_RTRANIF0; }
+  | "rtranif1" { $$ = VERI_RTRANIF1; }
+  | "pullup" { $$ = VERI_PULLUP; }
+  | "pulldown" { $$ = VERI_PULLDOWN; }
+  ;
+
+/* Generate constructs. */
+
+generate_region
+  : "generate" gen_items "endgenerate" { $$ = new VeriGenerateConstruct($2, @1); }
+  | "generate" gen_items error "endgenerate" { $$ = new VeriGenerateConstruct($2, @1); }
+  ;
+
+gen_items
+  : %empty { $$ = new VeriModuleItems; }
+  | gen_items attrs gen_begin_block { $$ = veri_append_item($1, $3, $2); }
+  | gen_items attrs module_item { $$ = veri_append_item($1, $3, $2); }
+  | gen_items attrs import_decl { $$ = veri_append_items($1, $3, $2); }
+  | gen_items attrs ";" { $$ = veri_null_item($1, $2, @3); }
+  | gen_items error ";" { $$ = $1; }
+  ;
+
+gen_conditional
+  : gen_if
+  | gen_case
+  ;
+
+gen_if
+  : "if" "(" expr ")" gen_cond_body %prec LOWER_THAN_ELSE { $$ = new VeriGenerateConditional($3, $5, nullptr, @1); }
+  | "if" "(" expr ")" gen_cond_body "else" gen_cond_body { $$ = new VeriGenerateConditional($3, $5, $7, @1); }
+  ;
+
+gen_cond_body
+  : gen_begin_block
+  | gen_conditional
+  | gen_single
+  | ";" { $$ = nullptr; }
+  ;
+
+gen_case
+  : case_keyword "(" expr ")" gen_case_items "endcase" { $$ = new VeriGenerateCase($1, $3, $5, @1); }
+  ;
+
+gen_case_items
+  : gen_case_item { $$ = veri_list<VeriGenerateCaseItem>($1); }
+  | gen_case_items gen_case_item { $$ = veri_append($1, $2); }
+  ;
+
+gen_case_item
+  : exprs ":" gen_cond_body { $$ = new VeriGenerateCaseItem($1, $3, @1); }
+  | "default" gen_cond_body { $$ = new VeriGenerateCaseItem(nullptr, $2, @1); }
+  | "default" ":" gen_cond_body { $$ = new VeriGenerateCaseItem(nullptr, $3, @1); }
+  ;
+
+gen_for
+  : "for" "(" any_id "=" expr ";" expr ";" gen_step ")" gen_body
+    { $$ = veri_generate_for($3, $5, $7, $9, $11, nullptr, @1); }
+  | "for" "(" "genvar" genvar_id "=" expr ";" expr ";" gen_step ")" gen_body
+    { $$ = veri_generate_for(nullptr, $6, $8, $10, $12, $4, @1); }
+  ;
+
+gen_step
+  : assignment_expr { $$ = $1; }
+  ;
+
+gen_body
+  : gen_begin_block
+  | gen_single
+  ;
+
+gen_begin_block
+  : gen_begin_head gen_items "end" closing_label { $$ = veri_end_generate_block($1, $2, $4, @4); }
+  | gen_begin_head gen_items block_break closing_label { $$ = veri_end_generate_block($1, $2, $4, @4); }
+  ;
+
+gen_begin_head
+  : "begin" label_opt { $$ = veri_open_generate_block($2, @1); }
+  ;
+
+gen_single
+  : gen_single_head plain_item { $$ = veri_end_single_generate($1, $2); }
+  ;
+
+gen_single_head
+  : %empty { $$ = veri_open_generate_block(nullptr, @$); }
+  ;
+
+label_opt
+  : %empty { $$ = nullptr; }
+  | ":" any_id { $$ = $2; }
+  ;
+
+/* User-defined primitives. */
+
+primitive_decl
+  : primitive_end closing_label { $$ = $1; veri_check_unit_label($$, $2); }
+  ;
+
+primitive_end
+  : primitive_head ports_opt trailing_attrs ";" udp_items udp_table "endprimitive"
+    { $$ = veri_new_module($1, nullptr, nullptr, $2, veri_append_item($5, $6, nullptr), $3); }
+  | primitive_head error "endprimitive" { veri_discard($1); $$ = nullptr; }
+  ;
+
+primitive_head
+  : "primitive" any_id { $$ = veri_open_unit(VERI_PRIMITIVE, $2, @2); }
+  ;
+
+udp_items
+  : %empty { $$ = new VeriModuleItems; }
+  | udp_items attrs udp_item { $$ = veri_append_item($1, $3, $2); }
+  ;
+
+udp_item
+  : udp_port_decl
+  | data_decl
+  | "initial" statement { $$ = new VeriInitialConstruct($2, @1); }
+  ;
+
+udp_port_decl
+  : port_decl
+  ;
+
+udp_table
+  : attrs "table" udp_rows "endtable" { $$ = veri_with($3, $1); }
+  ;
+
+udp_rows
+  : udp_row ";" { $$ = veri_add_row(new VeriTable(@1), $1); }
+  | udp_rows udp_row ";" { $$ = veri_add_row($1, $2); }
+  ;
+
+udp_row
+  : udp_symbols ":" udp_symbols { $$ = veri_join_row($1, $3); }
+  | udp_row ":" udp_symbols { $$ = veri_join_row($1, $3); }
+  ;
+
+udp_symbols
+  : VERI_UDP_VALUE { $$ = new std::string($1); }
+  | VERI_UDP_EDGE { $$ = new std::string($1); }
+  | VERI_UDP_WILDCARD_EDGE { $$ = new std::string($1); }
+  | udp_symbols VERI_UDP_VALUE { $$ = $1; *$$ += $2; }
+  | udp_symbols VERI_UDP_EDGE { $$ = $1; *$$ += $2; }
+  | udp_symbols VERI_UDP_WILDCARD_EDGE { $$ = $1; *$$ += $2; }
+  ;
+
+/* Specify blocks describe timing: they are read and make nothing. */
+
+specify_block
+  : "specify" specify_items "endspecify" { $$ = new VeriIgnoredItem(VERI_SPECIFY, @1); }
+  ;
+
+specify_items
+  : %empty
+  | specify_items specify_item
+  | specify_items error ";"
+  ;
+
+specify_item
+  : "specparam" implicit_type specparams ";" { veri_discard($2); }
+  | "pulsestyle_onevent" terminals ";"
+  | "pulsestyle_ondetect" terminals ";"
+  | "showcancelled" terminals ";"
+  | "noshowcancelled" terminals ";"
+  | path "=" path_delays ";"
+  | "if" "(" expr ")" path "=" path_delays ";" { veri_discard($3); }
+  | "ifnone" path "=" path_delays ";"
+  | VERI_SYSTEM_ID "(" timing_arguments ")" ";"
+  ;
+
+specparams
+  : specparam
+  | specparams "," specparam
+  ;
+
+specparam
+  : VERI_ID "=" mintypmax { veri_discard($3); }
+  | VERI_ID "=" "(" mintypmax "," mintypmax ")" { veri_discard($4); veri_discard($6); }
+  ;
+
+path
+  : "(" path_edge terminals polarity path_arrow path_target ")"
+  ;
+
+path_edge
+  : %empty
+  | "posedge"
+  | "negedge"
+  | "edge"
+  ;
+
+path_arrow
+  : "=>"
+  | "*>"
+  ;
+
+path_target
+  : terminals
+  | "(" terminals polarity ":" expr ")" { veri_discard($5); }
+  | "(" terminals "+:" expr ")" { veri_discard($4); }
+  | "(" terminals "-:" expr ")" { veri_discard($4); }
+  ;
+
+polarity
+  : %empty
+  | "+"
+  | "-"
+  ;
+
+terminals
+  : name { veri_discard($1); }
+  | terminals "," name { veri_discard($3); }
+  ;
+
+path_delays
+  : mintypmaxes { veri_discard($1); }
+  | "(" mintypmax "," mintypmaxes ")" { veri_discard($2); veri_discard($4); }
+  ;
+
+timing_arguments
+  : timing_argument
+  | timing_arguments "," timing_argument
+  ;
+
+timing_argument
+  : %empty
+  | timing_event
+  | timing_event "&&&" expr { veri_discard($3); }
+  ;
+
+timing_event
+  : mintypmax { veri_discard($1); }
+  | "posedge" expr { veri_discard($2); }
+  | "negedge" expr { veri_discard($2); }
+  | "edge" edge_list_opt expr { veri_discard($3); }
+  ;
+
+edge_list_opt
+  : %empty
+  | "[" VERI_EDGE_DESCRIPTOR "]"
+  ;
+
+/* Interfaces, assertions, coverage. */
+
+modport_decl
+  : "modport" modports ";" { $$ = new VeriIgnoredItem(VERI_MODPORT, @1); }
+  ;
+
+modports
+  : modport
+  | modports "," modport
+  ;
+
+modport
+  : any_id "(" modport_ports ")"
+  ;
+
+modport_ports
+  : modport_port
+  | modport_ports "," modport_port
+  ;
+
+modport_port
+  : direction any_id
+  | any_id
+  | "import" any_id
+  | "export" any_id
+  | "import" "function" any_id
+  | "import" "task" any_id
+  ;
+
+ignored_item
+  : assert_statement { veri_discard($1); $$ = new VeriIgnoredItem(VERI_ASSERT, @1); }
+  | VERI_ID ":" assert_statement { veri_discard($3); $$ = new VeriIgnoredItem(VERI_ASSERT, @1); }
+  | "property" { veri_skip_to(VERI_ENDPROPERTY); } "endproperty" closing_label
+    { $$ = new VeriIgnoredItem(VERI_PROPERTY, @1); }
+  | "sequence" { veri_skip_to(VERI_ENDSEQUENCE); } "endsequence" closing_label
+    { $$ = new VeriIgnoredItem(VERI_SEQUENCE, @1); }
+  | "covergroup" { veri_skip_to(VERI_ENDGROUP); } "endgroup" closing_label
+    { $$ = new VeriIgnoredItem(VERI_COVERGROUP, @1); }
+  | "clocking" { veri_skip_to(VERI_ENDCLOCKING); } "endclocking" closing_label
+    { $$ = new VeriIgnoredItem(VERI_CLOCKING, @1); }
+  | "class" { veri_skip_to(VERI_ENDCLASS); } "endclass" closing_label
+    { veri_unsupported(@1, "classes"); $$ = nullptr; }
+  | "program" { veri_skip_to(VERI_ENDPROGRAM); } "endprogram" closing_label
+    { veri_unsupported(@1, "programs"); $$ = nullptr; }
+  | "bind" { veri_skip_to(VERI_SEMICOLON); } ";" { veri_unsupported(@1, "bind directives"); $$ = nullptr; }
+  | "alias" { veri_skip_to(VERI_SEMICOLON); } ";" { veri_unsupported(@1, "net aliases"); $$ = nullptr; }
+  ;
+
+assert_keyword
+  : "assert"
+  | "assume"
+  | "cover"
+  ;
+
+assert_statement
+  : assert_keyword "(" expr ")" assert_action { veri_discard($3); $$ = new VeriNullStatement(@1); }
+  | assert_keyword "property" "(" { veri_skip_to(VERI_CPAREN); } ")" assert_action { $$ = new VeriNullStatement(@1); }
+  ;
+
+assert_action
+  : statement %prec LOWER_THAN_ELSE { veri_discard($1); }
+  | statement "else" statement { veri_discard($1); veri_discard($3); }
+  | "else" statement { veri_discard($2); }
+  ;
+
+/* Statements. */
+
+statement
+  : attrs statement_item { $$ = veri_with($2, $1); }
+  | error ";" { $$ = new VeriNullStatement(@1); }
+  ;
+
+statement_item
+  : ";" { $$ = new VeriNullStatement(@1); }
+  | blocking_assign ";"
+  | lvalue "<=" intra_control_opt expr ";"
+    { $$ = new VeriNonBlockingAssign(veri_assignment($1, VERI_LESS_EQ, $4, @1), $3, @1); }
+  | procedural_continuous ";"
+  | case_statement
+  | conditional
+  | loop_statement
+  | seq_block
+  | par_block
+  | timed_statement
+  | jump_statement ";"
+  | labelled_statement
+  | assert_statement
+  | "->" name ";" { $$ = new VeriEventTrigger($2, @1); }
+  | "disable" name ";" { $$ = new VeriDisable($2, @1); }
+  | "disable" "fork" ";" { veri_unsupported(@1, "disable fork"); $$ = new VeriNullStatement(@1); }
+  | name ";" { $$ = new VeriTaskEnable($1, nullptr, @1); }
+  | name "(" call_arguments_opt ")" ";" { $$ = new VeriTaskEnable($1, $3, @1); }
+  | VERI_SYSTEM_ID ";" { $$ = new VeriSystemTaskEnable($1, nullptr, @1); }
+  | VERI_SYSTEM_ID "(" system_arguments_opt ")" ";" { $$ = new VeriSystemTaskEnable($1, $3, @1); }
+  | "void" "'" "(" name "(" call_arguments_opt ")" ")" ";" { $$ = new VeriTaskEnable($4, $6, @1); }
+  ;
+
+labelled_statement
+  : VERI_ID ":" statement_item { veri_need_systemverilog(@2, "statement label"); $$ = $3; }
+  ;
+
+lvalue
+  : name { $$ = $1; }
+  | concat
+  | assignment_pattern
+  ;
+
+blocking_assign
+  : lvalue "=" intra_control_opt expr
+    { $$ = new VeriBlockingAssign(veri_assignment($1, VERI_ASSIGN_OP, $4, @1), $3, @1); }
+  | lvalue operator_assign expr { $$ = new VeriBlockingAssign(veri_assignment($1, $2, $3, @1), nullptr, @1); }
+  | lvalue increment { $$ = new VeriBlockingAssign(veri_assignment($1, $2, nullptr, @1), nullptr, @1); }
+  | increment lvalue { $$ = new VeriBlockingAssign(veri_assignment($2, $1, nullptr, @1), nullptr, @1); }
+  ;
+
+/* The steps of generate loops. */
+assignment_expr
+  : name "=" expr { $$ = veri_assignment($1, VERI_ASSIGN_OP, $3, @1); }
+  | name operator_assign expr { $$ = veri_assignment($1, $2, $3, @1); }
+  | name increment { $$ = veri_assignment($1, $2, nullptr, @1); }
+  | increment name { $$ = veri_assignment($2, $1, nullptr, @1); }
+  ;
+
+operator_assign
+  : "+=" { $$ = VERI_PLUS_ASSIGN; }
+  | "-=" { $$ = VERI_MINUS_ASSIGN; }
+  | "*=" { $$ = VERI_STAR_ASSIGN; }
+  | "/=" { $$ = VERI_SLASH_ASSIGN; }
+  | "%=" { $$ = VERI_MODULO_ASSIGN; }
+  | "&=" { $$ = VERI_AND_ASSIGN; }
+  | "|=" { $$ = VERI_OR_ASSIGN; }
+  | "^=" { $$ = VERI_XOR_ASSIGN; }
+  | "<<=" { $$ = VERI_SHIFT_LEFT_ASSIGN; }
+  | ">>=" { $$ = VERI_SHIFT_RIGHT_ASSIGN; }
+  | "<<<=" { $$ = VERI_ARITH_SHIFT_LEFT_ASSIGN; }
+  | ">>>=" { $$ = VERI_ARITH_SHIFT_RIGHT_ASSIGN; }
+  ;
+
+increment
+  : "++" { $$ = VERI_INCREMENT; }
+  | "--" { $$ = VERI_DECREMENT; }
+  ;
+
+intra_control_opt
+  : %empty { $$ = nullptr; }
+  | delay { $$ = veri_delay_control($1, @1); }
+  | event_control { $$ = new VeriDelayOrEventControl(nullptr, nullptr, $1, @1); }
+  | "repeat" "(" expr ")" event_control { $$ = new VeriDelayOrEventControl(nullptr, $3, $5, @1); }
+  ;
+
+event_control
+  : "@" name { $$ = veri_list<VeriExpression>($2); }
+  | "@" "(" events ")" { $$ = $3; }
+  | "@" "*" { $$ = new VeriExpressions; }
+  | "@" "(*)" { $$ = new VeriExpressions; }
+  | "@" "(" "*" ")" { $$ = new VeriExpressions; }
+  | "@" "(" "*)" { $$ = new VeriExpressions; }
+  | "@" "(*" ")" { $$ = new VeriExpressions; }
+  ;
+
+events
+  : event_list
+  ;
+
+event_list
+  : event_expr { $$ = veri_list<VeriExpression>($1); }
+  | event_list "or" event_expr { $$ = veri_append($1, $3); }
+  | event_list "," event_expr { $$ = veri_append($1, $3); }
+  ;
+
+event_expr
+  : expr { $$ = new VeriEventExpression(0, $1, @1); }
+  | "posedge" expr { $$ = new VeriEventExpression(VERI_POSEDGE, $2, @1); }
+  | "negedge" expr { $$ = new VeriEventExpression(VERI_NEGEDGE, $2, @1); }
+  | event_expr "iff" expr { veri_unsupported(@2, "iff in an event expression"); veri_discard($3); $$ = $1; }
+  ;
+
+timed_statement
+  : delay statement { $$ = veri_delayed_statement($1, $2, @1); }
+  | event_control statement { $$ = new VeriEventControlStatement($1, $2, @1); }
+  | "wait" "(" expr ")" statement { $$ = new VeriWait($3, $5, @1); }
+  | "wait" "fork" ";" { veri_unsupported(@1, "wait fork"); $$ = new VeriNullStatement(@1); }
+  ;
+
+procedural_continuous
+  : "assign" lvalue "=" expr { $$ = new VeriAssign($2, $4, @1); }
+  | "deassign" lvalue { $$ = new VeriDeAssign($2, nullptr, @1); }
+  | "force" lvalue "=" expr { $$ = new VeriForce($2, $4, @1); }
+  | "release" lvalue { $$ = new VeriRelease($2, nullptr, @1); }
+  ;
+
+jump_statement
+  : "return" expr_opt { $$ = new VeriJumpStatement(VERI_RETURN, $2, @1); }
+  | "break" { $$ = new VeriJumpStatement(VERI_BREAK, nullptr, @1); }
+  | "continue" { $$ = new VeriJumpStatement(VERI_CONTINUE, nullptr, @1); }
+  ;
+
+expr_opt
+  : %empty { $$ = nullptr; }
+  | expr
+  ;
+
+unique_priority
+  : "unique" { $$ = VERI_UNIQUE; }
+  | "priority" { $$ = VERI_PRIORITY; }
+  ;
+
+unique_priority_opt
+  : %empty { $$ = 0; }
+  | unique_priority
+  ;
+
+conditional
+  : unique_priority_opt "if" "(" expr ")" statement %prec LOWER_THAN_ELSE
+    { $$ = new VeriConditionalStatement($4, $6, nullptr, $1, @2); }
+  | unique_priority_opt "if" "(" expr ")" statement "else" statement
+    { $$ = new VeriConditionalStatement($4, $6, $8, $1, @2); }
+  ;
+
+case_keyword
+  : "case" { $$ = VERI_CASE; }
+  | "casex" { $$ = VERI_CASEX; }
+  | "casez" { $$ = VERI_CASEZ; }
+  ;
+
+case_statement
+  : unique_priority_opt case_keyword "(" expr ")" trailing_attrs case_items "endcase"
+    { $$ = veri_with<VeriStatement>(new VeriCaseStatement($2, $1, $4, $7, @2), $6); }
+  | unique_priority_opt case_keyword "(" expr ")" trailing_attrs case_items error "endcase"
+    { $$ = veri_with<VeriStatement>(new VeriCaseStatement($2, $1, $4, $7, @2), $6); }
+  ;
+
+case_items
+  : case_item { $$ = veri_list<VeriCaseItem>($1); }
+  | case_items case_item { $$ = veri_append($1, $2); }
+  ;
+
+case_item
+  : exprs ":" statement { $$ = new VeriCaseItem($1, $3, @1); }
+  | "default" statement { $$ = new VeriCaseItem(nullptr, $2, @1); }
+  | "default" ":" statement { $$ = new VeriCaseItem(nullptr, $3, @1); }
+  ;
+
+loop_statement
+  : "forever" statement { $$ = new VeriForever($2, nullptr, @1); }
+  | "repeat" "(" expr ")" statement { $$ = new VeriRepeat($3, $5, nullptr, @1); }
+  | "while" "(" expr ")" statement { $$ = new VeriWhile($3, $5, nullptr, false, @1); }
+  | "do" statement "while" "(" expr ")" ";" { $$ = new VeriWhile($5, $2, nullptr, true, @1); }
+  | "for" "(" for_inits ";" expr_opt ";" for_steps ")" statement { $$ = veri_for(nullptr, $3, $5, $7, $9, @1); }
+  | "for" "(" for_head ";" expr_opt ";" for_steps ")" statement { $$ = veri_for($3, nullptr, $5, $7, $9, @1); }
+  | "foreach" "(" name ")" statement
+    { veri_unsupported(@1, "foreach loops"); veri_discard($3); veri_discard($5); $$ = new VeriNullStatement(@1); }
+  ;
+
+for_head
+  : data_type variable_id { $$ = veri_open_for($1, $2, @1); }
+  | "var" data_type variable_id { $$ = veri_open_for($2, $3, @1); }
+  | for_head "," variable_id { $$ = veri_continue_for($1, $3); }
+  ;
+
+for_inits
+  : for_init_assign { $$ = veri_list<VeriStatement>($1); }
+  | for_inits "," for_init_assign { $$ = veri_append($1, $3); }
+  ;
+
+for_init_assign
+  : lvalue "=" expr { $$ = new VeriBlockingAssign(veri_assignment($1, VERI_ASSIGN_OP, $3, @1), nullptr, @1); }
+  ;
+
+for_steps
+  : %empty { $$ = nullptr; }
+  | for_step { $$ = veri_list<VeriStatement>($1); }
+  | for_steps "," for_step { $$ = veri_append($1, $3); }
+  ;
+
+for_step
+  : blocking_assign
+  ;
+
+seq_block
+  : block_head body "end" closing_label { $$ = veri_end_block($1, $2, $4, @4); }
+  | block_head broken_block closing_label { $$ = veri_end_block($1, $2, $3, @3); }
+  ;
+
+block_head
+  : "begin" label_opt { $$ = veri_open_block(VERI_BEGIN, $2, @1); }
+  ;
+
+par_block
+  : par_head body join_keyword closing_label { $$ = veri_end_block($1, $2, $4, @4); }
+  | par_head broken_fork closing_label { $$ = veri_end_block($1, $2, $3, @3); }
+  ;
+
+par_head
+  : "fork" label_opt { $$ = veri_open_block(VERI_FORK, $2, @1); }
+  ;
+
+join_keyword
+  : "join" { $$ = VERI_JOIN; }
+  | "join_any" { $$ = VERI_JOIN_ANY; }
+  | "join_none" { $$ = VERI_JOIN_NONE; }
+  ;
+
+/* Expressions. */
+
+exprs
+  : expr { $$ = veri_list<VeriExpression>($1); }
+  | exprs "," expr { $$ = veri_append($1, $3); }
+  ;
+
+mintypmax
+  : expr
+  | expr ":" expr ":" expr { $$ = veri_bounded(new VeriMinTypMaxExpr($1, $3, $5, @1)); }
+  ;
+
+expr
+  : primary
+  | "+" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_PLUS, $3, @1); }
+  | "-" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_MINUS, $3, @1); }
+  | "!" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_BANG, $3, @1); }
+  | "~" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_TILDE, $3, @1); }
+  | "&" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_AMPERSAND, $3, @1); }
+  | "~&" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_NAND_OP, $3, @1); }
+  | "|" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_BAR, $3, @1); }
+  | "~|" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_NOR_OP, $3, @1); }
+  | "^" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_CARET, $3, @1); }
+  | "~^" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_XNOR_OP, $3, @1); }
+  | expr "+" operand_attrs expr { $$ = veri_binary(VERI_PLUS, $1, $4, @1); }
+  | expr "-" operand_attrs expr { $$ = veri_binary(VERI_MINUS, $1, $4, @1); }
+  | expr "*" operand_attrs expr { $$ = veri_binary(VERI_STAR, $1, $4, @1); }
+  | expr "/" operand_attrs expr { $$ = veri_binary(VERI_SLASH, $1, $4, @1); }
+  | expr "%" operand_attrs expr { $$ = veri_binary(VERI_MODULO, $1, $4, @1); }
+  | expr "**" operand_attrs expr { $$ = veri_binary(VERI_POWER, $1, $4, @1); }
+  | expr "==" operand_attrs expr { $$ = veri_binary(VERI_EQ, $1, $4, @1); }
+  | expr "!=" operand_attrs expr { $$ = veri_binary(VERI_NEQ, $1, $4, @1); }
+  | expr "===" operand_attrs expr { $$ = veri_binary(VERI_CASE_EQ, $1, $4, @1); }
+  | expr "!==" operand_attrs expr { $$ = veri_binary(VERI_CASE_NEQ, $1, $4, @1); }
+  | expr "==?" operand_attrs expr { $$ = veri_binary(VERI_WILD_EQ, $1, $4, @1); }
+  | expr "!=?" operand_attrs expr { $$ = veri_binary(VERI_WILD_NEQ, $1, $4, @1); }
+  | expr "&&" operand_attrs expr { $$ = veri_binary(VERI_LOG_AND, $1, $4, @1); }
+  | expr "||" operand_attrs expr { $$ = veri_binary(VERI_LOG_OR, $1, $4, @1); }
+  | expr "<" operand_attrs expr { $$ = veri_binary(VERI_LESS, $1, $4, @1); }
+  | expr "<=" operand_attrs expr { $$ = veri_binary(VERI_LESS_EQ, $1, $4, @1); }
+  | expr ">" operand_attrs expr { $$ = veri_binary(VERI_GREATER, $1, $4, @1); }
+  | expr ">=" operand_attrs expr { $$ = veri_binary(VERI_GREATER_EQ, $1, $4, @1); }
+  | expr "&" operand_attrs expr { $$ = veri_binary(VERI_AMPERSAND, $1, $4, @1); }
+  | expr "|" operand_attrs expr { $$ = veri_binary(VERI_BAR, $1, $4, @1); }
+  | expr "^" operand_attrs expr { $$ = veri_binary(VERI_CARET, $1, $4, @1); }
+  | expr "~^" operand_attrs expr { $$ = veri_binary(VERI_XNOR_OP, $1, $4, @1); }
+  | expr "<<" operand_attrs expr { $$ = veri_binary(VERI_SHIFT_LEFT, $1, $4, @1); }
+  | expr ">>" operand_attrs expr { $$ = veri_binary(VERI_SHIFT_RIGHT, $1, $4, @1); }
+  | expr "<<<" operand_attrs expr { $$ = veri_binary(VERI_ARITH_SHIFT_LEFT, $1, $4, @1); }
+  | expr ">>>" operand_attrs expr { $$ = veri_binary(VERI_ARITH_SHIFT_RIGHT, $1, $4, @1); }
+  | expr "?" operand_attrs expr ":" expr %prec "?" { $$ = veri_bounded(new VeriQuestionColon($1, $4, $6, @1)); }
+  ;
+
+primary
+  : literal
+  | name { $$ = $1; }
+  | name "(" call_arguments_opt ")" { $$ = veri_bounded(new VeriFunctionCall($1, $3, @1)); }
+  | VERI_SYSTEM_ID { $$ = new VeriSystemFunctionCall($1, nullptr, @1); }
+  | VERI_SYSTEM_ID "(" system_arguments_opt ")" { $$ = veri_bounded(new VeriSystemFunctionCall($1, $3, @1)); }
+  | concat
+  | "(" mintypmax ")" { $$ = $2; }
+  | "(" assignment_expr ")" { $$ = veri_bounded($2); }
+  | cast_type "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
+  | primary "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
+  | assignment_pattern
+  | type_name "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
+  | type_name "'" braced_pattern { $$ = veri_bounded(new VeriTypeCast($1, $3, @1)); }
+  ;
+
+cast_type
+  : vector_type { $$ = new VeriPrimitiveTypeDef($1, 0, nullptr, @1); }
+  | atom_type { $$ = new VeriPrimitiveTypeDef($1, 0, nullptr, @1); }
+  | signing { $$ = new VeriPrimitiveTypeDef(0, $1, nullptr, @1); }
+  ;
+
+concat
+  : "{" exprs "}" { $$ = veri_bounded(new VeriConcat(nullptr, $2, @1)); }
+  | "{" expr "{" exprs "}" "}" { $$ = veri_bounded(new VeriConcat($2, $4, @1)); }
+  ;
+
+assignment_pattern
+  : "'" braced_pattern { $$ = $2; }
+  ;
+
+braced_pattern
+  : "{" exprs "}" { $$ = veri_pattern($2, @1); }
+  | "{" keyed_parts "}" { $$ = veri_keyed_pattern($2, @1); }
+  | "{" expr "{" exprs "}" "}" { $$ = veri_replicated_pattern($2, $4, @1); }
+  ;
+
+keyed_parts
+  : expr ":" expr { $$ = veri_add_part(nullptr, $1, $3); }
+  | "default" ":" expr { $$ = veri_add_part(nullptr, nullptr, $3); }
+  | keyed_parts "," expr ":" expr { $$ = veri_add_part($1, $3, $5); }
+  | keyed_parts "," "default" ":" expr { $$ = veri_add_part($1, nullptr, $5); }
+  ;
+
+call_arguments_opt
+  : call_arguments
+  ;
+
+call_arguments
+  : argument { $$ = veri_argument_list($1); }
+  | call_arguments "," argument { $$ = veri_append_argument($1, $3); }
+  ;
+
+argument
+  : %empty { $$ = nullptr; }
+  | expr
+  | "." any_id "(" ")" { $$ = new VeriPortConnect($2, nullptr, false, @1); }
+  | "." any_id "(" expr ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
+  ;
+
+system_arguments_opt
+  : system_arguments
+  ;
+
+system_arguments
+  : system_argument { $$ = veri_argument_list($1); }
+  | system_arguments "," system_argument { $$ = veri_append_argument($1, $3); }
+  ;
+
+system_argument
+  : %empty { $$ = nullptr; }
+  | expr
+  | keyword_type { $$ = $1; }
+  | type_name { $$ = $1; }
+  ;
+
+name
+  : plain_name
+  | indexed_name { $$ = $1; }
+  ;
+
+plain_name
+  : VERI_ID { $$ = new VeriIdRef($1, @1); }
+  | VERI_PACKAGE_ID "::" VERI_ID { $$ = new VeriScopedIdRef($1, $3, @1); }
+  | name "." any_id { $$ = veri_selected($1, $3, @1); }
+  ;
+
+indexed_name
+  : plain_name "[" index "]" { $$ = veri_index($1, $3); }
+  | indexed_name "[" index "]" { $$ = veri_add_index($1, $3); }
+  ;
+
+index
+  : expr
+  | expr ":" expr { $$ = new VeriRange($1, $3, VERI_COLON, @1); }
+  | expr "+:" expr { $$ = new VeriRange($1, $3, VERI_PLUS_COLON, @1); }
+  | expr "-:" expr { $$ = new VeriRange($1, $3, VERI_MINUS_COLON, @1); }
+  ;
+
+literal
+  : VERI_NUMBER %prec LOWER_THAN_BASE { $$ = new VeriIntLiteral($1, VeriValue::FromLiteral($1), @1); }
+  | VERI_NUMBER VERI_BASE VERI_BASED_VALUE { $$ = veri_based_literal($1, $2, $3, @1); }
+  | VERI_BASE VERI_BASED_VALUE { $$ = veri_based_literal(nullptr, $1, $2, @1); }
+  | VERI_UNSIZED_LITERAL { $$ = veri_unsized_literal($1, @1); }
+  | VERI_REAL_NUMBER { $$ = new VeriRealLiteral($1, VeriValue::FromLiteral($1), @1); }
+  | VERI_TIME_LITERAL { $$ = veri_time_literal($1, @1); }
+  | VERI_STRING_LITERAL { $$ = veri_string_literal($1, @1); }
+  ;
+
+%%
+
+/* A syntax error names what would have been legal. Default reductions of empty rules may have left states where more was
+   legal, so those below are asked as well; a token that was shifted in between ends the search. */
+static int yyreport_syntax_error(const yypcontext_t* context) {
+  std::vector<bool> is_legal(VERI_AFTER_LAST_TOKEN, false);
+  const yy_state_t* state = context->yyssp;
+  for (unsigned left = empty_reductions;; left--, state--) {
+    const int row = yypact[*state];
+    for (int code = VERI_FIRST_TOKEN; code < VERI_AFTER_LAST_TOKEN; code++) {
+      const int entry = row + YYTRANSLATE(code);
+      if (yypact_value_is_default(row) || entry < 0 || entry > YYLAST || yycheck[entry] != YYTRANSLATE(code)) continue;
+      if (!yytable_value_is_error(yytable[entry])) is_legal[static_cast<unsigned>(code)] = true;
+    }
+    if (!left || YY_ACCESSING_SYMBOL(*state) < YYNTOKENS) break;
+  }
+  std::vector<unsigned> expected;
+  for (unsigned code = VERI_FIRST_TOKEN; code < VERI_AFTER_LAST_TOKEN; code++)
+    if (is_legal[code] && VeriTreeNode::PrintErrorToken(code) && VeriTreeNode::IsLegalToken(code))
+      expected.push_back(code);
+  VeriLex::Error(veri_expected_hint(std::move(expected)).c_str());
+  return 0;
+}
