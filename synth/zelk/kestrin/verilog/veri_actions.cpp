@@ -99,19 +99,25 @@ void keep(const veri_token& token) {
   parser.has_kept = true;
 }
 
+int name_code(const VeriIdDef* id) {
+  if (id && id->IsDataType()) return VERI_TYPE_ID;
+  return VERI_ID;
+}
+
 /// SystemVerilog cannot be read without knowing which names are types and packages.
 int classify_name(const veri_token& token) {
   if (parser.last_code == VERI_DOT) return VERI_ID;
   if (parser.last_code == VERI_SCOPE_OP) {
     const VeriIdDef* id = parser.package ? find_in_package(parser.package, token.text) : nullptr;
-    return id && id->IsDataType() ? VERI_TYPE_ID : VERI_ID;
+    return name_code(id);
   }
-  if (const VeriIdDef* id = find_visible(token.text)) return id->IsDataType() ? VERI_TYPE_ID : VERI_ID;
+  if (const VeriIdDef* id = find_visible(token.text)) return name_code(id);
   if (!veri_file::FindPackage(token.text, parser.work)) return VERI_ID;
   veri_token next;
   scan(&next);
   keep(next);
-  return next.code == VERI_SCOPE_OP ? VERI_PACKAGE_ID : VERI_ID;
+  if (next.code != VERI_SCOPE_OP) return VERI_ID;
+  return VERI_PACKAGE_ID;
 }
 
 } // namespace
@@ -326,8 +332,7 @@ std::unique_ptr<VeriScope> pop_scope(VeriScopeHead* head) {
   if (!head->scope) return nullptr;
   VeriScope* scope = head->scope.get();
   for (; parser.scope && parser.scope != scope; parser.scope = parser.scope->Upper()) {
-    kestrin_debug("pop_scope(%s) - Found incorrect scope belonging to %s", owner_name(scope),
-                  owner_name(parser.scope));
+    kestrin_debug("pop_scope(%s) - Found incorrect scope belonging to %s", owner_name(scope), owner_name(parser.scope));
     if (!Message::ErrorCount()) KESTRIN_REPORT_INTERNAL("the parser scope stack was mismanaged");
   }
   scope->Check();
@@ -472,8 +477,7 @@ void check_type(const VeriTypeDef* type, std::initializer_list<int> legal, unsig
   if (VeriNode::IsSystemVerilog() || !is_explicit(type)) return;
   for (const int token : legal)
     if (static_cast<unsigned>(token) == type->Type()) return;
-  veri_error(place, "objects with type %s cannot be declared as %s", type_text(type),
-             VeriTreeNode::PrintToken(object));
+  veri_error(place, "objects with type %s cannot be declared as %s", type_text(type), VeriTreeNode::PrintToken(object));
 }
 
 void check_port_type(unsigned direction, const VeriTypeDef* type, bool of_subprogram, veri_location place) {
@@ -572,7 +576,8 @@ VeriParamDecl* new_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* id
 
 void declare_param(const VeriParamDecl* decl, VeriTypeDef* type, VeriIdDecl* declaration) {
   auto* id = declaration->IdAs<VeriParamId>();
-  if (!declaration->Value()) veri_need_systemverilog(static_cast<veri_location>(id->Linefile()), "a parameter without value");
+  if (!declaration->Value())
+    veri_need_systemverilog(static_cast<veri_location>(id->Linefile()), "a parameter without value");
   id->SetParamToken(decl->Token());
   id->SetType(type);
   id->SetUnpackedRanges(declaration->Ranges());
@@ -722,7 +727,8 @@ VeriExpression* veri_interface_port(const char* interface, const char* modport, 
   VeriName* type = new VeriIdRef(interface, place);
   if (modport) type = new VeriSelectedName(type, modport, place);
   VeriIdDecl* id = veri_new_variable(name, ranges, nullptr, place);
-  auto* decl = new VeriDataDecl(VERI_INOUT, 0, new VeriTypeName(type, nullptr, place), veri_list<VeriIdDecl>(id), place);
+  auto* decl =
+      new VeriDataDecl(VERI_INOUT, 0, new VeriTypeName(type, nullptr, place), veri_list<VeriIdDecl>(id), place);
   declare_ansi_port(decl, id);
   return new VeriAnsiPortDecl(decl, place);
 }
@@ -741,8 +747,7 @@ VeriExpressions* veri_continue_ansi_port(VeriExpressions* ports, VeriIdDecl* id,
 }
 
 VeriDataDecl* veri_tf_port(unsigned direction, VeriTypeDef* type, VeriIdDecl* id, veri_location place) {
-  VeriModuleItem* decl =
-      veri_tf_port_decl(direction_of_port(direction, place), type, veri_list<VeriIdDecl>(id), place);
+  VeriModuleItem* decl = veri_tf_port_decl(direction_of_port(direction, place), type, veri_list<VeriIdDecl>(id), place);
   return static_cast<VeriDataDecl*>(decl);
 }
 
@@ -778,7 +783,7 @@ VeriScopeHead* veri_open_unit(unsigned token, const char* name, veri_location pl
 VeriDesignUnit* veri_new_module(VeriScopeHead* head, VeriModuleItems* imports, VeriModuleItems* parameters,
                                 VeriExpressions* ports, VeriModuleItems* items, Map* attributes) {
   const std::unique_ptr<VeriScopeHead> owned(head);
-  items = veri_join(imports, items);
+  if (imports) items = veri_join(veri_append_items(new VeriModuleItems, imports, nullptr), items);
   std::unique_ptr<VeriScope> scope = pop_scope(head);
   VeriModule* module = nullptr;
   switch (head->token) {
@@ -831,7 +836,10 @@ void veri_add_global(VeriModuleItem* item, Map* attributes, veri_location place)
 }
 
 void veri_add_globals(VeriModuleItems* items, Map* attributes, veri_location place) {
-  for (VeriModuleItem* item : *items) veri_add_global(item, std::exchange(attributes, nullptr), place);
+  for (VeriModuleItem* import : *items) {
+    veri_add_global(import, std::exchange(attributes, nullptr), place);
+    parser.scope->AddImport(static_cast<VeriImport*>(import));
+  }
   items->Reset();
   delete items;
 }
@@ -918,6 +926,7 @@ VeriModuleItems* veri_append_item(VeriModuleItems* items, VeriModuleItem* item, 
 }
 
 VeriModuleItems* veri_append_items(VeriModuleItems* items, VeriModuleItems* more, Map* attributes) {
+  for (VeriModuleItem* import : *more) parser.scope->AddImport(static_cast<VeriImport*>(import));
   if (more->Size())
     more->GetFirst()->AddAttributes(attributes);
   else
@@ -1051,11 +1060,12 @@ VeriModuleItem* veri_generate_for(const char* genvar, VeriExpression* initial, V
 VeriScopeHead* veri_open_generate_block(const char* label, veri_location place) {
   auto* head = new VeriScopeHead(VERI_GENERATE, place);
   auto id = std::make_unique<VeriBlockId>(label ? label : "", place);
+  if (!label) id->Set(IDF_ANONYMOUS);
   if (label) {
     // Blocks of the branches of one construct may share a name; one at most comes to exist (clause 12.4.3).
     const VeriIdDef* former = parser.scope->FindHere(label);
-    const bool is_branch = former && former->IsBlock() && former->LocalScope() &&
-                           former->LocalScope()->Kind() == SCOPE_GENERATE;
+    const bool is_branch =
+        former && former->IsBlock() && former->LocalScope() && former->LocalScope()->Kind() == SCOPE_GENERATE;
     if (!is_branch) declare_id(id.get());
   }
   push_scope(head, SCOPE_GENERATE, id.get());
@@ -1150,8 +1160,7 @@ VeriScopeHead* veri_open_for(VeriTypeDef* type, VeriIdDecl* id, veri_location pl
   veri_need_systemverilog(place, "a declaration in a for statement");
   auto* head = new VeriScopeHead(VERI_FOR, place);
   push_scope(head, SCOPE_BLOCK, nullptr);
-  head->declaration.reset(
-      static_cast<VeriDataDecl*>(veri_data_decl(type, veri_list<VeriIdDecl>(id), place)));
+  head->declaration.reset(static_cast<VeriDataDecl*>(veri_data_decl(type, veri_list<VeriIdDecl>(id), place)));
   return head;
 }
 
@@ -1164,8 +1173,8 @@ VeriScopeHead* veri_continue_for(VeriScopeHead* head, VeriIdDecl* id) {
   return head;
 }
 
-VeriStatement* veri_for(VeriScopeHead* head, VeriStatements* initials, VeriExpression* condition,
-                        VeriStatements* steps, VeriStatement* body, veri_location place) {
+VeriStatement* veri_for(VeriScopeHead* head, VeriStatements* initials, VeriExpression* condition, VeriStatements* steps,
+                        VeriStatement* body, veri_location place) {
   const std::unique_ptr<VeriScopeHead> owned(head);
   std::unique_ptr<VeriScope> scope = head ? pop_scope(head) : nullptr;
   VeriDataDecl* declaration = head ? head->declaration.release() : nullptr;
@@ -1223,8 +1232,7 @@ VeriIndexedName* veri_index(VeriName* prefix, VeriExpression* index) {
 
 VeriIndexedName* veri_add_index(VeriIndexedName* name, VeriExpression* index) {
   const VeriExpressions& indices = name->Indices();
-  if (indices.Size() && indices.GetLast()->AsRange())
-    name->Error("range must be the final index in the indexed name");
+  if (indices.Size() && indices.GetLast()->AsRange()) name->Error("range must be the final index in the indexed name");
   name->AddIndex(veri_bounded(index));
   return name;
 }
@@ -1284,6 +1292,12 @@ VeriExpression* vector_literal(const std::string& text, veri_location place) {
 }
 
 } // namespace
+
+VeriExpression* veri_number_literal(const char* text, veri_location place) {
+  OwnedValue value = VeriValue::FromLiteral(text);
+  if (!value) value = VeriValue::FromInteger(0); // too wide, which was reported
+  return new VeriIntLiteral(text, std::move(value), place);
+}
 
 VeriExpression* veri_based_literal(const char* size, const char* base, const char* digits, veri_location place) {
   if (size && !std::strpbrk(size, "123456789")) {

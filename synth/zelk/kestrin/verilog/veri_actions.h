@@ -1,5 +1,5 @@
-// What the actions of the grammar do: nodes that take more than a constructor, declarations, scopes while they are open,
-// and the parser's own messages. Only the grammar includes this file, and whoever runs the parser for VeriParser.
+// What the actions of the grammar do: nodes that take more than a constructor, declarations, scopes while they are
+// open, and the parser's own messages. Only the grammar includes this file, and whoever runs the parser for VeriParser.
 //
 // Everything that an action is handed is consumed. Texts are the scanner's. `place` is a location, never 0.
 #ifndef KESTRIN_VERILOG_VERI_ACTIONS_H
@@ -189,8 +189,8 @@ VeriScopeHead* veri_open_block(unsigned token, const char* label, veri_location 
 VeriStatement* veri_end_block(VeriScopeHead* head, VeriBody* body, const char* label, veri_location label_place);
 VeriScopeHead* veri_open_for(VeriTypeDef* type, VeriIdDecl* id, veri_location place);
 VeriScopeHead* veri_continue_for(VeriScopeHead* head, VeriIdDecl* id);
-VeriStatement* veri_for(VeriScopeHead* head, VeriStatements* initials, VeriExpression* condition,
-                        VeriStatements* steps, VeriStatement* body, veri_location place);
+VeriStatement* veri_for(VeriScopeHead* head, VeriStatements* initials, VeriExpression* condition, VeriStatements* steps,
+                        VeriStatement* body, veri_location place);
 VeriAssignmentOperator* veri_assignment(VeriExpression* target, unsigned token, VeriExpression* value,
                                         veri_location place);
 VeriDelayOrEventControl* veri_delay_control(VeriExpressions* delay, veri_location place);
@@ -212,6 +212,7 @@ VeriPatternParts* veri_add_part(VeriPatternParts* parts, VeriExpression* key, Ve
 /// Arguments of calls; null stands for an empty place.
 VeriExpressions* veri_argument_list(VeriExpression* first);
 VeriExpressions* veri_append_argument(VeriExpressions* arguments, VeriExpression* next);
+VeriExpression* veri_number_literal(const char* text, veri_location place);
 VeriExpression* veri_based_literal(const char* size, const char* base, const char* digits, veri_location place);
 VeriExpression* veri_unsized_literal(const char* text, veri_location place);
 VeriExpression* veri_time_literal(const char* text, veri_location place);

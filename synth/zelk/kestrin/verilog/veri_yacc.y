@@ -6,13 +6,21 @@
 %require "3.8"
 %define api.prefix {veri}
 %define api.token.prefix {TOKEN_}
-%define api.location.type {veri_location}
+%define api.location.type {veri_place}
 %define parse.error custom
 %locations
 %expect 0
 
 %code top {
 #include "verilog/veri_actions.h"
+
+/* A location, as four numbers because the skeleton fills that many. */
+struct veri_place {
+  veri_location linefile;
+  unsigned unused[3];
+  operator veri_location() const { return linefile; }
+};
+
 #define VERILTYPE_IS_TRIVIAL 1
 #define YYINITDEPTH 200
 #define YYMAXDEPTH 10000
@@ -30,8 +38,8 @@ namespace {
 
 unsigned empty_reductions = 0; // since the last reduction of another rule
 
-int verilex(VERISTYPE* value, veri_location* place) { return veri_next_token(&value->text, place); }
-void verierror(const veri_location* place, const char*) { veri_report_stack_overflow(*place); }
+int verilex(VERISTYPE* value, veri_place* place) { return veri_next_token(&value->text, &place->linefile); }
+void verierror(const veri_place* place, const char*) { veri_report_stack_overflow(*place); }
 
 } // namespace
 }
@@ -1734,7 +1742,7 @@ index
   ;
 
 literal
-  : VERI_NUMBER %prec LOWER_THAN_BASE { $$ = new VeriIntLiteral($1, VeriValue::FromLiteral($1), @1); }
+  : VERI_NUMBER %prec LOWER_THAN_BASE { $$ = veri_number_literal($1, @1); }
   | VERI_NUMBER VERI_BASE VERI_BASED_VALUE { $$ = veri_based_literal($1, $2, $3, @1); }
   | VERI_BASE VERI_BASED_VALUE { $$ = veri_based_literal(nullptr, $1, $2, @1); }
   | VERI_UNSIZED_LITERAL { $$ = veri_unsized_literal($1, @1); }

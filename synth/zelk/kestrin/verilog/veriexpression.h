@@ -602,8 +602,10 @@ public:
   virtual const VeriNodes<VeriRange>* Ranges() const { return nullptr; }
   /// VERI_SIGNED, VERI_UNSIGNED or 0.
   virtual unsigned Signing() const { return 0; }
-  /// The keyword; 0 for an implicit type.
+  /// The keyword; 0 for an implicit type and for a type by name.
   virtual unsigned Type() const { return 0; }
+  /// The declaration names no type.
+  virtual unsigned IsImplicit() const { return 0; }
   VeriTypeInfo TypeInfer(VeriDataFlow* flow) override;
   OwnedValue EvaluateIn(VeriDataFlow*, const VeriTypeInfo&) override { return nullptr; }
   OwnedConstraint EvaluateConstraint(VeriDataFlow*) override { return CreateConstraint(); }
@@ -627,6 +629,7 @@ public:
   const VeriNodes<VeriRange>* Ranges() const override { return _ranges; }
   unsigned Signing() const override { return _signing; }
   unsigned Type() const override { return _token; }
+  unsigned IsImplicit() const override { return !_token; }
 
 private:
   unsigned _token;

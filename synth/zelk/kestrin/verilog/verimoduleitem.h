@@ -90,8 +90,9 @@ public:
   VeriTypeDef* DataType() const { return _type; }
   VeriIdDecls* Ids() const { return _ids; }
   /// Whether the type says more than the direction: `input [3:0] a` does not, `output reg a` does.
-  bool HasExplicitType() const { return _net_type != 0 || (_type && _type->Type() != 0) || _is_var; }
+  bool HasExplicitType() const { return _net_type != 0 || (_type && !_type->IsImplicit()) || _is_var; }
   void SetIsVar() { _is_var = true; }
+  bool IsVar() const { return _is_var; }
 
 private:
   void ApplyAttributesTo(const VeriValue& nets) const;
@@ -117,6 +118,7 @@ public:
   void Initialize() override;
   unsigned Token() const { return _token; }
   void MakeLocal();
+  VeriTypeDef* DataType() const { return _type; }
   VeriIdDecls* Ids() const { return _ids; }
 
 private:

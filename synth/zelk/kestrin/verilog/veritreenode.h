@@ -5,6 +5,7 @@
 
 #include <iosfwd>
 #include <memory>
+#include <utility>
 
 #include "containers/views.h"
 #include "verilog/verinode.h"
@@ -73,6 +74,8 @@ public:
   const Map* Attributes() const { return _attributes; }
   /// Merges the map into the node's and takes it over; of equal names the new value wins with a warning.
   void AddAttributes(Map* attributes);
+  /// The attributes, which are the caller's then.
+  Map* TakeAttributes() { return std::exchange(_attributes, nullptr); }
   /// The node of the value; null when the attribute is absent or has no value.
   VeriExpression* GetAttribute(const char* name) const;
   unsigned HasAttribute(const char* name) const;
