@@ -836,10 +836,7 @@ void veri_add_global(VeriModuleItem* item, Map* attributes, veri_location place)
 }
 
 void veri_add_globals(VeriModuleItems* items, Map* attributes, veri_location place) {
-  for (VeriModuleItem* import : *items) {
-    veri_add_global(import, std::exchange(attributes, nullptr), place);
-    parser.scope->AddImport(static_cast<VeriImport*>(import));
-  }
+  for (VeriModuleItem* item : *items) veri_add_global(item, std::exchange(attributes, nullptr), place);
   items->Reset();
   delete items;
 }
@@ -926,7 +923,6 @@ VeriModuleItems* veri_append_item(VeriModuleItems* items, VeriModuleItem* item, 
 }
 
 VeriModuleItems* veri_append_items(VeriModuleItems* items, VeriModuleItems* more, Map* attributes) {
-  for (VeriModuleItem* import : *more) parser.scope->AddImport(static_cast<VeriImport*>(import));
   if (more->Size())
     more->GetFirst()->AddAttributes(attributes);
   else
