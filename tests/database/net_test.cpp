@@ -449,4 +449,17 @@ TEST_F(Connectivity, PortBusesTakeElementsOfOneLevel) {
   EXPECT_EQ(up.ElementAtIndex(2), &one);
 }
 
+TEST_F(Connectivity, SignalsMatchThroughBuffersRingsAndPairsOfInverters) {
+  Net* clock = UserNet("clock");
+  Net* renamed = UserNet("renamed");
+  renamed->Wire(top->UserNetBuf(clock, 0));
+  Net* inverted = top->Inv(renamed, 0);
+  EXPECT_EQ(Netlist::NetMatch(clock, renamed), 1U);
+  EXPECT_EQ(Netlist::NetMatch(clock, inverted), 0U);
+  EXPECT_EQ(Netlist::NetMatch(inverted, top->Inv(clock, 0)), 1U);
+  EXPECT_EQ(Netlist::NetMatch(top->Inv(inverted, 0), clock), 1U);
+  EXPECT_EQ(Netlist::NetMatch(clock, UserNet("other")), 0U);
+  EXPECT_EQ(Netlist::NetMatch(clock, nullptr), 0U);
+}
+
 } // namespace

@@ -93,3 +93,45 @@ void Net::AddAsyncConditions(Set* done, Net* condition, Net* hold, Instance* dff
     }
   }
 }
+
+namespace {
+/// Calls `visit` for a net and the nets wired to it, until one answers true.
+template <class Visit> bool any_on_ring(Net* net, Visit visit) {
+  Net* member = net;
+  do {
+    if (visit(member)) return true;
+    member = member->WireNext();
+  } while (member && member != net);
+  return false;
+}
+
+/// Where a net's value comes from, looked for through buffers and inverters.
+struct SignalSource {
+  explicit SignalSource(Net* start) : net(start) {
+    Set visited(HASH_POINTER);
+    while (visited.Insert(net) && Step()) {}
+  }
+
+  bool Step() {
+    return any_on_ring(net, [this](const Net* member) {
+      Net* input = member->BufNet();
+      Net* inverted = input ? nullptr : member->InvNet();
+      if (!input && !inverted) return false;
+      is_inverted = is_inverted != (inverted != nullptr);
+      net = input ? input : inverted;
+      return true;
+    });
+  }
+
+  Net* net;
+  bool is_inverted = false;
+};
+} // namespace
+
+unsigned Netlist::NetMatch(Net* a, Net* b) {
+  if (!a || !b) return 0;
+  SignalSource first(a);
+  SignalSource second(b);
+  if (first.is_inverted != second.is_inverted) return 0;
+  return any_on_ring(first.net, [&](const Net* member) { return member == second.net; });
+}
