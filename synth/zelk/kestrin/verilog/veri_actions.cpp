@@ -122,17 +122,15 @@ int classify_name(const veri_token& token) {
 
 } // namespace
 
-int veri_next_token(const char** text, veri_location* place) {
+veri_token veri_next_token() {
   veri_token token;
   scan(&token);
-  *text = token.text;
-  *place = token.linefile ? token.linefile : static_cast<veri_location>(VeriLex::GetLineFile());
-  int code = token.code;
-  if (code == VERI_ID && VeriNode::IsSystemVerilog()) code = classify_name(token);
-  if (code == VERI_SCOPE_OP) parser.package = parser.last_text;
-  parser.last_code = code;
+  if (!token.linefile) token.linefile = static_cast<veri_location>(VeriLex::GetLineFile());
+  if (token.code == VERI_ID && VeriNode::IsSystemVerilog()) token.code = classify_name(token);
+  if (token.code == VERI_SCOPE_OP) parser.package = parser.last_text;
+  parser.last_code = token.code;
   parser.last_text = token.text;
-  return code;
+  return token;
 }
 
 void veri_unread(int code, veri_location place) {
@@ -1289,18 +1287,30 @@ VeriExpression* vector_literal(const std::string& text, veri_location place) {
 
 } // namespace
 
-VeriExpression* veri_number_literal(const char* text, veri_location place) {
-  OwnedValue value = VeriValue::FromLiteral(text);
-  if (!value) value = VeriValue::FromInteger(0); // too wide, which was reported
-  return new VeriIntLiteral(text, std::move(value), place);
+/// The scanner warned when the number has more than 32 bits.
+VeriExpression* veri_number_literal(int number, veri_location place) {
+  const std::string text = std::to_string(static_cast<unsigned>(number));
+  return new VeriIntLiteral(text.c_str(), VeriValue::FromInteger(number), place);
 }
 
-VeriExpression* veri_based_literal(const char* size, const char* base, const char* digits, veri_location place) {
-  if (size && !std::strpbrk(size, "123456789")) {
+VeriExpression* veri_real_literal(double number, veri_location place) {
+  std::string text = OwnedString(Strings::dtoa(number)).get();
+  if (text.find_first_of(".e") == std::string::npos) text += ".0";
+  return new VeriRealLiteral(text.c_str(), VeriValue::FromReal(number), place);
+}
+
+VeriExpression* veri_sized_literal(int size, const char* base, const char* digits, veri_location place) {
+  if (!size) {
     veri_error(place, "sized number cannot have 0 size");
-    size = "1";
+    size = 1;
   }
-  const std::string text = std::string(size ? size : "") + base + digits;
+  const std::string text = std::to_string(static_cast<unsigned>(size)) + base + digits;
+  veri_read_literal(text.c_str(), place);
+  return vector_literal(text, place);
+}
+
+VeriExpression* veri_based_literal(const char* base, const char* digits, veri_location place) {
+  const std::string text = std::string(base) + digits;
   veri_read_literal(text.c_str(), place);
   return vector_literal(text, place);
 }

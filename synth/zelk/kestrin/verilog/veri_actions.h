@@ -66,7 +66,8 @@ struct VeriScopeHead {
 };
 
 // The scanner's side.
-int veri_next_token(const char** text, veri_location* place);
+/// With the code of the name that an identifier is.
+veri_token veri_next_token();
 /// The token comes again; nothing may have been read behind it.
 void veri_unread(int code, veri_location place);
 /// Drops tokens up to this one, which comes next; parentheses in between are counted for a closing one.
@@ -212,8 +213,10 @@ VeriPatternParts* veri_add_part(VeriPatternParts* parts, VeriExpression* key, Ve
 /// Arguments of calls; null stands for an empty place.
 VeriExpressions* veri_argument_list(VeriExpression* first);
 VeriExpressions* veri_append_argument(VeriExpressions* arguments, VeriExpression* next);
-VeriExpression* veri_number_literal(const char* text, veri_location place);
-VeriExpression* veri_based_literal(const char* size, const char* base, const char* digits, veri_location place);
+VeriExpression* veri_number_literal(int number, veri_location place);
+VeriExpression* veri_real_literal(double number, veri_location place);
+VeriExpression* veri_sized_literal(int size, const char* base, const char* digits, veri_location place);
+VeriExpression* veri_based_literal(const char* base, const char* digits, veri_location place);
 VeriExpression* veri_unsized_literal(const char* text, veri_location place);
 VeriExpression* veri_time_literal(const char* text, veri_location place);
 VeriExpression* veri_string_literal(const char* text, veri_location place);

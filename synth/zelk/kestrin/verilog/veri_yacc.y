@@ -38,7 +38,18 @@ namespace {
 
 unsigned empty_reductions = 0; // since the last reduction of another rule
 
-int verilex(VERISTYPE* value, veri_place* place) { return veri_next_token(&value->text, &place->linefile); }
+int verilex(VERISTYPE* value, veri_place* place) {
+  const veri_token token = veri_next_token();
+  place->linefile = token.linefile;
+  if (token.code == VERI_NUMBER)
+    value->number = token.number;
+  else if (token.code == VERI_REAL_NUMBER)
+    value->real = token.real;
+  else
+    value->text = token.text;
+  return token.code;
+}
+
 void verierror(const veri_place* place, const char*) { veri_report_stack_overflow(*place); }
 
 } // namespace
@@ -48,6 +59,8 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 
 %union {
   const char* text; // of the scanner
+  int number;
+  double real;
   unsigned token;
   VeriExpression* expr;
   VeriExpressions* exprs;
@@ -97,8 +110,10 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 /* The name of a package in front of "::". */
 %token VERI_PACKAGE_ID 1002
 
-%type <text> VERI_ID VERI_TYPE_ID VERI_PACKAGE_ID VERI_NUMBER VERI_BASE VERI_BASED_VALUE VERI_UNSIZED_LITERAL VERI_REAL_NUMBER
+%type <text> VERI_ID VERI_TYPE_ID VERI_PACKAGE_ID VERI_BASE VERI_BASED_VALUE VERI_UNSIZED_LITERAL
   VERI_STRING_LITERAL VERI_SYSTEM_ID VERI_UDP_EDGE VERI_UDP_WILDCARD_EDGE VERI_UDP_VALUE VERI_TIME_LITERAL
+%type <number> VERI_NUMBER
+%type <real> VERI_REAL_NUMBER
 %type <text> any_id package_id label_opt closing_label
 %type <token> module_keyword direction net_type signing signing_opt vector_type atom_type gate_type case_keyword
   lifetime_opt packed_opt operator_assign increment always_keyword unique_priority unique_priority_opt join_keyword
@@ -1743,10 +1758,10 @@ index
 
 literal
   : VERI_NUMBER %prec LOWER_THAN_BASE { $$ = veri_number_literal($1, @1); }
-  | VERI_NUMBER VERI_BASE VERI_BASED_VALUE { $$ = veri_based_literal($1, $2, $3, @1); }
-  | VERI_BASE VERI_BASED_VALUE { $$ = veri_based_literal(nullptr, $1, $2, @1); }
+  | VERI_NUMBER VERI_BASE VERI_BASED_VALUE { $$ = veri_sized_literal($1, $2, $3, @1); }
+  | VERI_BASE VERI_BASED_VALUE { $$ = veri_based_literal( $1, $2, @1); }
   | VERI_UNSIZED_LITERAL { $$ = veri_unsized_literal($1, @1); }
-  | VERI_REAL_NUMBER { $$ = new VeriRealLiteral($1, VeriValue::FromLiteral($1), @1); }
+  | VERI_REAL_NUMBER { $$ = veri_real_literal($1, @1); }
   | VERI_TIME_LITERAL { $$ = veri_time_literal($1, @1); }
   | VERI_STRING_LITERAL { $$ = veri_string_literal($1, @1); }
   ;
