@@ -141,6 +141,8 @@ OwnedValue VeriExpression::EvaluateNets() {
   return nullptr;
 }
 
+void VeriExpression::AddToSensList(Set& /*ids*/) {}
+
 OwnedValue VeriExpression::FitTo(OwnedValue value, const VeriTypeInfo& type, const VeriTreeNode* from) {
   if (!value || type.is_real || value->IsReal() || value->IsAggregate() || value->IsDualPortValue()) return value;
   if (!type.is_signed) value->SetUnsigned();

@@ -174,8 +174,10 @@ void VeriScope::ReportAmbiguous(const char* name) const {
       "%s was imported from multiple packages with ::* - none of the imported declarations are visible";
   const VeriTreeNode* top = VeriTreeNode::TopNode();
   veri_error(top ? top->Linefile() : 0, format, name);
+  std::vector<const VeriIdDef*> candidates; // the last import comes first
   for (const MapItem* item = _imported_with_all.GetItem(name); item; item = _imported_with_all.GetNextSameKeyItem(item))
-    FromWord<VeriIdDef*>(item->Value())->Info("see declaration of %s", name);
+    candidates.insert(candidates.begin(), FromWord<const VeriIdDef*>(item->Value()));
+  for (const VeriIdDef* id : candidates) id->Info("see declaration of %s", name);
 }
 
 VeriIdDef* VeriScope::FindImported(const char* name) const {
