@@ -64,6 +64,7 @@ private:
   bool wants_interface_files() const;
   void resolve_for_interface_files();
   bool write_interface_files();
+  void write_xml_interface_file();
   HDB_ACTION_PT_INSTANCE* get_action_pt_inst() const;
 
   // Verilog macros of the project and of earlier files.

@@ -20,6 +20,7 @@ private:
   /// In order of declaration, local ones left out: a position of the host counts these.
   std::vector<std::string> parameter_names() const;
   void run_kernel();
+  void add_defaults_to_netlist();
   void register_additional_dependencies();
   void register_ports_type();
   void dump_port_types(HDB_ENTITY* entity);
