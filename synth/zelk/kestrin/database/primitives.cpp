@@ -481,7 +481,7 @@ unsigned PrimMux::Propagate(Instance* inst) {
 unsigned PrimFadd::Propagate(Instance* inst) {
   Net* sum = inst->GetOutput();
   Net* carry = inst->GetCout();
-  if (!inst->Owner() || (!sum && !carry) || (sum && !IsHidden(sum)) || (carry && !IsHidden(carry))) return 0;
+  if (!inst->Owner() || sum == carry || (sum && !IsHidden(sum)) || (carry && !IsHidden(carry))) return 0;
   Net* inputs[] = {inst->GetCin(), inst->GetInput1(), inst->GetInput2()};
   for (Net* input : inputs)
     if (!input || input == sum || input == carry || input->IsWired()) return 0;
