@@ -45,7 +45,7 @@ void VeriParamId::Initialize() {
   bool is_typed = NumUnpacked() || (Type() && (!primitive || primitive->Type() || primitive->Ranges()));
   OwnedValue value;
   if (is_typed) {
-    if (const VeriConstraint* type = GetConstraint()) value = expression->EvaluateFor(*type, nullptr);
+    if (const VeriConstraint* type = VeriValuedId::GetConstraint()) value = expression->EvaluateFor(*type, nullptr);
     if (value && !value->IsConstant()) {
       expression->Error("expression %s is not constant", expression->Image().c_str());
       value = nullptr;
