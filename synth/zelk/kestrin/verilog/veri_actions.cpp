@@ -368,13 +368,15 @@ void check_for_keyword(const VeriIdDef* id) {
 
 void refuse(VeriIdDef* id) { id->Set(IDF_IN_ERROR); }
 
-bool declare_id(VeriIdDef* id) {
+bool declare_in(VeriScope* scope, VeriIdDef* id) {
   check_for_keyword(id);
-  if (declaring_scope()->Declare(id)) return true;
+  if (scope->Declare(id)) return true;
   id->Error("%s is already declared", id->Name());
   refuse(id);
   return false;
 }
+
+bool declare_id(VeriIdDef* id) { return declare_in(declaring_scope(), id); }
 
 /// Where two declarations of a port tell its type, the one with dimensions says more, then the one with a sign.
 VeriTypeDef* richer_type(VeriTypeDef* first, VeriTypeDef* second) {
@@ -1124,8 +1126,9 @@ VeriScopeHead* veri_open_block(unsigned token, const char* label, veri_location 
   head->outer = parser.block;
   head->base = parser.scope;
   if (label) {
+    // The name of a block is no declaration of the unnamed block around it.
     auto id = std::make_unique<VeriBlockId>(label, place);
-    declare_id(id.get());
+    declare_in(parser.scope, id.get());
     push_scope(head, SCOPE_BLOCK, id.get());
     head->id = std::make_unique<VeriIdDecl>(std::move(id), nullptr, nullptr, place);
   }
