@@ -81,9 +81,7 @@ module ports_old (a, b, sel, q, y);
     and (implicit, a[0], b[0]);
 endmodule
 
-module wired (input a, b, c, output y, z, output [1:0] s);
-    wand y;
-    wor z;
+module wired (input a, b, c, output wand y, output wor z, output [1:0] s);
     assign y = a;
     assign y = b;
     assign z = a;

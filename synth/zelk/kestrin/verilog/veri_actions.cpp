@@ -368,15 +368,14 @@ void check_for_keyword(const VeriIdDef* id) {
 
 void refuse(VeriIdDef* id) { id->Set(IDF_IN_ERROR); }
 
-bool declare_in(VeriScope* scope, VeriIdDef* id) {
+void declare_in(VeriScope* scope, VeriIdDef* id) {
   check_for_keyword(id);
-  if (scope->Declare(id)) return true;
+  if (scope->Declare(id)) return;
   id->Error("%s is already declared", id->Name());
   refuse(id);
-  return false;
 }
 
-bool declare_id(VeriIdDef* id) { return declare_in(declaring_scope(), id); }
+void declare_id(VeriIdDef* id) { declare_in(declaring_scope(), id); }
 
 /// Where two declarations of a port tell its type, the one with dimensions says more, then the one with a sign.
 VeriTypeDef* richer_type(VeriTypeDef* first, VeriTypeDef* second) {
@@ -409,10 +408,7 @@ void declare_port(VeriIdDecl* declaration) {
     existing->SetDir(id->Dir());
     return merge(declaration, existing);
   }
-  if (!existing) {
-    declare_id(id);
-    return;
-  }
+  if (!existing) return declare_id(id);
   id->Error("port %s is already declared", id->Name());
   refuse(id);
 }
@@ -420,10 +416,7 @@ void declare_port(VeriIdDecl* declaration) {
 void declare_net_reg(VeriIdDecl* declaration) {
   auto* id = declaration->IdAs<VeriVariable>();
   VeriVariable* existing = variable_here(id->Name());
-  if (!existing || !existing->Dir()) {
-    declare_id(id);
-    return;
-  }
+  if (!existing || !existing->Dir()) return declare_id(id);
   if (existing->Is(IDF_ANSI_PORT)) {
     id->Error("object %s declared in a list of port declarations cannot be redeclared within the module body",
               id->Name());
@@ -822,6 +815,10 @@ VeriDesignUnit* veri_new_package(VeriScopeHead* head, VeriModuleItems* items, Ma
 void veri_finish_unit(VeriDesignUnit* unit, Map* attributes) {
   if (!unit) return VeriTreeNode::DeleteAttributes(attributes);
   unit->AddAttributes(attributes);
+  if (!*unit->Name()) { // of a head that cannot be read
+    delete unit;
+    return;
+  }
   veri_file::NewlyFound().Insert(unit->GetId());
   if (parser.work->AddDesignUnit(unit)) return;
   veri_file::NewlyFound().Remove(unit->GetId());
@@ -1305,6 +1302,10 @@ VeriExpression* veri_real_literal(double number, veri_location place) {
 VeriExpression* veri_sized_literal(int size, const char* base, const char* digits, veri_location place) {
   if (!size) {
     veri_error(place, "sized number cannot have 0 size");
+    size = 1;
+  }
+  if (static_cast<unsigned>(size) > veri_max_width) {
+    veri_error(place, "no support for vectors of more than %u bits", veri_max_width);
     size = 1;
   }
   const std::string text = std::to_string(static_cast<unsigned>(size)) + base + digits;

@@ -150,7 +150,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <defparams> defparam_assigns
 %type <gen_case_item> gen_case_item
 %type <gen_case_items> gen_case_items
-%type <stmt> statement statement_item for_step blocking_assign jump_statement assert_statement seq_block par_block case_statement
+%type <stmt> statement substatement statement_item for_step blocking_assign jump_statement assert_statement seq_block par_block case_statement
   conditional loop_statement timed_statement procedural_continuous for_init_assign labelled_statement
 %type <stmts> for_steps for_inits
 %type <case_item> case_item
@@ -235,10 +235,14 @@ module_end
     { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
   | unit_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items error "endmodule"
     { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
+  | unit_head error ";" module_items "endmodule" { $$ = veri_new_module($1, nullptr, nullptr, nullptr, $4, nullptr); }
+  | unit_head error ";" module_items error "endmodule"
+    { $$ = veri_new_module($1, nullptr, nullptr, nullptr, $4, nullptr); }
   ;
 
 unit_head
   : module_keyword lifetime_opt any_id { $$ = veri_open_unit($1, $3, @3); }
+  | module_keyword lifetime_opt error { $$ = veri_open_unit($1, "", @1); }
   ;
 
 extern_module
@@ -507,6 +511,7 @@ module_only_item
   | defparam_item
   | specify_block
   | modport_decl
+  | VERI_ID ":" assert_statement { veri_discard($3); $$ = new VeriIgnoredItem(VERI_ASSERT, @1); }
   ;
 
 /* Of modules and of blocks alike. */
@@ -952,9 +957,9 @@ net_assign
   ;
 
 process
-  : "initial" statement { $$ = new VeriInitialConstruct($2, @1); }
-  | always_keyword statement { $$ = new VeriAlwaysConstruct($1, $2, @1); }
-  | "final" statement { veri_discard($2); $$ = new VeriIgnoredItem(VERI_FINAL, @1); }
+  : "initial" substatement { $$ = new VeriInitialConstruct($2, @1); }
+  | always_keyword substatement { $$ = new VeriAlwaysConstruct($1, $2, @1); }
+  | "final" substatement { veri_discard($2); $$ = new VeriIgnoredItem(VERI_FINAL, @1); }
   ;
 
 always_keyword
@@ -1332,7 +1337,6 @@ modport_port
 
 ignored_item
   : assert_statement { veri_discard($1); $$ = new VeriIgnoredItem(VERI_ASSERT, @1); }
-  | VERI_ID ":" assert_statement { veri_discard($3); $$ = new VeriIgnoredItem(VERI_ASSERT, @1); }
   | "property" { veri_skip_to(VERI_ENDPROPERTY); } "endproperty" closing_label
     { $$ = new VeriIgnoredItem(VERI_PROPERTY, @1); }
   | "sequence" { veri_skip_to(VERI_ENDSEQUENCE); } "endsequence" closing_label
@@ -1361,9 +1365,9 @@ assert_statement
   ;
 
 assert_action
-  : statement %prec LOWER_THAN_ELSE { veri_discard($1); }
-  | statement "else" statement { veri_discard($1); veri_discard($3); }
-  | "else" statement { veri_discard($2); }
+  : substatement %prec LOWER_THAN_ELSE { veri_discard($1); }
+  | substatement "else" substatement { veri_discard($1); veri_discard($3); }
+  | "else" substatement { veri_discard($2); }
   ;
 
 /* Statements. */
@@ -1371,6 +1375,16 @@ assert_action
 statement
   : attrs statement_item { $$ = veri_with($2, $1); }
   | error ";" { $$ = new VeriNullStatement(@1); }
+  ;
+
+/* A statement that belongs to another one: where it is broken, the end of what is around ends it and stays to be read. */
+substatement
+  : statement
+  | error "end" { veri_unread(VERI_END, @2); $$ = new VeriNullStatement(@1); }
+  | error "endcase" { veri_unread(VERI_ENDCASE, @2); $$ = new VeriNullStatement(@1); }
+  | error "endfunction" { veri_unread(VERI_ENDFUNCTION, @2); $$ = new VeriNullStatement(@1); }
+  | error "endtask" { veri_unread(VERI_ENDTASK, @2); $$ = new VeriNullStatement(@1); }
+  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); $$ = new VeriNullStatement(@1); }
   ;
 
 statement_item
@@ -1479,9 +1493,9 @@ event_expr
   ;
 
 timed_statement
-  : delay statement { $$ = veri_delayed_statement($1, $2, @1); }
-  | event_control statement { $$ = new VeriEventControlStatement($1, $2, @1); }
-  | "wait" "(" expr ")" statement { $$ = new VeriWait($3, $5, @1); }
+  : delay substatement { $$ = veri_delayed_statement($1, $2, @1); }
+  | event_control substatement { $$ = new VeriEventControlStatement($1, $2, @1); }
+  | "wait" "(" expr ")" substatement { $$ = new VeriWait($3, $5, @1); }
   | "wait" "fork" ";" { veri_unsupported(@1, "wait fork"); $$ = new VeriNullStatement(@1); }
   ;
 
@@ -1514,9 +1528,9 @@ unique_priority_opt
   ;
 
 conditional
-  : unique_priority_opt "if" "(" expr ")" statement %prec LOWER_THAN_ELSE
+  : unique_priority_opt "if" "(" expr ")" substatement %prec LOWER_THAN_ELSE
     { $$ = new VeriConditionalStatement($4, $6, nullptr, $1, @2); }
-  | unique_priority_opt "if" "(" expr ")" statement "else" statement
+  | unique_priority_opt "if" "(" expr ")" substatement "else" substatement
     { $$ = new VeriConditionalStatement($4, $6, $8, $1, @2); }
   ;
 
@@ -1539,19 +1553,19 @@ case_items
   ;
 
 case_item
-  : exprs ":" statement { $$ = new VeriCaseItem($1, $3, @1); }
-  | "default" statement { $$ = new VeriCaseItem(nullptr, $2, @1); }
-  | "default" ":" statement { $$ = new VeriCaseItem(nullptr, $3, @1); }
+  : exprs ":" substatement { $$ = new VeriCaseItem($1, $3, @1); }
+  | "default" substatement { $$ = new VeriCaseItem(nullptr, $2, @1); }
+  | "default" ":" substatement { $$ = new VeriCaseItem(nullptr, $3, @1); }
   ;
 
 loop_statement
-  : "forever" statement { $$ = new VeriForever($2, nullptr, @1); }
-  | "repeat" "(" expr ")" statement { $$ = new VeriRepeat($3, $5, nullptr, @1); }
-  | "while" "(" expr ")" statement { $$ = new VeriWhile($3, $5, nullptr, false, @1); }
-  | "do" statement "while" "(" expr ")" ";" { $$ = new VeriWhile($5, $2, nullptr, true, @1); }
-  | "for" "(" for_inits ";" expr_opt ";" for_steps ")" statement { $$ = veri_for(nullptr, $3, $5, $7, $9, @1); }
-  | "for" "(" for_head ";" expr_opt ";" for_steps ")" statement { $$ = veri_for($3, nullptr, $5, $7, $9, @1); }
-  | "foreach" "(" name ")" statement
+  : "forever" substatement { $$ = new VeriForever($2, nullptr, @1); }
+  | "repeat" "(" expr ")" substatement { $$ = new VeriRepeat($3, $5, nullptr, @1); }
+  | "while" "(" expr ")" substatement { $$ = new VeriWhile($3, $5, nullptr, false, @1); }
+  | "do" substatement "while" "(" expr ")" ";" { $$ = new VeriWhile($5, $2, nullptr, true, @1); }
+  | "for" "(" for_inits ";" expr_opt ";" for_steps ")" substatement { $$ = veri_for(nullptr, $3, $5, $7, $9, @1); }
+  | "for" "(" for_head ";" expr_opt ";" for_steps ")" substatement { $$ = veri_for($3, nullptr, $5, $7, $9, @1); }
+  | "foreach" "(" name ")" substatement
     { veri_unsupported(@1, "foreach loops"); veri_discard($3); veri_discard($5); $$ = new VeriNullStatement(@1); }
   ;
 
@@ -1777,6 +1791,8 @@ static int yyreport_syntax_error(const yypcontext_t* context) {
     const int row = yypact[*state];
     for (int code = VERI_FIRST_TOKEN; code < VERI_AFTER_LAST_TOKEN; code++) {
       const int entry = row + YYTRANSLATE(code);
+      if (code == VERI_COLON && YY_ACCESSING_SYMBOL(*state) == YYSYMBOL_VERI_ID && !VeriNode::IsSystemVerilog())
+        continue; // the label of a statement
       if (yypact_value_is_default(row) || entry < 0 || entry > YYLAST || yycheck[entry] != YYTRANSLATE(code)) continue;
       if (!yytable_value_is_error(yytable[entry])) is_legal[static_cast<unsigned>(code)] = true;
     }
