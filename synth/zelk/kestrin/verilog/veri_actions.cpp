@@ -1280,6 +1280,8 @@ VeriExpressions* veri_append_argument(VeriExpressions* arguments, VeriExpression
 namespace {
 
 VeriExpression* vector_literal(const std::string& text, veri_location place) {
+  const VeriNullStatement here(place); // where messages are raised
+  const VeriNodeScope scope(&here);
   OwnedValue value = VeriValue::FromLiteral(text);
   if (!value) value = VeriValue::FromNumber(0, 1, /*is_signed=*/false); // too wide, which was reported
   return new VeriVectorLiteral(text.c_str(), std::move(value), place);
@@ -1302,10 +1304,6 @@ VeriExpression* veri_real_literal(double number, veri_location place) {
 VeriExpression* veri_sized_literal(int size, const char* base, const char* digits, veri_location place) {
   if (!size) {
     veri_error(place, "sized number cannot have 0 size");
-    size = 1;
-  }
-  if (static_cast<unsigned>(size) > veri_max_width) {
-    veri_error(place, "no support for vectors of more than %u bits", veri_max_width);
     size = 1;
   }
   const std::string text = std::to_string(static_cast<unsigned>(size)) + base + digits;
