@@ -54,8 +54,8 @@ void Netlist::PropagateConstants() {
   ProfileScope scope("***Propagating constants***");
   unsigned total = 0;
   while (unsigned folded = FoldingSweep(this).Run()) total += folded;
-  if (!total) return;
-  kestrin_debug("Propagated constants through %d instances", total);
+  if (total) kestrin_debug("Propagated constants through %d instances", total);
+  // Registers let go of asynchronous data that is never loaded; that counts as no change.
   RemoveDanglingLogic();
 }
 

@@ -261,6 +261,10 @@ private:
 
 void InferencePass::Run() {
   SortInferPoints();
+  if (_heap.Size()) { // made here, so that they are not called after a signal
+    _constants.Gnd();
+    _constants.X();
+  }
   ForEachReference(Prim::Static(PRIM_Z), _netlist, [this](Instance*) { _has_z = true; });
   const Netlist* view = Prim::Static(PRIM_INFER_POINT);
   while (HeapNode* node = _heap.ExtractRoot()) {
