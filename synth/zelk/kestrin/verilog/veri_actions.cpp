@@ -714,6 +714,11 @@ VeriExpression* veri_ansi_port(unsigned direction, unsigned net_type, VeriTypeDe
   return new VeriAnsiPortDecl(decl, place);
 }
 
+VeriExpression* veri_with_port_attributes(VeriExpression* port, Map* attributes) {
+  static_cast<VeriAnsiPortDecl*>(port)->Decl()->AddAttributes(attributes);
+  return port;
+}
+
 VeriExpression* veri_interface_port(const char* interface, const char* modport, const char* name, VeriRanges* ranges,
                                     veri_location place) {
   veri_need_systemverilog(place, "an interface port");
@@ -724,10 +729,6 @@ VeriExpression* veri_interface_port(const char* interface, const char* modport, 
       new VeriDataDecl(VERI_INOUT, 0, new VeriTypeName(type, nullptr, place), veri_list<VeriIdDecl>(id), place);
   declare_ansi_port(decl, id);
   return new VeriAnsiPortDecl(decl, place);
-}
-
-VeriExpressions* veri_append_ansi_port(VeriExpressions* ports, VeriExpression* port) {
-  return veri_append(ports, port);
 }
 
 VeriExpressions* veri_continue_ansi_port(VeriExpressions* ports, VeriIdDecl* id, Map* attributes) {

@@ -127,7 +127,8 @@ VeriExpression* veri_ansi_port(unsigned direction, unsigned net_type, VeriTypeDe
                                veri_location place);
 VeriExpression* veri_interface_port(const char* interface, const char* modport, const char* name, VeriRanges* ranges,
                                     veri_location place);
-VeriExpressions* veri_append_ansi_port(VeriExpressions* ports, VeriExpression* port);
+/// Attributes of a port are those of its declaration.
+VeriExpression* veri_with_port_attributes(VeriExpression* port, Map* attributes);
 VeriExpressions* veri_continue_ansi_port(VeriExpressions* ports, VeriIdDecl* id, Map* attributes);
 VeriDataDecl* veri_tf_port(unsigned direction, VeriTypeDef* type, VeriIdDecl* id, veri_location place);
 VeriModuleItems* veri_append_tf_port(VeriModuleItems* ports, VeriDataDecl* port);

@@ -439,9 +439,9 @@ port_reference
 ansi_ports
   : ansi_port { $$ = veri_list<VeriExpression>($1); }
   | interface_port { $$ = veri_list<VeriExpression>($1); }
-  | attribute_instances ansi_port { $$ = veri_list<VeriExpression>(veri_with($2, $1)); }
-  | ansi_ports "," attrs ansi_port { $$ = veri_append_ansi_port($1, veri_with($4, $3)); }
-  | ansi_ports "," attrs interface_port { $$ = veri_append_ansi_port($1, veri_with($4, $3)); }
+  | attribute_instances ansi_port { $$ = veri_list<VeriExpression>(veri_with_port_attributes($2, $1)); }
+  | ansi_ports "," attrs ansi_port { $$ = veri_append($1, veri_with_port_attributes($4, $3)); }
+  | ansi_ports "," attrs interface_port { $$ = veri_append($1, veri_with_port_attributes($4, $3)); }
   | ansi_ports "," attrs variable_id { $$ = veri_continue_ansi_port($1, $4, $3); }
   ;
 

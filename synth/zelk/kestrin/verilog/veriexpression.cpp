@@ -339,7 +339,8 @@ VeriPortConnect::~VeriPortConnect() { delete _connection; }
 
 void VeriPortConnect::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _connection); }
 
-void VeriPortConnect::PrettyPrint(std::ostream& out, unsigned) const {
+void VeriPortConnect::PrettyPrint(std::ostream& out, unsigned level) const {
+  PrintAttributes(out, level);
   if (IsDotStar()) {
     out << ".*";
     return;
@@ -369,7 +370,16 @@ void VeriAnsiPortDecl::PrettyPrint(std::ostream& out, unsigned level) const { _d
 VeriLiteral::VeriLiteral(const char* text, OwnedValue value, unsigned long linefile)
     : VeriExpression(linefile), _text(text), _value(std::move(value)) {}
 
-void VeriLiteral::PrettyPrint(std::ostream& out, unsigned) const { out << _text; }
+/// Sized numbers are written in binary; the others, which their text alone tells apart, as they were read.
+void VeriLiteral::PrettyPrint(std::ostream& out, unsigned) const {
+  const VeriVectorValue* vector = _value->AsVector();
+  if (_text.find('\'') == std::string::npos || _text.front() == '\'' || _text.front() == '"' || !vector) {
+    out << _text;
+    return;
+  }
+  out << vector->Size() << (vector->IsSigned() ? "'sb" : "'b");
+  for (unsigned bit = vector->Size(); bit-- > 0;) out << "01xz"[vector->Digit(bit)];
+}
 
 // Names.
 

@@ -17,10 +17,9 @@ void PrintType(std::ostream& out, const VeriTypeDef* type, unsigned level) {
 
 /// A body of a generate construct, as it stands behind a condition.
 void PrintBody(std::ostream& out, const VeriModuleItem* item, unsigned level) {
-  if (item)
-    item->PrettyPrint(out, level + 1);
-  else
-    out << ";\n";
+  if (item) return item->PrettyPrint(out, level + 1);
+  VeriTreeNode::PrintLevel(out, level + 1);
+  out << ";\n";
 }
 
 } // namespace
@@ -133,7 +132,7 @@ void VeriTypeDecl::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriTypeDecl::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "typedef ";
   PrintType(out, _type, level);
   _id->PrettyPrint(out, 0);
@@ -147,7 +146,7 @@ VeriGenVarDecl::~VeriGenVarDecl() { delete _ids; }
 void VeriGenVarDecl::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _ids); }
 
 void VeriGenVarDecl::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "genvar ";
   veri_print_list(out, _ids);
   out << ";\n";
@@ -207,8 +206,7 @@ void VeriFunctionDecl::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriFunctionDecl::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
-  PrintAttributes(out, level);
+  PrintFront(out, level);
   out << (_is_automatic ? "function automatic " : "function ");
   PrintType(out, _type, level);
   PrintName(out, GetId()->Name());
@@ -219,8 +217,7 @@ void VeriFunctionDecl::PrettyPrint(std::ostream& out, unsigned level) const {
 }
 
 void VeriTaskDecl::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
-  PrintAttributes(out, level);
+  PrintFront(out, level);
   out << (_is_automatic ? "task automatic " : "task ");
   PrintName(out, GetId()->Name());
   out << ";\n";
@@ -258,8 +255,7 @@ VeriContinuousAssign::~VeriContinuousAssign() { delete _assigns; }
 void VeriContinuousAssign::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _assigns); }
 
 void VeriContinuousAssign::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
-  PrintAttributes(out, level);
+  PrintFront(out, level);
   out << "assign ";
   veri_print_list(out, _assigns);
   out << ";\n";
@@ -273,8 +269,7 @@ VeriAlwaysConstruct::~VeriAlwaysConstruct() { delete _statement; }
 void VeriAlwaysConstruct::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _statement); }
 
 void VeriAlwaysConstruct::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
-  PrintAttributes(out, level);
+  PrintFront(out, level);
   out << PrintToken(_token) << '\n';
   if (_statement) _statement->PrettyPrint(out, level + 1);
 }
@@ -287,8 +282,7 @@ VeriInitialConstruct::~VeriInitialConstruct() { delete _statement; }
 void VeriInitialConstruct::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _statement); }
 
 void VeriInitialConstruct::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
-  PrintAttributes(out, level);
+  PrintFront(out, level);
   out << "initial\n";
   if (_statement) _statement->PrettyPrint(out, level + 1);
 }
@@ -325,8 +319,7 @@ VeriGateInstantiation::~VeriGateInstantiation() { delete _insts; }
 void VeriGateInstantiation::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _insts); }
 
 void VeriGateInstantiation::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
-  PrintAttributes(out, level);
+  PrintFront(out, level);
   out << PrintToken(_token) << ' ';
   veri_print_list(out, _insts);
   out << ";\n";
@@ -349,8 +342,7 @@ void VeriModuleInstantiation::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriModuleInstantiation::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
-  PrintAttributes(out, level);
+  PrintFront(out, level);
   _module->PrettyPrint(out, 0);
   if (_parameters && _parameters->Size()) {
     out << " #(";
@@ -389,7 +381,7 @@ VeriDefParam::~VeriDefParam() { delete _assigns; }
 void VeriDefParam::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _assigns); }
 
 void VeriDefParam::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "defparam ";
   veri_print_list(out, _assigns);
   out << ";\n";
@@ -405,7 +397,7 @@ VeriGenerateConstruct::~VeriGenerateConstruct() { delete _items; }
 void VeriGenerateConstruct::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _items); }
 
 void VeriGenerateConstruct::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "generate\n";
   veri_print_lines(out, _items, level + 1);
   PrintLevel(out, level);
@@ -425,7 +417,7 @@ VeriGenerateBlock::~VeriGenerateBlock() {
 void VeriGenerateBlock::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _items); }
 
 void VeriGenerateBlock::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "begin : ";
   PrintName(out, Label());
   out << '\n';
@@ -451,7 +443,7 @@ void VeriGenerateConditional::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriGenerateConditional::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "if (";
   _condition->PrettyPrint(out, 0);
   out << ")\n";
@@ -500,7 +492,7 @@ void VeriGenerateCase::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriGenerateCase::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << PrintToken(_token) << " (";
   _expression->PrettyPrint(out, 0);
   out << ")\n";
@@ -534,7 +526,7 @@ void VeriGenerateFor::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriGenerateFor::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << (_declared ? "for (genvar " : "for (");
   _genvar->PrettyPrint(out, 0);
   out << " = ";
@@ -555,7 +547,7 @@ VeriImport::VeriImport(const char* package, const char* name, unsigned long line
     : VeriModuleItem(linefile), _package(package), _name(name ? name : "") {}
 
 void VeriImport::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "import ";
   PrintName(out, _package.c_str());
   out << "::";

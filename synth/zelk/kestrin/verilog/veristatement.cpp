@@ -34,7 +34,6 @@ void PrintEvents(std::ostream& out, const VeriExpressions* events) {
 
 void PrintBlock(std::ostream& out, unsigned level, const char* begin, const char* end, const VeriIdDecl* id,
                 const VeriModuleItems* declarations, const VeriStatements* statements) {
-  VeriTreeNode::PrintLevel(out, level);
   out << begin;
   if (id) {
     out << " : ";
@@ -108,7 +107,7 @@ void VeriBlockingAssign::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriBlockingAssign::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   if (_control && _assignment->Value()) {
     _assignment->Target()->PrettyPrint(out, 0);
     out << ' ' << PrintToken(_assignment->Token()) << ' ';
@@ -135,7 +134,7 @@ void VeriNonBlockingAssign::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriNonBlockingAssign::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   _assignment->Target()->PrettyPrint(out, 0);
   out << " <= ";
   PrintControl(out, _control);
@@ -164,8 +163,7 @@ void VeriConditionalStatement::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriConditionalStatement::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
-  PrintAttributes(out, level);
+  PrintFront(out, level);
   if (_qualifier) out << PrintToken(_qualifier) << ' ';
   out << "if (";
   _condition->PrettyPrint(out, 0);
@@ -226,8 +224,7 @@ void VeriCaseStatement::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriCaseStatement::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
-  PrintAttributes(out, level);
+  PrintFront(out, level);
   if (_qualifier) out << PrintToken(_qualifier) << ' ';
   out << PrintToken(_token) << " (";
   _expression->PrettyPrint(out, 0);
@@ -266,7 +263,7 @@ void VeriFor::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriFor::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "for (";
   if (_declaration)
     _declaration->PrintHead(out, 0);
@@ -292,7 +289,7 @@ void VeriWhile::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriWhile::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << (_is_do_while ? "do\n" : "while (");
   if (!_is_do_while) {
     _condition->PrettyPrint(out, 0);
@@ -318,7 +315,7 @@ void VeriRepeat::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriRepeat::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "repeat (";
   _count->PrettyPrint(out, 0);
   out << ")\n";
@@ -328,7 +325,7 @@ void VeriRepeat::PrettyPrint(std::ostream& out, unsigned level) const {
 void VeriForever::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _body); }
 
 void VeriForever::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "forever\n";
   PrintNested(out, _body, level);
 }
@@ -353,6 +350,7 @@ void VeriSeqBlock::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriSeqBlock::PrettyPrint(std::ostream& out, unsigned level) const {
+  PrintFront(out, level);
   PrintBlock(out, level, "begin", "end", _id, _declarations, _statements);
 }
 
@@ -374,6 +372,7 @@ void VeriParBlock::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriParBlock::PrettyPrint(std::ostream& out, unsigned level) const {
+  PrintFront(out, level);
   PrintBlock(out, level, "fork", "join", _id, _declarations, _statements);
 }
 
@@ -394,7 +393,7 @@ void VeriEventControlStatement::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriEventControlStatement::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   PrintEvents(out, _events);
   out << '\n';
   PrintNested(out, _statement, level);
@@ -415,7 +414,7 @@ void VeriDelayControlStatement::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriDelayControlStatement::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "#(";
   _delay->PrettyPrint(out, 0);
   out << ")\n";
@@ -436,7 +435,7 @@ void VeriWait::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriWait::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "wait (";
   _condition->PrettyPrint(out, 0);
   out << ")\n";
@@ -451,7 +450,7 @@ VeriEventTrigger::~VeriEventTrigger() { delete _name; }
 void VeriEventTrigger::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _name); }
 
 void VeriEventTrigger::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "-> ";
   _name->PrettyPrint(out, 0);
   out << ";\n";
@@ -473,7 +472,7 @@ void VeriTaskEnable::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriTaskEnable::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   _name->PrettyPrint(out, 0);
   if (_args && _args->Size()) {
     out << '(';
@@ -491,7 +490,7 @@ VeriSystemTaskEnable::~VeriSystemTaskEnable() { delete _args; }
 void VeriSystemTaskEnable::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _args); }
 
 void VeriSystemTaskEnable::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << _name;
   if (_args && _args->Size()) {
     out << '(';
@@ -508,7 +507,7 @@ VeriDisable::~VeriDisable() { delete _name; }
 void VeriDisable::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _name); }
 
 void VeriDisable::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << "disable ";
   _name->PrettyPrint(out, 0);
   out << ";\n";
@@ -522,7 +521,7 @@ VeriJumpStatement::~VeriJumpStatement() { delete _value; }
 void VeriJumpStatement::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _value); }
 
 void VeriJumpStatement::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << PrintToken(_token);
   if (_value) {
     out << ' ';
@@ -534,7 +533,7 @@ void VeriJumpStatement::PrettyPrint(std::ostream& out, unsigned level) const {
 void VeriNullStatement::VisitChildren(VeriVisitor&) {}
 
 void VeriNullStatement::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintLevel(out, level);
+  PrintFront(out, level);
   out << ";\n";
 }
 
@@ -546,7 +545,7 @@ void VeriNullStatement::PrettyPrint(std::ostream& out, unsigned level) const {
     veri_visit(visitor, _value);                                                                                       \
   }                                                                                                                    \
   void name::PrettyPrint(std::ostream& out, unsigned level) const {                                                    \
-    PrintLevel(out, level);                                                                                            \
+    PrintFront(out, level);                                                                                            \
     out << (word) << ' ';                                                                                              \
     _target->PrettyPrint(out, 0);                                                                                      \
     if (_value) {                                                                                                      \

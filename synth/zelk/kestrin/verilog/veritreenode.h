@@ -126,6 +126,11 @@ public:
 
 protected:
   void PrintAttributes(std::ostream& out, unsigned level) const;
+  /// What a statement or item begins with: indentation and attributes.
+  void PrintFront(std::ostream& out, unsigned level) const {
+    PrintLevel(out, level);
+    PrintAttributes(out, level);
+  }
   /// Makes this node the parent of the child; null is allowed. Returns the child.
   template <class T> T* Adopt(T* child) {
     if (child) child->SetParent(this);
