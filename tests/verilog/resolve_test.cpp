@@ -290,6 +290,17 @@ TEST(Generate, OnlyTheLoopAssignsToItsGenvar) {
             (Lines{"4: error: cannot assign to generate variable i here", "6: error: k is not a genvar"}));
 }
 
+TEST(Generate, ALoopMayHaveAGenvarOfItsOwn) {
+  Analysis analysis;
+  EXPECT_EQ(analysis.Errors("module m(output [1:0] y, z, output w);\n"
+                            "for (genvar i = 0; i < 2; i++) begin : a wire t; assign t = 1; assign y[i] = t; end\n"
+                            "for (genvar i = 0; i < 2; i++) begin : b assign z[i] = a[1-i].t; end\n"
+                            "assign w = i;\n"
+                            "endmodule\n",
+                            VERI_SV),
+            Lines{"4: error: i is not declared"});
+}
+
 TEST(Defparam, WaitsAtItsInstance) {
   Analysis analysis;
   EXPECT_EQ(analysis.Errors("module sub; parameter W = 1; endmodule\n"

@@ -1044,11 +1044,22 @@ VeriModuleItem* veri_gate_instantiation(unsigned token, VeriNodes<VeriInst>* ins
   return item;
 }
 
+VeriScopeHead* veri_open_generate_for(const char* genvar, veri_location place) {
+  auto* head = new VeriScopeHead(VERI_FOR, place);
+  push_scope(head, SCOPE_GENERATE, nullptr);
+  head->id.reset(veri_declare_genvar(genvar, place));
+  return head;
+}
+
 VeriModuleItem* veri_generate_for(const char* genvar, VeriExpression* initial, VeriExpression* condition,
-                                  VeriExpression* step, VeriModuleItem* body, VeriIdDecl* declared,
+                                  VeriExpression* step, VeriModuleItem* body, VeriScopeHead* own_genvar,
                                   veri_location place) {
-  const char* name = declared ? declared->GetId()->Name() : genvar;
-  return new VeriGenerateFor(new VeriIdRef(name, place), initial, condition, step, body, declared, place);
+  const std::unique_ptr<VeriScopeHead> head(own_genvar);
+  if (!head)
+    return new VeriGenerateFor(new VeriIdRef(genvar, place), initial, condition, step, body, nullptr, nullptr, place);
+  std::unique_ptr<VeriScope> scope = pop_scope(head.get());
+  auto* name = new VeriIdRef(head->id->GetId()->Name(), place);
+  return new VeriGenerateFor(name, initial, condition, step, body, head->id.release(), std::move(scope), place);
 }
 
 VeriScopeHead* veri_open_generate_block(const char* label, veri_location place) {

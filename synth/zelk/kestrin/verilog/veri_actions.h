@@ -173,8 +173,10 @@ VeriExpression* veri_implicit_connection(const char* formal, veri_location place
 VeriModuleItem* veri_instantiation(const char* module, VeriExpressions* parameters, VeriNodes<VeriInst>* insts,
                                    veri_location place);
 VeriModuleItem* veri_gate_instantiation(unsigned token, VeriNodes<VeriInst>* insts, veri_location place);
+/// A loop with a genvar of its own, which has a scope around the body.
+VeriScopeHead* veri_open_generate_for(const char* genvar, veri_location place);
 VeriModuleItem* veri_generate_for(const char* genvar, VeriExpression* initial, VeriExpression* condition,
-                                  VeriExpression* step, VeriModuleItem* body, VeriIdDecl* declared,
+                                  VeriExpression* step, VeriModuleItem* body, VeriScopeHead* own_genvar,
                                   veri_location place);
 VeriScopeHead* veri_open_generate_block(const char* label, veri_location place);
 VeriModuleItem* veri_end_generate_block(VeriScopeHead* head, VeriModuleItems* items, const char* label,

@@ -163,7 +163,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
   interface_end extern_module config_decl
 %type <body> body body_decls body_stmts broken_block broken_fork broken_function broken_task
 %type <scope> unit_head block_head par_head function_head task_head gen_begin_head gen_single_head
-  for_head primitive_head package_head interface_head
+  for_head gen_for_head primitive_head package_head interface_head
 
 /* Precedence of the operators: IEEE 1364-2005 table 5-4. */
 %precedence LOWER_THAN_BASE
@@ -1121,8 +1121,12 @@ gen_case_item
 gen_for
   : "for" "(" any_id "=" expr ";" expr ";" gen_step ")" gen_body
     { $$ = veri_generate_for($3, $5, $7, $9, $11, nullptr, @1); }
-  | "for" "(" "genvar" genvar_id "=" expr ";" expr ";" gen_step ")" gen_body
+  | "for" "(" "genvar" gen_for_head "=" expr ";" expr ";" gen_step ")" gen_body
     { $$ = veri_generate_for(nullptr, $6, $8, $10, $12, $4, @1); }
+  ;
+
+gen_for_head
+  : any_id { $$ = veri_open_generate_for($1, @1); }
   ;
 
 gen_step

@@ -216,6 +216,7 @@ void VeriModule::ResolveContents() {
     return;
   }
   GetScope()->ResolveImports();
+  ResolveAttributes(GetScope());
   ResolveParameterPorts();
   ResolvePorts();
   ResolveItems();

@@ -503,9 +503,9 @@ void VeriGenerateCase::PrettyPrint(std::ostream& out, unsigned level) const {
 
 VeriGenerateFor::VeriGenerateFor(VeriName* genvar, VeriExpression* initial, VeriExpression* condition,
                                  VeriExpression* repetition, VeriModuleItem* body, VeriIdDecl* declared,
-                                 unsigned long linefile)
+                                 std::unique_ptr<VeriScope> scope, unsigned long linefile)
     : VeriGenerateItem(linefile), _genvar(Adopt(genvar)), _initial(Adopt(initial)), _condition(Adopt(condition)),
-      _repetition(Adopt(repetition)), _body(Adopt(body)), _declared(Adopt(declared)) {}
+      _repetition(Adopt(repetition)), _body(Adopt(body)), _declared(Adopt(declared)), _scope(std::move(scope)) {}
 
 VeriGenerateFor::~VeriGenerateFor() {
   delete _genvar;

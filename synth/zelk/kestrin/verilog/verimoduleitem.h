@@ -501,14 +501,17 @@ private:
 
 class VeriGenerateFor : public VeriGenerateItem {
 public:
-  /// `genvar` names it in the initial assignment; `declared` is its declaration when that stands in the loop itself.
+  /// `genvar` names it in the initial assignment; `declared` is its declaration when that stands in the loop itself,
+  /// and `scope` is around the loop then.
   VeriGenerateFor(VeriName* genvar, VeriExpression* initial, VeriExpression* condition, VeriExpression* repetition,
-                  VeriModuleItem* body, VeriIdDecl* declared, unsigned long linefile = 0);
+                  VeriModuleItem* body, VeriIdDecl* declared, std::unique_ptr<VeriScope> scope,
+                  unsigned long linefile = 0);
   ~VeriGenerateFor() override;
   VERI_CLASS_ID GetClassId() const override { return ID_VeriGenerateFor; }
   void Accept(VeriVisitor& visitor) override;
   void VisitChildren(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
+  VeriScope* GetScope() const override { return _scope.get(); }
   void Resolve(VeriScope* scope) override;
   void GenerateObjects() override;
 
@@ -519,6 +522,7 @@ private:
   VeriExpression* _repetition; // a VeriAssignmentOperator
   VeriModuleItem* _body;
   VeriIdDecl* _declared;
+  std::unique_ptr<VeriScope> _scope;
 };
 
 /// Items that make no logic: specify blocks, assertions, coverage, clocking.

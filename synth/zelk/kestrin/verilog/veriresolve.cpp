@@ -581,6 +581,7 @@ void VeriParamDecl::Resolve(VeriScope* scope) {
 }
 
 void VeriTypeDecl::Resolve(VeriScope* scope) {
+  ResolveAttributes(scope);
   resolve(_type, scope, VeriEnv(ENV_DECLARATION));
   _id->Resolve(scope, ENV_READ);
 }
@@ -782,12 +783,14 @@ void VeriGenerateConstruct::Resolve(VeriScope* scope) { resolve_all(_items, scop
 void VeriGenerateBlock::Resolve(VeriScope* scope) { resolve_all(_items, _scope ? _scope.get() : scope); }
 
 void VeriGenerateConditional::Resolve(VeriScope* scope) {
+  ResolveAttributes(scope);
   resolve(_condition, scope, constant(ENV_CONDITION));
   resolve(_then, scope);
   resolve(_else, scope);
 }
 
 void VeriGenerateCase::Resolve(VeriScope* scope) {
+  ResolveAttributes(scope);
   resolve(_expression, scope, constant(ENV_CONDITION));
   for (VeriGenerateCaseItem* item : ItemsOf<VeriGenerateCaseItem*>(_items)) {
     resolve_all(item->Conditions(), scope, constant(ENV_CONDITION));
@@ -797,18 +800,19 @@ void VeriGenerateCase::Resolve(VeriScope* scope) {
 
 // The loop itself is the one place that may assign to its genvar.
 void VeriGenerateFor::Resolve(VeriScope* scope) {
-  VeriScope* head = _declared && _declared->GetId()->DeclaringScope() ? _declared->GetId()->DeclaringScope() : scope;
-  _genvar->Resolve(head, VeriEnv(ENV_STATEMENT));
+  ResolveAttributes(scope);
+  if (_scope) scope = _scope.get();
+  _genvar->Resolve(scope, VeriEnv(ENV_STATEMENT));
   const VeriIdDef* id = _genvar->GetId();
   if (id && !id->IsGenVar()) _genvar->Error("%s is not a genvar", id->Name());
-  resolve(_initial, head, constant(ENV_READ));
-  resolve(_condition, head, constant(ENV_LOOP_CONDITION));
+  resolve(_initial, scope, constant(ENV_READ));
+  resolve(_condition, scope, constant(ENV_LOOP_CONDITION));
   if (_repetition && _repetition->GetClassId() == ID_VeriAssignmentOperator) {
     const auto* repetition = static_cast<VeriAssignmentOperator*>(_repetition);
-    resolve(repetition->Target(), head, VeriEnv(ENV_STATEMENT));
-    resolve(repetition->Value(), head, constant(ENV_READ));
+    resolve(repetition->Target(), scope, VeriEnv(ENV_STATEMENT));
+    resolve(repetition->Value(), scope, constant(ENV_READ));
   } else {
-    resolve(_repetition, head, constant(ENV_READ));
+    resolve(_repetition, scope, constant(ENV_READ));
   }
   resolve(_body, scope);
 }

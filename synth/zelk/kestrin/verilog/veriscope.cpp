@@ -148,12 +148,14 @@ VeriIdDef* VeriScope::FindLocal(const char* name) const {
   return FindInAnonymousBlocks(name, &hit) ? hit : nullptr;
 }
 
-/// The blocks of generate constructs that have no name, and those in them, do not hide what they declare, unlike
+/// The scopes of generate constructs that have no name, and those in them, do not hide what they declare, unlike
 /// unnamed blocks of statements. False when a hit must not be seen from here.
 bool VeriScope::FindInAnonymousBlocks(const char* name, VeriIdDef** hit) const {
   for (const VeriScope* child : KeysOf<const VeriScope*>(&_children)) {
     if (child->_kind != SCOPE_GENERATE || !child->IsAnonymous()) continue;
-    if (VeriIdDef* id = child->FindHere(name)) {
+    VeriIdDef* id = child->FindHere(name);
+    if (id && id->IsGenVar()) continue; // of a loop, and known in it only
+    if (id) {
       if (!id->InDynamicScope()) return false;
       if (*hit)
         child->NoteAlternative(*hit, id);
