@@ -80,7 +80,7 @@ def run(command, directory, limit=600):
     done = subprocess.run([str(word) for word in command], cwd=directory, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, text=True, timeout=limit)
     if done.returncode:
-        raise RuntimeError(f"{command[0]} ended with {done.returncode}:\n{done.stdout[-4000:]}")
+        raise RuntimeError(f"{command[0]} ended with {done.returncode}:\n{done.stdout[-2000:]}")
     return done.stdout
 
 

@@ -51,7 +51,8 @@ def clock_edges(ports, sample):
     lines = [f"      #5; {sample}"]
     for clock in clocks:
         lines += [f"      {clock} = 1; #5; {sample}", f"      {clock} = 0; #5;"]
-    initial = " ".join(f"{c} = 0;" for c in clocks)
+    # The step from unknown to 0 is an edge, too: it comes before the first inputs.
+    initial = " ".join(f"{c} = 0;" for c in clocks) + " #5;"
     return initial, "\n".join(lines)
 
 

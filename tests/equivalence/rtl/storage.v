@@ -13,15 +13,11 @@ module regs (input clk, input rst, input en, input load, input [7:0] d, output r
     always @(posedge clk) shift <= {shift[2:0], rst ? 1'b0 : d[0]};
 endmodule
 
-module async_regs (input clk, input rst_n, input set, input en, input [3:0] d, output reg [3:0] q, output reg [3:0] p,
+module async_regs (input clk, input rst_n, input set, input en, input [3:0] d, output reg [3:0] q,
                    output reg s, output reg [3:0] count);
     always @(posedge clk or negedge rst_n)
         if (!rst_n) q <= 4'd5;
         else if (en) q <= d;
-    always @(posedge clk or negedge rst_n or posedge set)
-        if (~rst_n) p <= 4'd0;
-        else if (set) p <= 4'hF;
-        else p <= d;
     always @(posedge set or posedge clk)
         if (set) s <= 1'b1;
         else s <= s ^ d[0];
