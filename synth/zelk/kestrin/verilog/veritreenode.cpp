@@ -111,6 +111,14 @@ int VeriTreeNode::AttributeValue(const char* name, int absent) const {
   return value->IsString() ? Strings::atoi(value->String().c_str()) : value->Integer(this);
 }
 
+namespace {
+/// What belongs to a register waits on the net of the variable until one is inferred.
+bool IsForRegister(const DesignObj* object, const Att* att) {
+  return object->ObjectType() == DB_NET && att->Type() != ATT_GENERIC &&
+         kestrin_att_supported(ATT_ON_REGISTER, att->Type());
+}
+} // namespace
+
 void VeriTreeNode::ApplyAttributes(DesignObj* object) const {
   for (auto [name, expression] : Entries<const char*, VeriExpression*>(_attributes)) {
     std::string text = "1"; // an attribute without value is on, IEEE 1364-2005 clause 3.8
@@ -121,7 +129,7 @@ void VeriTreeNode::ApplyAttributes(DesignObj* object) const {
       text = !value->IsString() && value->ToInt64(&number) ? std::to_string(number) : value->String();
     }
     auto att = std::make_unique<Att>(name, text.c_str());
-    if (object->Supports(att.get())) object->AddAtt(att.release());
+    if (object->Supports(att.get()) || IsForRegister(object, att.get())) object->AddAtt(att.release());
   }
 }
 
