@@ -179,7 +179,9 @@ void VeriModuleRun::InitializeItems() {
     if (item && !HasErrors()) item->Initialize();
 }
 
+// The objects of an interface are used where it is connected.
 void VeriModuleRun::CheckUse() const {
+  if (_module->IsInterface()) return;
   _module->GetScope()->CheckUse();
   _state.GeneratedRoot()->CheckUse();
 }
