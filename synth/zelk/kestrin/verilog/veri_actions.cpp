@@ -1045,6 +1045,7 @@ VeriModuleItem* veri_gate_instantiation(unsigned token, VeriNodes<VeriInst>* ins
 }
 
 VeriScopeHead* veri_open_generate_for(const char* genvar, veri_location place) {
+  veri_need_systemverilog(place, "a genvar declared in a loop");
   auto* head = new VeriScopeHead(VERI_FOR, place);
   push_scope(head, SCOPE_GENERATE, nullptr);
   head->id.reset(veri_declare_genvar(genvar, place));

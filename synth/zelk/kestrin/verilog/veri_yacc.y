@@ -1005,10 +1005,10 @@ ordered_params
 
 param_value
   : mintypmax { $$ = new VeriPortConnect(nullptr, $1, false, @1); }
-  | keyword_type { $$ = new VeriPortConnect(nullptr, $1, false, @1); }
+  | data_type { $$ = new VeriPortConnect(nullptr, $1, false, @1); }
   | "." any_id "(" ")" { $$ = new VeriPortConnect($2, nullptr, false, @1); }
   | "." any_id "(" mintypmax ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
-  | "." any_id "(" keyword_type ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
+  | "." any_id "(" data_type ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
   ;
 
 instances
