@@ -699,6 +699,7 @@ unsigned direction_of_port(unsigned direction, veri_location place) {
 
 void declare_ansi_port(VeriDataDecl* decl, VeriIdDecl* id) {
   complete_port(decl, id, /*of_subprogram=*/false);
+  if (!decl->Direction()) id->IdAs<VeriVariable>()->SetDir(VERI_INOUT); // of an interface
   id->GetId()->Set(IDF_ANSI_PORT);
   declare_port(id);
 }
@@ -725,8 +726,7 @@ VeriExpression* veri_interface_port(const char* interface, const char* modport, 
   VeriName* type = new VeriIdRef(interface, place);
   if (modport) type = new VeriSelectedName(type, modport, place);
   VeriIdDecl* id = veri_new_variable(name, ranges, nullptr, place);
-  auto* decl =
-      new VeriDataDecl(VERI_INOUT, 0, new VeriTypeName(type, nullptr, place), veri_list<VeriIdDecl>(id), place);
+  auto* decl = new VeriDataDecl(0, 0, new VeriTypeName(type, nullptr, place), veri_list<VeriIdDecl>(id), place);
   declare_ansi_port(decl, id);
   return new VeriAnsiPortDecl(decl, place);
 }
@@ -1156,7 +1156,8 @@ VeriStatement* veri_end_block(VeriScopeHead* head, VeriBody* body, const char* l
   VeriIdDef* id = head->id ? head->id->GetId() : nullptr;
   VeriStatement* block = nullptr;
   if (head->token == VERI_FORK)
-    block = new VeriParBlock(head->id.release(), declarations, statements, std::move(scope), head->place);
+    block =
+        new VeriParBlock(head->id.release(), declarations, statements, std::move(scope), head->join_token, head->place);
   else
     block = new VeriSeqBlock(head->id.release(), declarations, statements, std::move(scope), head->place);
   if (id) id->SetModuleItem(block);

@@ -62,6 +62,7 @@ struct VeriScopeHead {
   VeriScope* base = nullptr;                 // where the scope of a block hangs
   unsigned celldefine = 0;
   unsigned default_nettype = 0;
+  unsigned join_token = VERI_JOIN; // of a parallel block
   bool is_automatic = false;
 };
 

@@ -1608,7 +1608,7 @@ block_head
   ;
 
 par_block
-  : par_head body join_keyword closing_label { $$ = veri_end_block($1, $2, $4, @4); }
+  : par_head body join_keyword closing_label { $1->join_token = $3; $$ = veri_end_block($1, $2, $4, @4); }
   | par_head broken_fork closing_label { $$ = veri_end_block($1, $2, $3, @3); }
   ;
 
@@ -1683,7 +1683,7 @@ primary
   | VERI_SYSTEM_ID "(" system_arguments_opt ")" { $$ = veri_bounded(new VeriSystemFunctionCall($1, $3, @1)); }
   | concat
   | "(" mintypmax ")" { $$ = $2; }
-  | "(" assignment_expr ")" { $$ = veri_bounded($2); }
+  | "(" assignment_expr ")" { $2->SetIsOperand(); $$ = veri_bounded($2); }
   | cast_type "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
   | primary "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
   | assignment_pattern

@@ -245,13 +245,13 @@ void VeriAssignmentOperator::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriAssignmentOperator::PrettyPrint(std::ostream& out, unsigned) const {
+  if (_is_operand) out << '(';
   Print(out, _target);
-  if (!_value) {
-    out << PrintToken(_token);
-    return;
-  }
-  out << ' ' << PrintToken(_token) << ' ';
+  if (_value) out << ' ';
+  out << PrintToken(_token);
+  if (_value) out << ' ';
   Print(out, _value);
+  if (_is_operand) out << ')';
 }
 
 VeriAssignmentPattern::VeriAssignmentPattern(std::vector<Part> parts, unsigned long linefile)

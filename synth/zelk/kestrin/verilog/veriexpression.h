@@ -288,11 +288,14 @@ public:
   VeriExpression* Target() const { return _target; }
   VeriExpression* Value() const { return _value; }
   unsigned Token() const { return _token; }
+  /// Stands in an expression, in parentheses.
+  void SetIsOperand() { _is_operand = true; }
 
 private:
   VeriExpression* _target;
   unsigned _token;
   VeriExpression* _value;
+  bool _is_operand = false;
 };
 
 /// '{a, b}, '{default: x}, '{name: x}.

@@ -80,16 +80,15 @@ std::vector<std::string> VeriDesignUnit::InstantiatedModuleNames() const {
   return visitor.names;
 }
 
-void VeriDesignUnit::PrintStart(std::ostream& out, unsigned level) const {
-  PrintAttributes(out, level);
-  PrintLevel(out, level);
-  out << PrintToken(_id->GetDesignUnitToken()) << ' ';
+void VeriDesignUnit::PrintStart(std::ostream& out, unsigned level, const char* prefix) const {
+  PrintFront(out, level);
+  out << prefix << PrintToken(_id->GetDesignUnitToken()) << ' ';
   PrintName(out, Name());
 }
 
-void VeriDesignUnit::PrintBody(std::ostream& out, unsigned level) const {
+void VeriDesignUnit::PrintBody(std::ostream& out, unsigned level, unsigned first_item) const {
   out << ";\n";
-  veri_print_lines(out, _items, level + 1);
+  for (unsigned i = first_item; i < _items->Size(); i++) _items->At(i)->PrettyPrint(out, level + 1);
   PrintLevel(out, level);
   const unsigned token = _id->GetDesignUnitToken();
   out << "end" << PrintToken(token == VERI_MACROMODULE ? unsigned{VERI_MODULE} : token) << '\n';
@@ -186,15 +185,21 @@ void VeriModule::AddImplicitNet(VeriDataDecl* decl) {
 }
 
 void VeriModule::PrettyPrint(std::ostream& out, unsigned level) const {
-  if (_is_extern) out << "extern ";
-  PrintStart(out, level);
+  PrintStart(out, level, _is_extern ? "extern " : "");
+  // Imports stand in the head, so that the ports can name what they import.
+  unsigned first_item = 0;
+  for (; first_item < _items->Size() && _items->At(first_item)->GetClassId() == ID_VeriImport; first_item++) {
+    out << ' ';
+    static_cast<const VeriImport*>(_items->At(first_item))->PrintHead(out);
+  }
   const char* before = " #(";
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_parameter_ports)) {
-    const VeriParamDecl* param = to_param_decl(item);
-    if (!param) continue;
     out << before;
     before = ", ";
-    param->PrintHead(out, level);
+    if (const VeriParamDecl* param = to_param_decl(item))
+      param->PrintHead(out, level);
+    else if (item->GetClassId() == ID_VeriTypeDecl)
+      static_cast<const VeriTypeDecl*>(item)->PrintHead(out, level);
   }
   if (*before == ',') out << ')';
   if (_port_expressions) {
@@ -205,7 +210,7 @@ void VeriModule::PrettyPrint(std::ostream& out, unsigned level) const {
   if (_is_extern)
     out << ";\n";
   else
-    PrintBody(out, level);
+    PrintBody(out, level, first_item);
 }
 
 // Resolve.

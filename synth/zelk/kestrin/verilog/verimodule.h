@@ -45,9 +45,9 @@ public:
 
 protected:
   virtual void ResolveContents() = 0;
-  void PrintStart(std::ostream& out, unsigned level) const;
+  void PrintStart(std::ostream& out, unsigned level, const char* prefix = "") const;
   /// From the semicolon of the head to the end.
-  void PrintBody(std::ostream& out, unsigned level) const;
+  void PrintBody(std::ostream& out, unsigned level, unsigned first_item = 0) const;
   std::unique_ptr<VeriDesignUnitId> _id;
   VeriModuleItems* _items;
   std::unique_ptr<VeriScope> _scope;

@@ -143,6 +143,14 @@ VeriGenVarDecl::VeriGenVarDecl(VeriIdDecls* ids, unsigned long linefile) : VeriM
 
 VeriGenVarDecl::~VeriGenVarDecl() { delete _ids; }
 
+/// `type NAME = type`, as in a list of parameters.
+void VeriTypeDecl::PrintHead(std::ostream& out, unsigned level) const {
+  out << "type ";
+  _id->PrettyPrint(out, 0);
+  out << " = ";
+  _type->PrettyPrint(out, level);
+}
+
 void VeriGenVarDecl::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _ids); }
 
 void VeriGenVarDecl::PrettyPrint(std::ostream& out, unsigned level) const {
@@ -181,12 +189,12 @@ void VeriSubprogram::VisitChildren(VeriVisitor& visitor) {
 
 void VeriSubprogram::PrintBody(std::ostream& out, unsigned level) const {
   veri_print_lines(out, _declarations, level + 1);
-  bool needs_block = _statements && _statements->Size() != 1;
+  const bool needs_block = _statements && _statements->Size() != 1;
   if (needs_block) {
     PrintLevel(out, level + 1);
     out << "begin\n";
   }
-  veri_print_lines(out, _statements, level + 1);
+  veri_print_lines(out, _statements, needs_block ? level + 2 : level + 1);
   if (needs_block) {
     PrintLevel(out, level + 1);
     out << "end\n";
@@ -548,6 +556,11 @@ VeriImport::VeriImport(const char* package, const char* name, unsigned long line
 
 void VeriImport::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
+  PrintHead(out);
+  out << '\n';
+}
+
+void VeriImport::PrintHead(std::ostream& out) const {
   out << "import ";
   PrintName(out, _package.c_str());
   out << "::";
@@ -555,7 +568,7 @@ void VeriImport::PrettyPrint(std::ostream& out, unsigned level) const {
     out << '*';
   else
     PrintName(out, _name.c_str());
-  out << ";\n";
+  out << ';';
 }
 
 void VeriTable::PrettyPrint(std::ostream& out, unsigned level) const {

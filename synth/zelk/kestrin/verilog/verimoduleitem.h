@@ -137,6 +137,7 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   unsigned IsDeclaration() const override { return 1; }
+  void PrintHead(std::ostream& out, unsigned level) const;
 
 private:
   VeriTypeDef* _type;
@@ -548,6 +549,8 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   unsigned IsDeclaration() const override { return 1; }
+  /// The declaration without indentation and line end.
+  void PrintHead(std::ostream& out) const;
 
 private:
   std::string _package;

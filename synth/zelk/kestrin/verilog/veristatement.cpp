@@ -355,9 +355,9 @@ void VeriSeqBlock::PrettyPrint(std::ostream& out, unsigned level) const {
 }
 
 VeriParBlock::VeriParBlock(VeriIdDecl* id, VeriModuleItems* declarations, VeriStatements* statements,
-                           std::unique_ptr<VeriScope> scope, unsigned long linefile)
+                           std::unique_ptr<VeriScope> scope, unsigned join_token, unsigned long linefile)
     : VeriStatement(linefile), _id(Adopt(id)), _declarations(Adopt(declarations)), _statements(Adopt(statements)),
-      _scope(std::move(scope)) {}
+      _scope(std::move(scope)), _join_token(join_token) {}
 
 VeriParBlock::~VeriParBlock() {
   delete _statements;
@@ -373,7 +373,7 @@ void VeriParBlock::VisitChildren(VeriVisitor& visitor) {
 
 void VeriParBlock::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
-  PrintBlock(out, level, "fork", "join", _id, _declarations, _statements);
+  PrintBlock(out, level, "fork", PrintToken(_join_token), _id, _declarations, _statements);
 }
 
 // Events and delays.

@@ -219,8 +219,9 @@ private:
 
 class VeriParBlock : public VeriStatement {
 public:
+  /// `join_token`: VERI_JOIN, VERI_JOIN_ANY or VERI_JOIN_NONE.
   VeriParBlock(VeriIdDecl* id, VeriModuleItems* declarations, VeriStatements* statements,
-               std::unique_ptr<VeriScope> scope, unsigned long linefile = 0);
+               std::unique_ptr<VeriScope> scope, unsigned join_token, unsigned long linefile = 0);
   ~VeriParBlock() override;
   VERI_STATEMENT_CLASS(VeriParBlock)
   VeriScope* GetScope() const override { return _scope.get(); }
@@ -230,6 +231,7 @@ private:
   VeriModuleItems* _declarations;
   VeriStatements* _statements;
   std::unique_ptr<VeriScope> _scope;
+  unsigned _join_token;
 };
 
 class VeriEventControlStatement : public VeriStatement {
