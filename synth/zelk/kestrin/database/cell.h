@@ -11,6 +11,7 @@ class Netlist;
 class Cell : public DesignObj {
 public:
   explicit Cell(const char* name = nullptr, unsigned long linefile = 0);
+  /// Restores a saved cell, without owner: see Library.
   explicit Cell(SaveRestore& stream);
   ~Cell() override;
 
@@ -28,14 +29,12 @@ public:
   const Map& Netlists() const { return _netlists; }
   /// A deep copy without owner; instances in it refer to the views that the originals refer to.
   Cell* Copy() const;
-  /// Into a library; a cell of the name that is there takes the netlists. A bad stream is reported, and the cell is
-  /// deleted.
-  void InstallRestored(SaveRestore& stream, Library* owner);
-  /// The same without a report, for what is part of something larger.
-  void Install(SaveRestore& stream, Library* owner);
+  Cell* InstallRestored(SaveRestore& stream, Library* owner);
 
 private:
   friend class Library;
+  Cell* Install(SaveRestore& stream, Library* owner);
+
   Map _netlists;
   Library* _owner = nullptr;
   unsigned _auto_name = 0;

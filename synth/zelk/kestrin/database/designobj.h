@@ -3,7 +3,10 @@
 #ifndef KESTRIN_DATABASE_DESIGNOBJ_H
 #define KESTRIN_DATABASE_DESIGNOBJ_H
 
+#include <initializer_list>
 #include <iosfwd>
+#include <string>
+#include <utility>
 
 #include "database/att.h"
 
@@ -40,6 +43,8 @@ class DesignObj {
 public:
   /// Copies the name, which may be null.
   explicit DesignObj(const char* name = nullptr, unsigned long linefile = 0);
+  /// Reads what every object writes first.
+  explicit DesignObj(SaveRestore& stream);
   DesignObj(const DesignObj&) = delete;
   DesignObj& operator=(const DesignObj&) = delete;
 
@@ -64,10 +69,6 @@ public:
   virtual ~DesignObj();
   /// Writes the part that all objects share: name, location, attributes.
   virtual void Save(SaveRestore& stream) const;
-  /// Reads it into an object without owner, which takes the next id of the stream.
-  void RestorePrefix(SaveRestore& stream);
-  /// The same without an id.
-  void RestoreFields(SaveRestore& stream);
   /// Stores a copy of the name. The first user name of an object is kept through later renames. An object with an owner
   /// moves in the owner's table, where a clash is resolved as when it is added.
   virtual void SetName(const char* name);
@@ -135,7 +136,13 @@ protected:
   /// The name and the first user name, without a look at the owner.
   void CopyNames(const DesignObj& other);
   /// What all objects write first: name, location, attributes.
-  void SavePrefix(SaveRestore& stream) const;
+  void SavePrefix(SaveRestore& stream) const { SavePrefix(stream, {}); }
+  /// With attributes that stand for fields which the format has no place for.
+  using FieldAttributes = std::initializer_list<std::pair<const char*, const char*>>;
+  void SavePrefix(SaveRestore& stream, FieldAttributes fields) const;
+  void RestorePrefix(SaveRestore& stream);
+  /// Reads such an attribute and removes it.
+  std::string TakeFieldAttribute(const char* key);
 
 private:
   char* _name;

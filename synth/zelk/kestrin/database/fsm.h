@@ -12,6 +12,8 @@ class Netlist;
 class Fsm : public DesignObj {
 public:
   explicit Fsm(const char* name = nullptr, unsigned long linefile = 0);
+  /// Of a netlist that is being restored and has its instances.
+  Fsm(SaveRestore& stream, const Netlist* netlist);
   ~Fsm() override;
 
   db_object_type ObjectType() const override { return DB_FSM; }

@@ -370,7 +370,7 @@ void Instance::Dump(std::ostream& out, unsigned indent) const {
 
 LutInstance::LutInstance(const char* name, Netlist* view, unsigned function, unsigned long linefile)
     : Instance(name, view, linefile), _function(function) {
-  KESTRIN_ASSERT(view && view->Type() == OPER_LUT && view->InputSize() <= 5);
+  KESTRIN_ASSERT(view && view->Type() == OPER_LUT && view->InputSize() <= max_inputs);
 }
 
 LutInstance::LutInstance(const LutInstance& other, int copy_tag)

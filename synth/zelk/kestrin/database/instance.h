@@ -23,6 +23,7 @@ class Instance : public DesignObj {
 public:
   /// Registers with the view. Without a view nothing can be connected until Instantiate.
   explicit Instance(const char* name = nullptr, Netlist* view = nullptr, unsigned long linefile = 0);
+  explicit Instance(SaveRestore& stream);
   /// Disconnects everything, leaves its state machine, its view and its owner.
   ~Instance() override;
 
@@ -184,7 +185,9 @@ private:
 /// An instance of an OPER_LUT view with at most 5 inputs, with its truth table: bit i is the output for input value i.
 class LutInstance : public Instance {
 public:
+  static constexpr unsigned max_inputs = 5;
   LutInstance(const char* name, Netlist* view, unsigned function, unsigned long linefile = 0);
+  explicit LutInstance(SaveRestore& stream);
   Instance* Copy() const override;
   void Save(SaveRestore& stream) const override;
   unsigned LutFunction() const override { return _function; }

@@ -12,6 +12,8 @@ class Netlist;
 class Library : public DesignObj {
 public:
   explicit Library(const char* name = nullptr, unsigned long linefile = 0);
+  /// Restores a saved library, without owner. Views of other libraries that it refers to enter the global set on the
+  /// way. Ends with InstallRestored.
   explicit Library(SaveRestore& stream);
   ~Library() override;
 
@@ -36,12 +38,16 @@ public:
   const Map& Cells() const { return _cells; }
   /// A deep copy without owner; instances in it refer to the views that the originals refer to.
   Library* Copy() const;
-  /// Into a set; a library of the name that is there takes the cells. A bad stream is reported, and the library is
-  /// deleted.
-  void InstallRestored(SaveRestore& stream, Libset* owner);
+  /// Puts what was restored under its owner, and gives back what stands there now. Where the owner has an object of
+  /// that name, this one stays: libraries and cells take in what they do not have, a netlist keeps its contents and
+  /// gets missing ports, and the restored object goes. From a bad stream nothing is installed, what entered the
+  /// database on the way is taken back, an error tells so, and null comes back; the restored object goes too.
+  Library* InstallRestored(SaveRestore& stream, Libset* owner);
 
 private:
   friend class Libset;
+  Library* Install(SaveRestore& stream, Libset* owner);
+
   Map _cells;
   Libset* _owner = nullptr;
   unsigned _auto_name = 0;

@@ -27,6 +27,7 @@ enum KESTRIN_GET_FANOUT_ENUM {
 class Net : public DesignObj {
 public:
   explicit Net(const char* name = nullptr, unsigned long linefile = 0);
+  explicit Net(SaveRestore& stream);
   /// Disconnects everything, leaves ring, bus and owner.
   ~Net() override;
 
@@ -187,6 +188,8 @@ private:
 class NetBus : public DesignObj {
 public:
   explicit NetBus(const char* name = nullptr, int left = 0, int right = 0, unsigned long linefile = 0, int level = 0);
+  /// Of a netlist that is being restored and has its nets.
+  NetBus(SaveRestore& stream, const Netlist* netlist);
   /// Elements stay and lose their bus.
   ~NetBus() override;
 

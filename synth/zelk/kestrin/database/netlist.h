@@ -24,6 +24,7 @@ class Netlist : public DesignObj {
 public:
   /// `case_sensitive` tells how names of ports, nets, buses, instances and state machines compare.
   explicit Netlist(const char* name = nullptr, unsigned long linefile = 0, unsigned case_sensitive = 1);
+  /// Restores a saved netlist of the type PRIM_NONE, without owner: see Library.
   explicit Netlist(SaveRestore& stream);
   /// Deletes the contents; instances elsewhere that refer to it lose their connections and their view.
   ~Netlist() override;
@@ -32,15 +33,12 @@ public:
   unsigned Supports(const Att* att) const override;
   void SetName(const char* name) override;
   void Save(SaveRestore& stream) const override;
-  /// A view of a saved type, without owner; the shared netlist of a primitive. Null from a bad stream.
+  /// A view of any type, without owner; null when the stream goes bad over it.
   static Netlist* RestoreNetlist(SaveRestore& stream, prim_type_enum type);
-  /// Into a cell; where that has a netlist of the name, this one only hands its ids over to it. A bad stream is
-  /// reported, and the netlist is deleted.
-  void InstallRestored(SaveRestore& stream, Cell* owner);
-  /// The same without a report, for what is part of something larger.
-  void Install(SaveRestore& stream, Cell* owner);
-  /// Hands the ids of the netlist and its ports over to another one, which gets the ports that it lacks, and deletes
-  /// this one.
+  /// See Library.
+  Netlist* InstallRestored(SaveRestore& stream, Cell* owner);
+  /// Hands the ids of this netlist, its ports and port buses to those of the same names of another one, which gets
+  /// ports and buses that it lacks; the contents of this one are forgotten.
   void ReplaceBy(SaveRestore& stream, Netlist* existing);
 
   // What the view is, for its instances. A plain netlist answers 0, null or PRIM_NONE. In slot order.
@@ -376,6 +374,12 @@ private:
   void RenumberPorts();
   void MakeInstanceName(Instance* inst);
   void ResolveInstanceClash(Instance* inst);
+  void RestoreContents(SaveRestore& stream);
+  void RestoreNet(SaveRestore& stream);
+  void RestoreParameter(SaveRestore& stream);
+  Netlist* Install(SaveRestore& stream, Cell* owner);
+  Port* AddForRestored(SaveRestore& stream, const Port* restored);
+  PortBus* AddForRestored(SaveRestore& stream, const PortBus* restored);
   std::string FreeName(const Map& table, const char* prefix, unsigned& counter) const;
   void DeleteContents();
   void ForgetReferences();

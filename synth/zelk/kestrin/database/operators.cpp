@@ -141,10 +141,14 @@ using ViewName = std::string;
 
 ViewName sized_name(const char* name, unsigned size) { return std::string(" ") + name + "_" + std::to_string(size); }
 /// " Name_4u_8u", with s in place of u when signed.
-ViewName sized_name(const char* name, const Array* a, const Array* b, unsigned is_signed = 0) {
+ViewName sized_name(const char* name, unsigned left, unsigned right, unsigned is_signed) {
   const char* suffix = is_signed ? "s" : "u";
-  return std::string(" ") + name + "_" + std::to_string(a->Size()) + suffix + "_" + std::to_string(b->Size()) + suffix;
+  return std::string(" ") + name + "_" + std::to_string(left) + suffix + "_" + std::to_string(right) + suffix;
 }
+ViewName sized_name(const char* name, const Array* a, const Array* b, unsigned is_signed = 0) {
+  return sized_name(name, a->Size(), b->Size(), is_signed);
+}
+ViewName lut_name(unsigned size) { return " Lut" + std::to_string(size); }
 
 /// The one view of this name in the library of operators; `make` is asked for it when it is new.
 template <class Make> Netlist* find_view(const ViewName& name, Make make) {
@@ -349,10 +353,21 @@ void Netlist::Decoder(const Array* in, const Array* out, unsigned long linefile)
 
 void Netlist::Lut(const Array* in, Net** o, unsigned function, unsigned long linefile) {
   KESTRIN_ASSERT(in && o);
-  Netlist* view = find_view(" Lut" + std::to_string(in->Size()), [&] { return new OperLut(in->Size()); });
+  Netlist* view = find_view(lut_name(in->Size()), [&] { return new OperLut(in->Size()); });
   Instance* inst = place(this, view, new LutInstance(instance_name(this, view).c_str(), view, function, linefile));
   inst->ConnectInput1(in);
   connect_output(this, inst, o);
+}
+
+std::string Operator::CellName() const {
+  switch (Type()) {
+  case OPER_LUT: return lut_name(Input1Size());
+  case OPER_SELECTOR:
+  case OPER_PRIO_SELECTOR: return sized_name(OperatorName(), Input1Size());
+  default: break;
+  }
+  return Input2Size() ? sized_name(OperatorName(), Input1Size(), Input2Size(), IsSigned())
+                      : sized_name(OperatorName(), Input1Size());
 }
 
 // Equality of instances.

@@ -23,6 +23,10 @@
 class Operator : public Netlist {
 public:
   void Save(SaveRestore& stream) const override;
+  /// An operator of this type by its sizes; null, with a bad stream, for sizes that none has.
+  static Operator* Restore(SaveRestore& stream, prim_type_enum type);
+  /// The name of the cell that holds the operators of this type and these sizes.
+  virtual std::string CellName() const;
   unsigned SupportsAttribute(const Att* att) const override;
   prim_type_enum Type() const override { return _type; }
   const char* OperatorName() const override;
@@ -118,8 +122,6 @@ protected:
   Port* _cout = nullptr;
 
 private:
-  virtual void SaveSizes(SaveRestore& stream) const;
-
   prim_type_enum _type;
   unsigned _is_signed;
 };
@@ -263,6 +265,10 @@ public:
 
   unsigned SupportsAttribute(const Att* att) const override;
   unsigned IsCombinational() const override { return 0; }
+  std::string CellName() const override;
+  /// Gives a restored memory its ports: the shape stands in the name of its cell. 0, with a bad stream, for a name that
+  /// tells none.
+  unsigned RestoreShape(SaveRestore& stream, const char* cell_name);
   const KESTRIN_RAM_PORT_INFO& ReadPortInfo(unsigned port) const { return _read[port]; }
   const KESTRIN_RAM_PORT_INFO& WritePortInfo(unsigned port) const { return _write[port]; }
   /// One bit of an element; null when the element does not exist or is smaller.
@@ -270,7 +276,7 @@ public:
   Port* WritePort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element, unsigned bit) const;
 
 private:
-  void SaveSizes(SaveRestore& stream) const override;
+  void Save(SaveRestore& stream) const override;
   void CreatePorts();
 
   KESTRIN_RAM_PORT_INFO _read[2];

@@ -17,6 +17,9 @@ public:
   const char* TypeText() const { return _type; }
   int VariableType() const { return _variable_type; }
 
+  /// The host's number for a type that is not known.
+  static constexpr int unknown_variable_type = 401;
+
   /// "Parameter %s = %s %s (%s)".
   void Dump(std::ostream& out, unsigned indent = 0) const;
 

@@ -16,6 +16,7 @@ enum port_dir { DIR_INOUT = 0, DIR_INPUT = 1, DIR_OUTPUT = 2, DIR_NONE = 3 };
 class Port : public DesignObj {
 public:
   explicit Port(const char* name = nullptr, port_dir direction = DIR_NONE, unsigned long linefile = 0);
+  explicit Port(SaveRestore& stream);
   /// Disconnects, leaves its bus and its owner; connections of the owner's references go too.
   ~Port() override;
 
@@ -57,6 +58,8 @@ public:
   /// `is_up`: indices ascend from left to right.
   explicit PortBus(const char* name = nullptr, port_dir direction = DIR_NONE, int left = 0, unsigned is_up = 0,
                    unsigned long linefile = 0, int level = 0);
+  /// Of a netlist that is being restored and has its ports.
+  PortBus(SaveRestore& stream, const Netlist* netlist);
   /// Elements stay and lose their bus.
   ~PortBus() override;
 

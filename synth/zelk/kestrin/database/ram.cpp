@@ -2,6 +2,7 @@
 // behaviour.
 #include "database/ram.h"
 
+#include <cstdio>
 #include <cstring>
 
 #include "containers/views.h"
@@ -10,6 +11,7 @@
 #include "database/library.h"
 #include "database/net.h"
 #include "database/operators.h"
+#include "util/saverestore.h"
 #include "util/strings.h"
 
 namespace {
@@ -87,8 +89,6 @@ Port* OperDualPortRam::WritePort(unsigned port, KESTRIN_RAM_PORT_ELEMENT element
   return FromWord<Port*>(_ports[port][element].At(bit));
 }
 
-// Construction.
-
 namespace {
 
 void AppendSizes(std::string& name, std::initializer_list<unsigned> sizes) {
@@ -109,6 +109,40 @@ std::string ViewName(const KESTRIN_RAM_PORT_INFO* read, const KESTRIN_RAM_PORT_I
   }
   return name;
 }
+
+/// Reads what ViewName wrote.
+bool ReadShape(const char* name, KESTRIN_RAM_PORT_INFO* read, KESTRIN_RAM_PORT_INFO* write) {
+  unsigned r[port_count][3] = {};
+  unsigned w[port_count][4] = {};
+  if (!name || std::sscanf(name, " DualPortRam_read_A_%u_%u_%u_B_%u_%u_%u_write_A_%u_%u_%u_%u_B_%u_%u_%u_%u", &r[0][0],
+                           &r[0][1], &r[0][2], &r[1][0], &r[1][1], &r[1][2], &w[0][0], &w[0][1], &w[0][2], &w[0][3],
+                           &w[1][0], &w[1][1], &w[1][2], &w[1][3]) != 14)
+    return false;
+  for (unsigned port = 0; port < port_count; port++) {
+    read[port] = KESTRIN_RAM_PORT_INFO::CreateReadPortInfo(r[port][0], r[port][1], r[port][2]);
+    if (w[port][0] || w[port][2])
+      write[port] = KESTRIN_RAM_PORT_INFO::CreateWritePortInfo(w[port][0], w[port][1], w[port][2], w[port][3]);
+  }
+  return ViewName(read, write) == name;
+}
+
+} // namespace
+
+std::string OperDualPortRam::CellName() const { return ViewName(_read, _write); }
+
+unsigned OperDualPortRam::RestoreShape(SaveRestore& stream, const char* cell_name) {
+  unsigned long ports = 0;
+  if (!ReadShape(cell_name, _read, _write)) stream.SetFail();
+  for (const KESTRIN_RAM_PORT_INFO* info : {&_read[0], &_read[1], &_write[0], &_write[1]})
+    for (unsigned size : info->size) ports += size;
+  if (!stream.Afford(ports)) return 0;
+  CreatePorts();
+  return 1;
+}
+
+// Construction.
+
+namespace {
 
 /// One view per shape, in the library of operators.
 Netlist* FindView(const KESTRIN_RAM_PORT_INFO* read, const KESTRIN_RAM_PORT_INFO* write) {

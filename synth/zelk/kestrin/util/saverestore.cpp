@@ -12,6 +12,8 @@ namespace {
 // Ahead of a location: a file name follows. No location is this word.
 constexpr unsigned new_file_mark = 0xFFFFFFFFU;
 constexpr long null_string_size = -1;
+constexpr unsigned long free_objects = 1UL << 21;
+constexpr unsigned long objects_per_byte = 16;
 
 } // namespace
 
@@ -34,9 +36,10 @@ SaveRestore::SaveRestore(const char* path, unsigned restore)
 }
 
 SaveRestore::~SaveRestore() {
+  Undo();
   if (_good && !_restoring) SaveInteger(magic_number);
   if (_good && _restoring && ReadWord() != magic_number) KESTRIN_REPORT_INTERNAL("magic == magic_number");
-  if (_file) std::fclose(_file);
+  if (_file && std::fclose(_file) != 0 && !_restoring) Message::Error(0, "cannot write file ", FileName());
   for (auto [name, seen] : Entries<char*, void*>(_saved_files)) Strings::free_string(name);
   delete _pointer_to_id;
   delete _id_to_pointer;
@@ -44,7 +47,23 @@ SaveRestore::~SaveRestore() {
   delete _restored_files;
 }
 
+unsigned SaveRestore::Afford(unsigned long objects) {
+  if (_good && objects <= _affordable)
+    _affordable -= objects;
+  else
+    SetFail();
+  return _good;
+}
+
+void SaveRestore::Undo() {
+  if (_good) return;
+  for (; !_undo.empty(); _undo.pop_back()) _undo.back()();
+}
+
 void SaveRestore::ReadHeader() {
+  if (std::fseek(_file, 0, SEEK_END) == 0)
+    _affordable = free_objects + objects_per_byte * static_cast<unsigned long>(std::max(std::ftell(_file), 0L));
+  std::rewind(_file);
   unsigned magic = ReadWord();
   if (magic != magic_number) {
     long swapped = magic;

@@ -4,6 +4,9 @@
 #define KESTRIN_UTIL_SAVERESTORE_H
 
 #include <cstdio>
+#include <functional>
+#include <utility>
+#include <vector>
 
 #include "util/linefile.h"
 #include "util/strings.h"
@@ -55,6 +58,16 @@ public:
   /// 0 for an unknown object.
   unsigned Pointer2Id(const void* object) const;
 
+  // What a damaged file must not do.
+  /// Whether the file may ask for so many objects that it does not spell out, such as the ports of an operator of a
+  /// given size. The first millions are free, more must be backed by the size of the file; otherwise the stream goes
+  /// bad.
+  unsigned Afford(unsigned long objects);
+  /// Notes how to take back a change made outside of what the caller holds.
+  void OnFailure(std::function<void()> undo) { _undo.push_back(std::move(undo)); }
+  /// Takes all noted changes of a bad stream back, the latest first. Closing a bad stream does it too.
+  void Undo();
+
   /// File ids mean nothing in another run, so the name of each file is written once.
   void SaveLinefile(linefile_type linefile);
   linefile_type RestoreLinefile();
@@ -80,6 +93,8 @@ private:
   unsigned _swap : 1;
   unsigned _good : 1;
   unsigned _last_id = 0;
+  unsigned long _affordable = 0;
+  std::vector<std::function<void()>> _undo;
 };
 
 #endif

@@ -1,0 +1,495 @@
+// The binary form of the database: everything that was saved comes back, and damaged files change nothing.
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <sstream>
+
+#include "containers/assertion.h"
+#include "database/netlist_fixture.h"
+#include "database/operators.h"
+#include "util/linefile.h"
+#include "util/saverestore.h"
+
+namespace {
+
+std::vector<std::string> reports;
+
+class BdmpTest : public NetlistTest {
+protected:
+  void SetUp() override {
+    NetlistTest::SetUp();
+    reports.clear();
+    kestrin_set_report_handler([](const char* text, const char*, int) { reports.emplace_back(text); });
+    path =
+        testing::TempDir() + "zelk_bdmp_test_" + testing::UnitTest::GetInstance()->current_test_info()->name() + ".db";
+  }
+  void TearDown() override {
+    kestrin_set_report_handler(nullptr);
+    std::filesystem::remove(path);
+    NetlistTest::TearDown();
+    LineFile::FreeLineFileMaps();
+  }
+
+  static Library* Work() {
+    Library* work = Libset::Global()->GetLibrary("work");
+    if (!work) Libset::Global()->Add(work = new Library("work"));
+    return work;
+  }
+  static Netlist* NewNetlist(const char* cell_name) {
+    auto* cell = new Cell(cell_name, LineFile::EncodeLineFile("a.v", 3));
+    Work()->Add(cell);
+    auto* netlist = new Netlist("INTERFACE", LineFile::EncodeLineFile("b.v", 4));
+    cell->Add(netlist);
+    return netlist;
+  }
+  static Netlist* Find(const char* cell_name) {
+    Cell* cell = Work()->GetCell(cell_name);
+    return cell ? cell->GetFirstNetlist() : nullptr;
+  }
+
+  static void Save(const DesignObj* object, const std::string& file) {
+    SaveRestore stream(file.c_str(), 0);
+    object->Save(stream);
+    EXPECT_TRUE(stream.IsOK());
+  }
+  std::string BytesOf(const DesignObj* object) {
+    Save(object, path);
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  void SetBytes(const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
+  Library* RestoreLibrary() {
+    messages.clear();
+    Message::ClearErrorCount();
+    SaveRestore stream(path.c_str(), 1);
+    auto* library = new Library(stream);
+    return library->InstallRestored(stream, Libset::Global());
+  }
+
+  /// Everything of all designs and operators, by name.
+  static std::string DumpAll() {
+    std::map<std::string, std::string> dumps;
+    for (Library* library : LibrariesOf(Libset::Global()))
+      for (Cell* cell : CellsOf(library))
+        for (Netlist* netlist : NetlistsOf(cell)) {
+          std::ostringstream out;
+          for (DesignObj* object : {static_cast<DesignObj*>(library), static_cast<DesignObj*>(cell)}) {
+            out << object->Name() << " " << LineFile::GetLineNo(object->Linefile()) << "\n";
+            object->DumpAttributes(out);
+          }
+          netlist->Dump(out);
+          dumps[std::string(library->Name()) + "|" + cell->Name() + "|" + netlist->Name()] = out.str();
+          EXPECT_EQ(NetlistChecker(netlist).Report(), "");
+        }
+    std::string all;
+    for (auto& [name, dump] : dumps) all += name + "\n" + dump;
+    return all;
+  }
+
+  std::string path;
+};
+
+unsigned long At(unsigned line) { return LineFile::EncodeLineFile("rich.v", line); }
+
+/// An array of nets in a netlist, as a bus.
+ArrayOf<Net>* Word(Netlist* netlist, std::vector<std::unique_ptr<ArrayOf<Net>>>& kept, const std::string& name,
+                   int width) {
+  kept.push_back(std::make_unique<ArrayOf<Net>>());
+  auto* bus = new NetBus(name.c_str(), width - 1, 0, At(5));
+  netlist->Add(bus);
+  for (int bit = 0; bit < width; bit++) {
+    auto* net = new Net((name + "[" + std::to_string(bit) + "]").c_str(), At(6));
+    netlist->Add(net);
+    bus->AddAtIndex(net, bit);
+    kept.back()->InsertLast(net);
+  }
+  return kept.back().get();
+}
+
+void AddWordOperators(Netlist* n) {
+  std::vector<std::unique_ptr<ArrayOf<Net>>> kept;
+  int words = 0;
+  auto word = [&](int width) { return Word(n, kept, "w" + std::to_string(words++), width); };
+  auto bit = [&] { return word(1)->At(0); };
+  Net* one_bit = nullptr;
+  auto fresh = [&]() -> Net** {
+    one_bit = nullptr;
+    return &one_bit;
+  };
+  n->Adder(bit(), word(3), word(2), word(3), fresh(), At(10));
+  n->Multiplier(1, word(3), word(2), word(5), At(11));
+  n->Multiplier(0, word(2), word(2), word(4), At(11));
+  n->Divider(1, word(4), word(3), word(4), At(12));
+  n->Modulo(0, word(4), word(3), word(3), At(12));
+  n->ShiftLeft(bit(), word(4), word(2), word(4), At(13));
+  n->ShiftRight(bit(), word(4), word(2), word(4), At(13));
+  n->RotateLeft(word(4), word(2), word(4), At(13));
+  n->RotateRight(word(4), word(2), word(4), At(13));
+  n->ReduceAnd(word(4), fresh(), 0);
+  n->ReduceNand(word(4), fresh(), 0);
+  n->ReduceOr(word(4), fresh(), 0);
+  n->ReduceNor(word(4), fresh(), 0);
+  n->ReduceXor(word(4), fresh(), 0);
+  n->ReduceXnor(word(4), fresh(), 0);
+  n->Equal(word(3), word(3), fresh(), 0);
+  n->LessThan(bit(), word(3), word(3), fresh(), 0);
+  n->Nto1Mux(word(2), word(3), fresh(), 0);
+  n->Selector(word(3), word(3), fresh(), 0);
+  n->PrioSelector(bit(), word(3), word(3), fresh(), 0);
+  n->Decoder(word(2), word(4), 0);
+  n->Lut(word(3), fresh(), 0xE8, 0);
+  n->Lut(word(2), fresh(), 0, 0); // a table of zeros is saved as a plain instance
+  Instance* ram = n->TrueDualPortRam(bit(), word(2), word(3), 8, word(4), word(2), 4, word(8), bit(), nullptr, word(3),
+                                     7, word(4), word(3), 8, word(4), At(20));
+  ram->AddAtt(ATT_TRUE_DUAL_PORT, "AB");
+  n->DualPortRam(nullptr, nullptr, nullptr, 0, nullptr, word(2), 4, word(8), At(21));
+}
+
+void AddPrimitives(Netlist* n, Net* a, Net* b, Net* clk) {
+  Net* cout = nullptr;
+  n->X(0);
+  n->And(n->Nand(a, b, 0), n->Or(a, n->Nor(a, b, 0), 0), 0);
+  n->Mux(n->Xor(a, b, 0), n->Xnor(a, b, 0), n->Inv(b, 0), At(31));
+  for (buffer_type_enum type : {LOGICAL, STRUCTURAL, KEEP, USER_NET, CONSTANT, DIRECTIONAL, NONE}) n->Buf(a, 0, type);
+  Net* bus = n->Tristate(a, b, 0);
+  for (Net* other : {n->Tristate(b, a, 0), n->Pullup(0)}) {
+    Instance* driver = other->Driver();
+    driver->Reconnect(driver->View()->GetOutput(), bus);
+  }
+  n->Pulldown(0);
+  n->Tran(n->Z(0), a, b, 0);
+  n->Cmos(a, b, b, 0);
+  n->Nmos(a, b, 0);
+  n->Pmos(a, b, 0);
+  n->Fadd(a, b, a, &cout, 0);
+  n->InferPoint(n->Clock(clk, nullptr, 0), a, 0)->Driver()->SetSequence(17);
+  n->PslAssertion(a, 0);
+  n->Dlatch(a, clk, b, b, 0);
+  n->Dlatchrs(a, clk, b, b, 0);
+}
+
+Net* NewPort(Netlist* n, const char* name, port_dir direction) {
+  auto* port = new Port(name, direction, At(1));
+  n->Add(port);
+  auto* net = new Net(name, At(2));
+  n->Add(net);
+  net->Connect(port);
+  return net;
+}
+
+/// A netlist with something of every kind, over a view that is used twice and over a black box.
+Netlist* Rich(Netlist* n, Netlist* child, Netlist* black_box) {
+  Net* a = NewPort(n, "a", DIR_INPUT);
+  Net* clk = NewPort(n, "clk", DIR_INPUT);
+  Net* b = NewPort(n, "io", DIR_INOUT);
+  n->Add(new Port("open", DIR_OUTPUT));
+  auto* matrix = new PortBus("m", DIR_OUTPUT, 0, 1, At(3), 1);
+  n->Add(matrix);
+  for (const char* row_name : {"m[0]", "m[1]"}) {
+    auto* row = new PortBus(row_name, DIR_OUTPUT, 1, 0, At(3));
+    n->Add(row);
+    for (const char* bit : {"[1]", "[0]"}) {
+      NewPort(n, (std::string(row_name) + bit).c_str(), DIR_OUTPUT);
+      row->Add(n->GetPort((std::string(row_name) + bit).c_str()));
+    }
+    matrix->Add(row);
+  }
+  n->GetPort("a")->AddAtt(ATT_CHIP_PIN, "\"B12\"");
+  n->AddAtt(" cell_name", "rich");
+  n->SetSourceLang(DB_SOURCE_LANG_VERILOG);
+
+  auto* outer = new NetBus("v", 2, 0, At(7), 1);
+  n->Add(outer);
+  auto* inner = new NetBus("v[1]", -1, 4, At(7));
+  n->Add(inner);
+  outer->AddAtIndex(inner, 1);
+  inner->AddAtIndex(a, 2);
+  inner->AddAtIndex(clk, 0);
+  auto* twin = new Net("v", At(7)); // the name of a bus
+  n->Add(twin);
+
+  AddPrimitives(n, a, b, clk);
+  AddWordOperators(n);
+  a->SetPowerUpValue('1');
+  b->SetPreferredName(1);
+  b->SetPowerUpValue('Z');
+  b->AddAtt(ATT_KEEP, "1");
+  clk->SetPreferredName(1);
+  b->AddAtt("odd name", "");
+
+  auto* fsm = new Fsm("state", At(8));
+  n->Add(fsm);
+  for (const char* state : {"idle", "run"}) {
+    Instance* reg = state[0] == 'i' ? n->Dff(a, clk, b, b, At(9), state)->Driver()
+                                    : n->Dffrs(a, clk, a, b, At(9), state, nullptr, a, b)->Driver();
+    fsm->AddState(reg, state);
+  }
+  fsm->AddAtt(ATT_FSM_ENCODING, "\"onehot\"");
+
+  for (const char* name : {"u1", "u2"}) {
+    auto* inst = new Instance(name, child, At(40));
+    n->Add(inst);
+    for (Port* port : PortsOf(child)) inst->Connect(port, port->IsInput() ? a : b);
+    inst->AddAtt(ATT_NOPRUNE, "1");
+  }
+  n->Add(new Instance("u3", black_box));
+  n->Add(new Instance("u4"));
+  return n;
+}
+
+class RichTest : public BdmpTest {
+protected:
+  void SetUp() override {
+    BdmpTest::SetUp();
+    Netlist* leaf = NewNetlist("leaf");
+    NewPort(leaf, "x", DIR_INPUT);
+    Netlist* child = NewNetlist("child");
+    Net* x = NewPort(child, "x", DIR_INPUT);
+    Net* y = NewPort(child, "y", DIR_OUTPUT);
+    child->Inv(x, 0)->Driver()->Reconnect(Prim::Static(PRIM_INV)->GetOutput(), y);
+    auto* inst = new Instance("deep", leaf);
+    child->Add(inst);
+    inst->Connect(leaf->GetPort("x"), y);
+    rich = Rich(NewNetlist("a rich(8)"), child, leaf);
+    rich->SetPresentDesign();
+    EXPECT_THAT(messages, testing::IsEmpty());
+  }
+  /// As in a new run, apart from the primitives.
+  static void Forget() {
+    for (Library* library : LibrariesOf(Libset::Global()))
+      if (library != Library::Primitives()) delete library;
+  }
+  Netlist* rich = nullptr;
+};
+
+TEST_F(RichTest, ALibraryComesBackWithEverythingInIt) {
+  const std::string before = DumpAll();
+  Save(Work(), path);
+  Forget();
+  ASSERT_NE(RestoreLibrary(), nullptr);
+  EXPECT_EQ(DumpAll(), before);
+
+  Netlist* restored = Find("a rich(8)");
+  EXPECT_EQ(Netlist::PresentDesign(), restored);
+  EXPECT_TRUE(restored->GetNet("io")->IsPreferredName());
+  EXPECT_EQ(restored->GetNet("a")->PowerUpValue(), '1');
+  EXPECT_EQ(restored->GetNetBus("v")->ElementAtIndex(1), restored->GetNetBus("v[1]"));
+  EXPECT_EQ(restored->GetNetBus("v[1]")->ElementAtIndex(2), restored->GetNet("a"));
+  EXPECT_EQ(restored->GetNetBus("v[1]")->ElementAtIndex(1), nullptr);
+  EXPECT_EQ(restored->GetPortBus("m")->ElementAtIndex(1), restored->GetPortBus("m[1]"));
+  EXPECT_EQ(restored->GetFsm("state")->StateName(restored->GetInst("run")), std::string("run"));
+  unsigned sequence = 0;
+  for (Instance* inst : InstancesOf(restored)) {
+    sequence += inst->Sequence();
+    if (inst->Type() != OPER_LUT) continue;
+    EXPECT_EQ(inst->LutFunction(), inst->Input1Size() == 3 ? 0xE8U : 0U);
+  }
+  EXPECT_EQ(sequence, 17U);
+  EXPECT_EQ(Find("child")->NumOfRefs(), 2U);
+  EXPECT_TRUE(reports.empty());
+}
+
+TEST_F(RichTest, WhatIsSavedTwiceIsTheSameAndSoIsWhatWasRestored) {
+  const std::string bytes = BytesOf(rich);
+  EXPECT_EQ(BytesOf(rich), bytes);
+  Forget();
+  SaveRestore stream(path.c_str(), 1);
+  std::unique_ptr<Netlist> restored(new Netlist(stream));
+  ASSERT_TRUE(stream.IsOK());
+  restored->SetPresentDesign();
+  EXPECT_EQ(BytesOf(restored.get()), bytes);
+  EXPECT_EQ(NetlistChecker(restored.get()).Report(), "");
+}
+
+/// Walks a file of a library by the format alone, and reverses the bytes of every integer.
+class ByteSwapper {
+public:
+  explicit ByteSwapper(std::string& bytes) : _bytes(bytes) {
+    Integers(2);
+    Prefix();
+    Integers(2);
+    while (Integer()) Cell();
+    Integer();
+    EXPECT_EQ(_pos, _bytes.size());
+  }
+
+private:
+  int32_t Integer() {
+    int32_t value = 0;
+    if (_pos + sizeof value > _bytes.size()) return 0;
+    _bytes.copy(reinterpret_cast<char*>(&value), sizeof value, _pos);
+    std::reverse(&_bytes[_pos], &_bytes[_pos] + sizeof value);
+    _pos += sizeof value;
+    return value;
+  }
+  void Integers(int count) {
+    while (count-- > 0) Integer();
+  }
+  void String() { _pos += static_cast<size_t>(std::max(Integer(), 0)); }
+  void Prefix() {
+    String();
+    if (Integer() == -1) {
+      String();
+      Integer();
+    }
+    for (int left = Integer() * 2; left > 0; left--) String();
+  }
+  void Cell() {
+    Prefix();
+    Integer();
+    while (Integer()) View(Integer());
+  }
+  void View(int type) {
+    if (type == PRIM_NONE) return Contents();
+    Prefix();
+    if (type <= PRIM_INFER_POINT || type == OPER_DUAL_PORT_RAM) return;
+    const bool three = type >= OPER_ADDER && type <= OPER_MODULO;
+    const bool two = (type >= OPER_SHIFT_LEFT && type <= OPER_ROTATE_RIGHT) || type == OPER_LESSTHAN ||
+                     type == OPER_EQUAL || type == OPER_NTO1MUX;
+    Integers(three ? 3 : two ? 2 : 1);
+  }
+  void Contents() {
+    Prefix();
+    while (Integer()) {
+      View(Integer());
+      String();
+      String();
+    }
+    Integers(5);
+    Each([this] { Integers(1); });
+    Each([this] {
+      Integers(3);
+      Integers(Integer());
+    });
+    for (int left = Integer(); left > 0; left--) {
+      const int kind = Integer();
+      Prefix();
+      Integers(kind - 1);
+    }
+    Each([this] {
+      for (int left = Integer(); left > 0; left--) {
+        Integer();
+        String();
+      }
+    });
+    Each([this] {
+      Integers(Integer());
+      Integers(2 * Integer());
+    });
+    Each([this] {
+      Integers(2);
+      Integers(2 * Integer());
+    });
+    for (int left = Integer() * 3; left > 0; left--) String();
+  }
+  template <class Rest> void Each(Rest rest) {
+    for (int left = Integer(); left > 0; left--) {
+      Prefix();
+      rest();
+    }
+  }
+
+  std::string& _bytes;
+  size_t _pos = 0;
+};
+
+TEST_F(RichTest, AFileOfTheOtherByteOrderComesBack) {
+  const std::string before = DumpAll();
+  std::string bytes = BytesOf(Work());
+  const ByteSwapper swap(bytes);
+  SetBytes(bytes);
+  Forget();
+  ASSERT_NE(RestoreLibrary(), nullptr);
+  EXPECT_EQ(DumpAll(), before);
+}
+
+TEST_F(RichTest, WhatExistsStaysAndGetsMissingPorts) {
+  Save(Work(), path);
+  Forget();
+  Netlist* older = NewNetlist("child");
+  older->Add(new Port("x", DIR_INPUT));
+  older->Add(new Net("only here"));
+  Cell* cell = older->Owner();
+  ASSERT_NE(RestoreLibrary(), nullptr);
+  EXPECT_EQ(Work()->GetCell("child"), cell);
+  EXPECT_EQ(Find("child"), older);
+  EXPECT_EQ(older->NumOfNets(), 1U);
+  EXPECT_EQ(older->NumOfInsts(), 0U);
+  ASSERT_NE(older->GetPort("y"), nullptr);
+  EXPECT_EQ(older->GetPort("y")->Direction(), DIR_INOUT);
+  EXPECT_THAT(messages, testing::Contains(testing::EndsWith("VDB-1006 port y added to existing netlist")));
+  Netlist* restored = Find("a rich(8)");
+  EXPECT_EQ(restored->GetInst("u1")->View(), older);
+  EXPECT_EQ(restored->GetInst("u1")->GetNet(older->GetPort("x")), restored->GetNet("a"));
+  EXPECT_EQ(NetlistChecker(restored).Report(), "");
+}
+
+TEST_F(RichTest, AHierarchyComesBackUnderItsTopAndEachViewOnce) {
+  Save(rich, path);
+  Forget();
+  {
+    SaveRestore stream(path.c_str(), 1);
+    auto* top_cell = new Cell("a rich(8)", LineFile::EncodeLineFile("a.v", 3));
+    auto* netlist = new Netlist(stream);
+    EXPECT_EQ(Work()->NumOfCells(), 2U);
+    Work()->Add(top_cell);
+    EXPECT_EQ(netlist->InstallRestored(stream, top_cell), netlist);
+  }
+  EXPECT_EQ(Find("a rich(8)")->GetInst("u1")->View(), Find("child"));
+  EXPECT_EQ(Find("child")->GetInst("deep")->View(), Find("leaf"));
+}
+
+TEST_F(RichTest, AnotherVersionOfTheDatabaseInstallsNothing) {
+  std::string bytes = BytesOf(Work());
+  const std::string version("\x06\0\xAB\0", 4);
+  bytes.replace(bytes.find(version), 1, "\x05");
+  SetBytes(bytes);
+  Forget();
+  EXPECT_EQ(RestoreLibrary(), nullptr);
+  EXPECT_EQ(Libset::Global()->GetLibrary("work"), nullptr);
+  EXPECT_THAT(messages,
+              testing::ElementsAre(path + " was created using code corresponding to a db_version_number of 0xab0005",
+                                   "Currently, backward compatibility is not supported",
+                                   "An error occurred during database binary restore"));
+}
+
+TEST_F(RichTest, ACutFileChangesNothing) {
+  const std::string bytes = BytesOf(Work());
+  Forget();
+  NewNetlist("child"); // gets ports, and loses them again
+  const std::string before = DumpAll();
+  std::mt19937 random(1);
+  for (size_t size = 0; size + 4 < bytes.size(); size += size < 3000 ? 7 : 1 + random() % 400) {
+    SetBytes(bytes.substr(0, size));
+    ASSERT_EQ(RestoreLibrary(), nullptr) << size;
+    ASSERT_THAT(messages, testing::Contains("An error occurred during database binary restore")) << size;
+    ASSERT_TRUE(DumpAll() == before) << size;
+  }
+}
+
+// Some damage cannot be told from another design; then the design is consistent and the primitives are what they were.
+TEST_F(RichTest, ADamagedFileEndsInAMessageOrInAConsistentDesign) {
+  const std::string bytes = BytesOf(Work());
+  Forget();
+  const std::string before = DumpAll();
+  std::mt19937 random(2);
+  unsigned failed = 0;
+  for (int round = 0; round < 600; round++) {
+    std::string damaged = bytes;
+    for (int flips = 1 + round % 3; flips > 0; flips--) damaged[random() % damaged.size()] ^= 1U << random() % 8;
+    SetBytes(damaged);
+    if (RestoreLibrary()) {
+      DumpAll();
+      Forget();
+    } else {
+      failed++;
+      ASSERT_THAT(messages, testing::Contains("An error occurred during database binary restore")) << round;
+      ASSERT_TRUE(DumpAll() == before) << round;
+    }
+  }
+  EXPECT_GT(failed, 200U);
+}
+
+} // namespace
