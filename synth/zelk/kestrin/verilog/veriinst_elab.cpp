@@ -606,6 +606,7 @@ void VeriInst::InstantiateGate(unsigned token) {
 }
 
 void VeriGateInstantiation::Elaborate() {
+  if (ElabState()->Mode() == ELAB_HIERARCHY_ONLY) return;
   for (VeriInst* inst : *_insts) {
     if (veri_file::CheckForInterrupt(Linefile())) return;
     inst->InstantiateGate(_token);

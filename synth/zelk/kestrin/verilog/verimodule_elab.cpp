@@ -113,7 +113,7 @@ std::unique_ptr<Netlist> VeriModuleRun::Run() {
   _module->ApplyAttributes(_netlist.get());
   InitializePackages();
   InitializeParameters();
-  if (_state.Mode() == ELAB_FULL && !HasErrors()) {
+  if (_state.Mode() != ELAB_BLACK_BOX && !HasErrors()) {
     GenerateObjects();
     InitializeItems();
     CheckUse();
@@ -187,6 +187,7 @@ void VeriModuleRun::CheckUse() const {
 }
 
 void VeriModuleRun::ElaborateItems() {
+  if (_module->IsPrimitive() && _state.Mode() == ELAB_HIERARCHY_ONLY) return;
   _module->ElaborateContents();
   for (VeriDefParamAssign* assign : KeysOf<VeriDefParamAssign*>(&_state.Defparams())) assign->ReportUnresolved();
 }
@@ -261,6 +262,8 @@ Netlist* VeriModule::Elaborate(Library* library, const Map* parameters, bool hie
     owned->MakeBlackBox();
   else if (mode == ELAB_FULL)
     owned->Polish();
+  else
+    owned->ResolveWires();
   Netlist* netlist = owned.release();
   Cell* cell = FindOrAddCell(library, name, Linefile());
   if (Netlist* old = cell->GetNetlist("")) {

@@ -42,6 +42,13 @@ void DriveByType(VeriIdDef* id, unsigned net_type, const VeriTreeNode* from) {
 
 } // namespace
 
+namespace {
+
+/// Only instances are wanted: what makes logic has nothing to do.
+bool IsHierarchyOnly() { return VeriNode::ElabState()->Mode() == ELAB_HIERARCHY_ONLY; }
+
+} // namespace
+
 void VeriDataDecl::Elaborate() {
   VeriNodeScope node(this);
   for (VeriIdDecl* decl : *_ids) {
@@ -52,7 +59,7 @@ void VeriDataDecl::Elaborate() {
     if (value) ApplyAttributesTo(*value);
     if (!variable->IsNet() || !value) continue;
     DriveByType(id, _net_type, this);
-    if (!decl->Value()) continue;
+    if (!decl->Value() || IsHierarchyOnly()) continue;
     const VeriConstraint* type = id->GetConstraint();
     OwnedValue source = type ? decl->Value()->EvaluateFor(*type, nullptr) : nullptr;
     if (source) id->GetValue()->NetAssignFrom(std::move(source), VERI_RESOLVE_WIRE, true, decl);
@@ -85,6 +92,7 @@ void VeriNetRegAssign::Elaborate() {
 }
 
 void VeriContinuousAssign::Elaborate() {
+  if (IsHierarchyOnly()) return;
   for (VeriNetRegAssign* assign : *_assigns) {
     if (veri_file::CheckForInterrupt(Linefile())) return;
     assign->Elaborate();
@@ -98,7 +106,7 @@ void VeriAlwaysConstruct::Initialize() {
 }
 
 void VeriAlwaysConstruct::Elaborate() {
-  if (!_statement || veri_file::CheckForInterrupt(Linefile())) return;
+  if (!_statement || IsHierarchyOnly() || veri_file::CheckForInterrupt(Linefile())) return;
   VeriNodeScope node(this);
   VeriDataFlow flow(nullptr);
   flow.SetProcessNode(this);
@@ -140,7 +148,7 @@ void VeriInitialConstruct::Initialize() {
 void VeriInitialConstruct::Elaborate() {
   bool is_off = kestrin_flag("zelk_dont_elaborate_initial_constructs");
   if (HasAttribute("enable_verilog_initial_construct")) is_off = !AttributeValue("enable_verilog_initial_construct", 0);
-  if (is_off || !_statement || veri_file::CheckForInterrupt(Linefile())) return;
+  if (is_off || !_statement || IsHierarchyOnly() || veri_file::CheckForInterrupt(Linefile())) return;
   VeriNodeScope node(this);
   VeriDataFlow flow(nullptr, true);
   flow.SetProcessNode(this);
