@@ -21,7 +21,7 @@ public:
   void Debug(const char* text) override { debug.emplace_back(text); }
   bool CheckAttributeName(const char* name, const char*, unsigned) override { return unknown_attribute != name; }
   void CheckAttributeOrDirective(const char* name, const char*, unsigned, bool, const char* trigger) override {
-    checked.push_back(std::string(trigger) + " " + name);
+    checked.push_back(std::string(trigger ? trigger : "(*") + " " + name);
   }
 
   std::string flag_on;

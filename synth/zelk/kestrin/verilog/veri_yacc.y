@@ -1136,6 +1136,7 @@ gen_step
 gen_body
   : gen_begin_block
   | gen_single
+  | gen_single_head gen_conditional { $$ = veri_end_single_generate($1, $2); }
   ;
 
 gen_begin_block

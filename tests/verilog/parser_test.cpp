@@ -1,0 +1,521 @@
+// The grammar: what is accepted, the tree that it gives, told by its own source text, and what is said of mistakes.
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "verilog/analysis.h"
+#include "verilog/veri_tokens.h"
+#include "verilog/veriscope.h"
+#include "verilog/verivisitor.h"
+
+namespace {
+
+std::string PrintedLibrary(const char* name) {
+  std::ostringstream out;
+  veri_file::GetLibrary(name)->PrettyPrint(out, 0);
+  return out.str();
+}
+
+/// The tree as source text; the messages when the text is refused.
+std::string Printed(const std::string& text, veri_dialect dialect = VERI_2K) {
+  Analysis analysis;
+  if (analysis.Read(text, dialect)) return PrintedLibrary("work");
+  std::string messages;
+  for (const std::string& line : Analysis::Messages()) messages += line + "\n";
+  return messages;
+}
+
+/// Reads a text, and what it is printed as, which must give the same tree.
+void ExpectStable(const std::string& text, veri_dialect dialect) {
+  const std::string once = Printed(text, dialect);
+  EXPECT_EQ(Printed(once, dialect), once);
+}
+
+/// The item of a module with this body, as it is printed.
+std::string Item(const std::string& text, veri_dialect dialect = VERI_2K) {
+  std::string printed = Printed("module m;\n" + text + "\nendmodule\n", dialect);
+  const std::string head = "module m;\n";
+  const std::string tail = "endmodule\n\n";
+  if (!printed.starts_with(head) || !printed.ends_with(tail)) return printed;
+  return printed.substr(head.size(), printed.size() - head.size() - tail.size());
+}
+
+Lines ErrorsOf(const std::string& text, veri_dialect dialect = VERI_2K) {
+  Analysis analysis;
+  analysis.Read(text, dialect);
+  Lines errors;
+  for (const std::string& line : Analysis::Messages())
+    if (line.find(": error: ") != std::string::npos && line.find("ignored due to previous errors") == std::string::npos)
+      errors.push_back(line.substr(0, line.find(" (VERI")).substr(0, line.find(" (SV")));
+  return errors;
+}
+
+// The language.
+
+TEST(Grammar, PrintedExamplesReadBackAsTheSameTree) {
+  const std::filesystem::path examples = std::filesystem::path(__FILE__).parent_path() / "../../examples";
+  unsigned count = 0;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(examples)) {
+    if (entry.path().extension() != ".v") continue;
+    SCOPED_TRACE(entry.path().string());
+    const std::string once = [&] {
+      Analysis analysis;
+      analysis.file.Analyze(entry.path().c_str(), VERI_2K);
+      return PrintedLibrary("work");
+    }();
+    EXPECT_TRUE(once.starts_with("module ")) << once;
+    EXPECT_EQ(Printed(once), once);
+    count++;
+  }
+  EXPECT_GT(count, 10U);
+}
+
+TEST(Grammar, AllOfVerilog2001IsReadAndReadsBack) {
+  ExpectStable(R"(
+(* top = 1, keep *) module all #(parameter W = 8, parameter signed [3:0] S = -1, parameter real R = 1.5) (
+  (* io = "yes" *) input wire signed [W-1:0] a, b, input clk,
+  output reg [W-1:0] q = 0, r, output wire y, inout [3:0] io);
+  localparam integer N = 3; parameter time T = 10, T2 = 5;
+  specparam SP = 1:2:3;
+  wire signed [3:0] w1, w2 = 4'b10x1;
+  wire (strong0, pull1) [1:0] #(1,2,3) ws = 2'sb01;
+  trireg (small) #(0,0,10) cap;
+  tri1 vectored [7:0] tv; supply0 gnd; wand scalared [2:0] wa;
+  reg [7:0] mem [0:255], mem2 [3:0][0:7]; reg rr = 1'b1;
+  integer i, j; real x = 2.5e3; realtime rt; time tm; event e1, e2;
+  genvar g, h;
+  defparam u1.P = 3, blk[0].u.Q = 4;
+  assign y = &a | ~|b ^ ^a ~^ b, w1 = a ? b : q;
+  assign (weak0, weak1) #3 io = {4{clk}};
+  assign {w2[0], w2[3:1]} = a[3 -: 4] + b[0 +: 4];
+  and (strong0, strong1) #(1,2) a1 (w1[0], a[0], b[0]), (w1[1], a, b);
+  bufif0 #1 (tv[0], clk, a); nmos n1 [3:0] (io, w1, clk); pullup (io[0]); tran t1(io[1], io[2]);
+  cmos (w1, w2, clk, y);
+  sub #(.P(3), .Q()) u1 (.a(a), .b(), .c({a, b})), u2 [1:0] (a, , b);
+  sub #(3, 4) u3 (a, b[2:0]); sub #5 u4 (); udp (strong0, pull1) #1 (y, a, b);
+  function automatic signed [W-1:0] f;
+    input signed [W-1:0] p; input integer k; reg [3:0] t;
+    begin t = p; f = t + k; end
+  endfunction
+  function [7:0] f2 (input [7:0] p, q, input r); f2 = p & q; endfunction
+  task tk; input a1; output [3:0] b1; inout c1; begin : named reg z; z = a1; #10 b1 = z; end endtask
+  task automatic tk2 (input x1, output reg y1); y1 = x1; endtask
+  initial begin : init
+    reg [3:0] loc; integer n;
+    for (i = 0; i < 10; i = i + 1) mem[i] = i * 2 ** 3 % 5;
+    while (i > 0) i = i - 1;
+    repeat (3) @(posedge clk) ;
+    forever #5 rr = ~rr;
+    loc = #3 4'hF; q <= repeat (2) @(negedge clk) a; r <= @(clk or a) b; r <= #(1:2:3) b;
+    -> e1; @e1 ; @(e1, e2) disable init; wait (clk) r = 1;
+    fork : fk reg z; z = 1; join
+    $display("hi %d\n\t\"q\"", a, , b); $finish; tk(a[0], q, io[0]);
+    assign q = 1; deassign q; force y = 0; release y;
+    if (a == b) q = 1; else if (a != b && !(a === b) || a !== b) q = 2; else ;
+    #1.5 q = 3; #(T) ;
+    u1.t.x = 5; blk[1].u.z[3] = 1;
+  end
+  always @(posedge clk or negedge a[0]) if (!a[0]) q <= 0; else q <= f(a, 3) + f2(a, b, 1);
+  always @* case (a) 1, 2: q = 1; default: q = 2; endcase
+  always @( * ) casez (a) 8'b1???_???? : q = 1; 8'h0z: ; default q = 3; endcase
+  always begin casex (a) (* full *) 3'bx1z: q = a + (* x *) b; endcase (* par *) q = 1; end
+  generate
+    for (g = 0; g < 4; g = g + 1) begin : blk
+      wire t; sub #(g) u (t);
+      if (g == 0) assign t = 1; else if (g == 1) begin assign t = 0; end else begin : other assign t = 1; end
+      case (g) 0: wire c; 1, 2: begin wire d; end default: ; endcase
+    end
+    if (W > 4) wire big; else wire small_w;
+    begin : plain wire pw; end
+  endgenerate
+  for (h = 0; h < 2; h = h + 1) always @(posedge clk) r[h] <= a[h];
+  if (W == 1) sub only (a);
+  specify
+    specparam tr = 1, tf = (1:2:3), PATHPULSE$a$b = (1, 2);
+    (a => y) = 3; (a, b *> y) = (1, 2); (posedge clk => (q +: a)) = (1,2,3); (clk - => q) = 2;
+    if (a) (a => y) = 1:2:3; ifnone (a => y) = 4; (negedge clk *> (q : a)) = 1;
+    $setup(a, posedge clk &&& b, 3); $hold(posedge clk, a, 2, n); $width(edge[01, 10] clk, 1);
+    showcancelled y; pulsestyle_onevent y;
+  endspecify
+  wire \esc$ , \a+b ; assign \a+b = \esc$ ;
+endmodule
+primitive udp (y, a, b); output y; reg y; input a, b; initial y = 1'b0;
+table 0 0 : ? : 0; (01) ? : 0 : 1; r * : 1 : -; (1x) b : ? : x; endtable endprimitive
+primitive udp2 (output y, input a, b); table 0 0 : 0; 1 ? : 1; endtable endprimitive
+primitive udp3 (output reg q = 1'b1, input d); table f : ? : 1; n : 0 : -; endtable endprimitive
+macromodule ports (.x(a), {b, c}, d[3:0], , .z()); input a, b, c; input [7:0] d; endmodule
+config cfg; design work.all; default liblist work lib2; instance all.u1 use work.sub; cell x.y liblist a;
+  instance all.u1.u2 use z:config; endconfig
+module sub; endmodule
+)",
+               VERI_2K);
+}
+
+TEST(Grammar, TheSystemVerilogSubsetIsReadAndReadsBack) {
+  ExpectStable(R"(
+package p;
+  typedef logic [7:0] byte_t;
+  typedef enum logic [1:0] {IDLE, RUN = 2'd2, STOP} state_t;
+  typedef struct packed { logic valid; byte_t data; state_t [1:0] s; } pkt_t;
+  typedef union packed { logic [7:0] a; byte_t b; } u_t;
+  parameter int WIDTH = 8; localparam logic [3:0] C = 4'hA;
+  function automatic int add(int a, b); return a + b; endfunction
+  function void nothing(); endfunction : nothing
+endpackage : p
+interface bus #(parameter W = 4) (input logic clk);
+  logic [W-1:0] d; modport mst (output d, input clk), slv (input d);
+endinterface
+module m import p::*; #(int W = 8, parameter type T = logic, localparam D = W * 2) (
+  input logic clk, rst, input byte_t a, output state_t st, output logic [W-1:0] q [3:0], bus.mst b, bus b2,
+  input var int z, inout wire w, logic l, output p::pkt_t pk);
+  timeunit 1ns; timeprecision 1ps;
+  import p::add, p::WIDTH;
+  p::byte_t y; state_t state, next; pkt_t pkt; T tt; u_t un;
+  logic [3:0][7:0] mp; bit [7:0] mem [16]; byte by; shortint si; longint li; int unsigned ui; real r; string s;
+  var logic v; const int k = 3; int arr [2][3] = '{'{1, 2, 3}, '{default: 0}};
+  typedef struct { int x; logic [3:0] n; } loc_t; loc_t lt = '{x: 1, n: 4'd2};
+  enum {X1, X2} ev; struct packed { logic q1; } anon;
+  wire logic [3:0] wl;
+  always_comb begin
+    unique case (state) IDLE: next = RUN; RUN, STOP: next = IDLE; default: ; endcase
+    priority if (a == 1) y = '0; else if (a[3:0] == '1) y = 'x; else y = byte_t'(a + 8'd1);
+    y = p::byte_t'(3); y = 4'(a); ui = signed'(a); ui = W'(a); ui = (W+1)'(a); ui = int'(r);
+    for (int i = 0, j = 3; i < 4; i++, j--) begin automatic int t = i; mp[i] += t; if (i == 2) continue; break; end
+    for (int i = 0; i < 4; i += 1) begin : lp mp[i] -= 8'd1; end : lp
+    do y++; while (y < 3); --y; y <<<= 2; {y[0], y[1]} = 2'b01; '{y, by} = lt;
+    pkt = '{valid: 1'b1, data: a, default: 0}; pkt = pkt_t'{1, 2, 3}; mem = '{16{8'h0}};
+    if (y ==? 8'b1?) y = 1; if (y !=? 2) y = add(1, p::add(.a(1), .b(2)));
+    void'(add(1, 2)); pkt.data[3:0] = 4'd1; nothing(); if ((y = 1)) y = $bits(byte_t) + $bits(logic [3:0]);
+    assert (y == 1) else $error("x"); assume (y); lbl: assert (y) y = 1; else y = 2;
+  end
+  always_ff @(posedge clk or negedge rst) if (!rst) st <= IDLE; else st <= next;
+  always_latch if (l) v <= a[0];
+  final $display("end");
+  bus bi (.clk); bus bj (.*), bk (.clk, .*);
+  sub #(.T(byte_t), .W(W)) s1 (.a, .b(b.d), .c());
+  sub #(.T(logic [3:0])) s2 [3:0] (.*);
+  generate for (genvar i = 0; i < 4; i++) begin : g logic t; assign t = a[i]; end : g endgenerate
+  for (genvar i = 0; i < 4; i = i + 1) assign q[i] = a;
+  assert property (@(posedge clk) disable iff (rst) a |-> ##[1:3] b) else $error("no");
+  cv: cover property (@(posedge clk) a ##1 b);
+  property pr; @(posedge clk) a |=> b; endproperty
+  sequence sq; a ##1 b; endsequence : sq
+  covergroup cg; coverpoint a; endgroup
+  clocking cb @(posedge clk); input a; endclocking
+  ;
+  function automatic byte_t fn(input byte_t x, logic [3:0] y2, ref int rr); byte_t tmp; tmp = x; return tmp; endfunction
+  task tsk(input int n = 3, output int o); o = n; n = 1; return; endtask
+  initial begin int loc; static int st2 = 3; loc = 1; foo: begin end loc++; fork join_none wait (a) ; end
+endmodule : m
+typedef logic [15:0] half_t; parameter int G = 3; function automatic half_t gf(half_t x); return x; endfunction
+module m2 (half_t h, output p::byte_t o); assign o = h[7:0]; endmodule
+)",
+               VERI_SV);
+}
+
+TEST(Grammar, OperatorsBindByTheirTableAndFromTheLeft) {
+  EXPECT_EQ(Item("assign y = a + b * c - d;"), "    assign y = (a + (b * c)) - d;\n");
+  EXPECT_EQ(Item("assign y = a || b && c | d ^ e & f == g;"),
+            "    assign y = a || (b && (c | (d ^ (e & (f == g)))));\n");
+  EXPECT_EQ(Item("assign y = -a ** ~b << 1 < c;"), "    assign y = (((-a) ** (~b)) << 1) < c;\n");
+  EXPECT_EQ(Item("assign y = a ? b : c ? d : e;"), "    assign y = a ? b : (c ? d : e);\n");
+}
+
+TEST(Grammar, AnElseBelongsToTheNearestIf) {
+  EXPECT_EQ(Item("initial if (a) if (b) x = 1; else x = 2;"), "    initial\n"
+                                                              "        if (a)\n"
+                                                              "            if (b)\n"
+                                                              "                x = 1;\n"
+                                                              "            else\n"
+                                                              "                x = 2;\n");
+}
+
+TEST(Grammar, SizedNumbersArePrintedInBinary) {
+  EXPECT_EQ(Item("parameter P = 8'hx5, Q = 4 'sd 5, R = 'h1F, S = 12, T = 3'bz1;"),
+            "    parameter P = 8'bxxxx0101, Q = 4'sb0101, R = 'h1F, S = 12, T = 3'bzz1;\n");
+}
+
+TEST(Grammar, StringsKeepTheirCharacters) {
+  EXPECT_EQ(Item(R"(initial $display("a\\b \"c\"\n");)"), "    initial\n"
+                                                          "        $display(\"a\\\\b \\\"c\\\"\\n\");\n");
+}
+
+TEST(Grammar, UnnamedGenerateBlocksAreNumberedByTheirConstruct) {
+  EXPECT_EQ(Item("genvar i;\n"
+                 "if (A) wire a; else wire b;\n"
+                 "if (B) begin : named wire c; end\n"
+                 "wire genblk3;\n"
+                 "for (i = 0; i < 2; i = i + 1) if (C) wire d;"),
+            "    genvar i;\n"
+            "    if (A)\n"
+            "        begin : genblk1\n"
+            "            wire a;\n"
+            "        end\n"
+            "    else\n"
+            "        begin : genblk1\n"
+            "            wire b;\n"
+            "        end\n"
+            "    if (B)\n"
+            "        begin : named\n"
+            "            wire c;\n"
+            "        end\n"
+            "    wire genblk3;\n"
+            "    for (i = 0; i < 2; i = i + 1)\n"
+            "        begin : genblk03\n"
+            "            if (C)\n"
+            "                begin : genblk1\n"
+            "                    wire d;\n"
+            "                end\n"
+            "        end\n");
+}
+
+TEST(Grammar, PragmasAndAttributeInstancesEndUpInOneList) {
+  EXPECT_EQ(Item("/* synthesis keep = 1 */ (* mark = \"x\" *) wire w /* synthesis late */;"),
+            "    (* mark = \"x\", keep = 1, late = 1 *) wire w;\n");
+  EXPECT_EQ(Item("initial case (a) /* synthesis full_case */ 1: b = 2; endcase"),
+            "    initial\n"
+            "        (* full_case = 1 *) case (a)\n"
+            "            1 :\n"
+            "                b = 2;\n"
+            "        endcase\n");
+}
+
+TEST(Grammar, ABlockWithoutDeclarationsHasNoScope) {
+  Analysis analysis;
+  ASSERT_TRUE(analysis.Read("module m; initial begin begin : inner reg r; r = 1; end end endmodule\n"));
+  const VeriScope* scope = Analysis::Module("m")->GetScope();
+  ASSERT_EQ(scope->Children().Size(), 1U);
+  ASSERT_NE(scope->FindHere("inner"), nullptr);
+  EXPECT_NE(scope->FindHere("inner")->LocalScope()->FindHere("r"), nullptr);
+}
+
+// Ports.
+
+TEST(Ports, ANonAnsiPortMergesWithItsNetOrVariable) {
+  Analysis analysis;
+  ASSERT_TRUE(analysis.Read("module m(a, b, c, d);\n"
+                            "input a; wire a;\n"
+                            "output [3:0] b; reg b;\n"
+                            "reg signed [1:0] c; output c;\n"
+                            "output d; integer d;\n"
+                            "endmodule\n"));
+  const VeriVariable* a = Analysis::Variable("m", "a");
+  EXPECT_EQ(a->Dir(), unsigned{VERI_INPUT});
+  EXPECT_EQ(a->NetType(), unsigned{VERI_WIRE});
+  const VeriVariable* b = Analysis::Variable("m", "b");
+  EXPECT_TRUE(b->IsReg());
+  EXPECT_NE(b->Type()->Ranges(), nullptr);
+  const VeriVariable* c = Analysis::Variable("m", "c");
+  EXPECT_EQ(c->Dir(), unsigned{VERI_OUTPUT});
+  EXPECT_EQ(c->Type()->Signing(), unsigned{VERI_SIGNED});
+  EXPECT_EQ(Analysis::Variable("m", "d")->Type()->Type(), unsigned{VERI_INTEGER});
+}
+
+TEST(Ports, AListOfDeclarationsLeavesNothingToTheBody) {
+  EXPECT_EQ(ErrorsOf("module m(input a, output [1:0] b);\nreg a;\nwire [1:0] b;\nendmodule\n"),
+            (Lines{"2: error: object a declared in a list of port declarations cannot be redeclared within the module "
+                   "body",
+                   "3: error: object b declared in a list of port declarations cannot be redeclared within the module "
+                   "body"}));
+}
+
+TEST(Ports, EachIsDeclaredOnceAndTypedOnce) {
+  EXPECT_EQ(ErrorsOf("module m(a, b, c);\ninput a;\noutput a;\noutput reg b;\nwire b;\nwire c;\nparameter c = 1;\n"
+                     "endmodule\n"),
+            (Lines{"3: error: port a is already declared",
+                   "5: error: cannot redeclare object \"b\" because the port declaration for \"b\" already specifies "
+                   "net or variable type",
+                   "7: error: c is already declared"}));
+}
+
+TEST(Ports, TheTypesOfVerilogArePerDirection) {
+  EXPECT_EQ(ErrorsOf("module m(input reg a, inout integer b, output real c, output time d);\nendmodule\n"),
+            (Lines{"1: error: objects with type reg cannot be declared as input",
+                   "1: error: objects with type integer cannot be declared as inout",
+                   "1: error: objects with type real cannot be declared as output"}));
+  EXPECT_EQ(ErrorsOf("module m(input event e);\ninteger [3:0] i;\nendmodule\n", VERI_SV),
+            (Lines{"1: error: cannot declare \"input\" port(s) with type \"event\"",
+                   "2: error: objects with type integer cannot be declared with a range"}));
+}
+
+// Mistakes.
+
+TEST(SyntaxErrors, TheHintNamesWhatWasLegal) {
+  const struct {
+    const char* text;
+    const char* message;
+  } cases[] = {
+      {"module m; reg r\n", "2: error: syntax near EOF ;  expecting \";\""},
+      {"module m; reg while; endmodule",
+       "1: error: syntax error near \"while\";  expecting an identifier (\"while\" is a reserved keyword )"},
+      {"module m; assign a = b c; endmodule", "1: error: syntax error near \"c\";  expecting \";\""},
+      {"module m; assign a = ; endmodule", "1: error: syntax error near \";\";  expecting an operand"},
+      {"module m; assign a = (b; endmodule", "1: error: syntax error near \";\";  expecting \")\""},
+      {"module m; assign a = {b; endmodule", "1: error: syntax error near \";\";  expecting \"}\""},
+      {"module m; assign a = b[1; endmodule", "1: error: syntax error near \";\";  expecting \"]\""},
+      {"module m; initial begin a = 1; endmodule", "1: error: syntax error near \"endmodule\";  expecting \"end\""},
+      {"module m; always #1; case endmodule", "1: error: syntax error near \"endmodule\";  expecting \"(\""},
+      {"module m; initial case (a) 1: b = 1; endmodule",
+       "1: error: syntax error near \"endmodule\";  expecting \"endcase\""},
+      {"module m; function f; input x; f = x; endmodule",
+       "1: error: syntax error near \"endmodule\";  expecting \"endfunction\""},
+      {"module m; generate wire w; endmodule", "1: error: syntax error near \"endmodule\";  expecting \"endgenerate\""},
+      {"module m; wire w; 3", "1: error: syntax error near \"3\";  expecting \"endmodule\""},
+      {"wire w endmodule", "1: error: syntax error near \"endmodule\";  expecting \";\""},
+      {"3", "1: error: syntax error near \"3\";  expecting a description"},
+      {"module m(input a, b; endmodule", "1: error: syntax error near \";\";  expecting \")\""},
+      {"module m; initial x <= y", "1: error: syntax near EOF ;  expecting \";\""},
+  };
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.text);
+    const Lines errors = ErrorsOf(one.text);
+    ASSERT_FALSE(errors.empty());
+    EXPECT_EQ(errors.front(), one.message);
+  }
+}
+
+TEST(SyntaxErrors, OneFileTellsSeveral) {
+  EXPECT_EQ(ErrorsOf("module m(input a;\n"
+                     "  assign x = a\n"
+                     "  wire q;\n"
+                     "  always @(a) begin\n"
+                     "    if (a) x <= ;\n"
+                     "    else y = 1\n"
+                     "    foo = bar;\n"
+                     "  end\n"
+                     "  initial case (a) 1: x = 2; 2: y = 3 endcase\n"
+                     "endmodule\n"
+                     "module n; wire 3; endmodule\n"
+                     "module o; initial begin if (a) begin a = 1; else b = 2; end endmodule\n"),
+            (Lines{"1: error: syntax error near \";\";  expecting \")\"",
+                   "3: error: syntax error near \"wire\";  expecting \";\"",
+                   "5: error: syntax error near \";\";  expecting \"@\", or an operand",
+                   "7: error: syntax error near \"foo\";  expecting \";\"",
+                   "9: error: syntax error near \"endcase\";  expecting \";\"",
+                   "11: error: syntax error near \"3\";  expecting an identifier",
+                   "12: error: syntax error near \"else\";  expecting \"end\""}));
+}
+
+TEST(SyntaxErrors, AUnitBehindABrokenOneIsStillRead) {
+  EXPECT_EQ(ErrorsOf("module m; initial begin a = 1; endmodule\nmodule n; endmodule : k\n"),
+            (Lines{"1: error: syntax error near \"endmodule\";  expecting \"end\"",
+                   "2: error: using a closing label on a design unit is a SystemVerilog feature"}));
+}
+
+TEST(SyntaxErrors, ListsOfNamesTellSlipsOfTheKeyboard) {
+  EXPECT_EQ(ErrorsOf("module m;\nwire a,;\nreg b, = 1;\nendmodule\n"),
+            (Lines{"2: error: syntax error near \",\", expecting \";\"",
+                   "3: error: syntax error near \"=\", expecting an identifier or \",\""}));
+}
+
+TEST(Dialects, SystemVerilogIsRefusedInVerilog) {
+  EXPECT_EQ(ErrorsOf("parameter P = 1;\n"
+                     "module m #(localparam L = 1) (input a, wire b);\n"
+                     "reg [3:0][1:0] r;\n"
+                     "reg s [4];\n"
+                     "initial begin reg t; t = '1; end\n"
+                     "sub u(.a);\n"
+                     "endmodule : m\n"),
+            (Lines{"1: error: declaring global objects is a SystemVerilog feature",
+                   "2: error: a local parameter in a parameter list is a SystemVerilog feature",
+                   "2: error: Implicit port direction is a SystemVerilog feature",
+                   "3: error: multiple packed dimensions is a SystemVerilog feature",
+                   "4: error: dimension given by its size is a SystemVerilog feature",
+                   "5: error: a declaration in an unnamed block is a SystemVerilog feature",
+                   "5: error: '1 is a SystemVerilog feature",
+                   "6: error: an implicit port connection is a SystemVerilog feature",
+                   "7: error: using a closing label on a design unit is a SystemVerilog feature"}));
+}
+
+TEST(Dialects, AGlobalDeclarationIsAddedAllTheSame) {
+  Analysis analysis;
+  EXPECT_FALSE(analysis.Read("parameter P = 1;\n"));
+  EXPECT_EQ(veri_file::GetLibrary("work")->GlobalItems().Size(), 1U);
+}
+
+TEST(Dialects, NamesThatBecomeKeywordsAreWarnedOf) {
+  Analysis analysis;
+  ASSERT_TRUE(analysis.Read("module m;\nwire logic, generate;\nendmodule\n", VERI_95));
+  EXPECT_EQ(Analysis::Messages(), (Lines{"2: warning: logic is a SystemVerilog-2005 keyword",
+                                         "2: warning: generate is a Verilog-2001 keyword"}));
+}
+
+TEST(ClosingLabels, MustBeTheNameOfWhatTheyClose) {
+  EXPECT_EQ(ErrorsOf("module m;\n"
+                     "initial begin : a end : b\n"
+                     "initial begin end : c\n"
+                     "endmodule : n\n",
+                     VERI_SV),
+            (Lines{"2: error: closing label b must match the original label a",
+                   "3: error: closing label c must match the original label <unnamed>",
+                   "4: error: closing label n must match the original label m"}));
+}
+
+TEST(Literals, ASizeOfZeroIsRefused) {
+  EXPECT_EQ(ErrorsOf("module m;\nwire a = 0'b0;\nwire b = 3'b0;\nendmodule\n"),
+            Lines{"2: error: sized number cannot have 0 size"});
+  EXPECT_EQ(ErrorsOf("module m;\nwire b = 3'b0;\nendmodule\n", VERI_95), Lines{});
+}
+
+TEST(Names, ARangeIsTheLastIndex) {
+  EXPECT_EQ(ErrorsOf("module m;\nassign a = b[3:0][1];\nendmodule\n"),
+            Lines{"2: error: range must be the final index in the indexed name"});
+}
+
+// Whatever the depth of the nesting, one message ends it.
+
+std::string Repeated(const std::string& text, unsigned count) {
+  std::string result;
+  for (unsigned i = 0; i < count; i++) result += text;
+  return result;
+}
+
+TEST(DeepNesting, EndsWithAMessage) {
+  constexpr unsigned deep = 100000;
+  const std::string bodies[] = {
+      "assign a = " + Repeated("(", deep) + "b" + Repeated(")", deep) + ";",
+      "assign a = b" + Repeated(" + b", deep) + ";",
+      "assign a = " + Repeated("~", deep) + "b;",
+      "assign a = " + Repeated("{", deep) + "b" + Repeated("}", deep) + ";",
+      "assign a = " + Repeated("b[", deep) + "1" + Repeated("]", deep) + ";",
+      "assign a = b" + Repeated(".b", deep) + ";",
+      "assign a = " + Repeated("b ? c : ", deep) + "d;",
+      "initial " + Repeated("begin ", deep) + Repeated("end ", deep),
+      "initial " + Repeated("if (a) ", deep) + ";",
+      Repeated("if (a) begin ", deep) + Repeated("end ", deep),
+  };
+  for (const std::string& body : bodies) {
+    SCOPED_TRACE(body.substr(0, 40));
+    EXPECT_EQ(ErrorsOf("module m;\n" + body + "\nendmodule\n"), Lines{"2: error: parser stack overflow"});
+  }
+}
+
+TEST(DeepNesting, WhatIsLongButFlatIsRead) {
+  constexpr unsigned many = 20000;
+  EXPECT_EQ(ErrorsOf("module m;\nassign a = {b" + Repeated(", b", many) + "};\nassign c = d" + Repeated("[1]", many) +
+                     ";\ninitial begin " + Repeated("a = 1;", many) + " end\nendmodule\n"),
+            Lines{});
+}
+
+TEST(SyntaxErrors, AFileCutOffAnywhereIsReported) {
+  const std::string text = "package p; typedef enum {A, B} e; endpackage\n"
+                           "module m import p::*; #(parameter int W = 8) (input e a, output logic [W-1:0] q);\n"
+                           "typedef struct packed { logic x; } s; s v = '{x: 1};\n"
+                           "function automatic int f(int i); return i + 1; endfunction\n"
+                           "always_comb begin : b automatic int k = 3; for (int i = 0; i < 3; i++) q[i] = k; end : b\n"
+                           "for (genvar g = 0; g < 2; g++) begin : gb sub #(.W(g)) u (.a, .b(q), .*); end\n"
+                           "assert property (@(posedge a) b) else $error(\"x\"); endmodule : m\n";
+  for (size_t length = 0; length < text.size(); length++) {
+    Analysis analysis;
+    const bool is_legal = analysis.Read(text.substr(0, length), VERI_SV);
+    const Lines messages = Analysis::Messages();
+    const bool is_reported = std::any_of(messages.begin(), messages.end(), [](const std::string& line) {
+      return line.find(": error: ") != std::string::npos;
+    });
+    EXPECT_NE(is_legal, is_reported) << length;
+  }
+}
+
+} // namespace
