@@ -160,10 +160,13 @@ private:
   struct Item {
     VeriStatement* body = nullptr;
     std::vector<OwnedValue> patterns;
+    std::vector<const VeriExpression*> conditions; // where the patterns stand
     Net* match = nullptr;
   };
 
   bool Evaluate();
+  void Narrow();
+  bool FitsIn(const VeriValue& pattern, unsigned width, bool is_signed) const;
   bool RunConstant();
   void Analyze();
   template <class Visit> void ForEachState(const VeriValue& pattern, Visit visit) const;
@@ -244,9 +247,48 @@ bool VeriCaseAnalysis::Evaluate() {
         if (!_value->IsConstant()) continue;
       }
       added.patterns.push_back(std::move(pattern));
+      added.conditions.push_back(condition);
     }
   }
+  if (_all_constant && !_value->IsConstant()) Narrow();
   return true;
+}
+
+/// Whether the bits of a pattern above a width are those that the extension of a value of this width has.
+bool VeriCaseAnalysis::FitsIn(const VeriValue& pattern, unsigned width, bool is_signed) const {
+  veri_digit extension = VERI_DIGIT_0;
+  if (is_signed) veri_is_digit(pattern.GetBit(width - 1), &extension);
+  for (unsigned bit = width; bit < pattern.Size(); bit++) {
+    veri_digit digit = VERI_DIGIT_X;
+    veri_is_digit(pattern.GetBit(bit), &digit);
+    const bool is_wild = (digit == VERI_DIGIT_X && XIsWild()) || (digit == VERI_DIGIT_Z && ZIsWild());
+    if (digit != extension && (is_signed || !is_wild)) return false;
+  }
+  return true;
+}
+
+/// Items are often wider than the expression, as plain numbers are. Above its own width the expression is 0 or repeats
+/// its sign: an item that differs there never applies, and the others say the same in that width.
+void VeriCaseAnalysis::Narrow() {
+  OwnedValue pruned = VeriValue::Prune(_value->Copy());
+  const unsigned width = pruned->Size();
+  if (width >= _width) return;
+  const bool is_signed = _value->IsSigned();
+  for (const Item& item : _items)
+    for (const OwnedValue& pattern : item.patterns)
+      if (is_signed && HasWild(*pattern)) return;
+  _value = std::move(pruned);
+  _width = width;
+  for (Item& item : _items) {
+    std::vector<OwnedValue> fitting;
+    for (size_t i = 0; i < item.patterns.size(); i++) {
+      if (FitsIn(*item.patterns[i], width, is_signed))
+        fitting.push_back(VeriValue::Adjust(std::move(item.patterns[i]), width));
+      else
+        item.conditions[i]->Warning("case condition never applies");
+    }
+    item.patterns = std::move(fitting);
+  }
 }
 
 bool VeriCaseAnalysis::Matches(const VeriValue& value, const VeriValue& pattern) const {
