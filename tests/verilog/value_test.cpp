@@ -547,19 +547,24 @@ TEST_F(Parts, VariableIndicesReachExactlyTheirBits) {
         Drive(*part, two);
         std::string what = std::to_string(c.left) + ":" + std::to_string(c.right) + "[" + std::to_string(number) + "]";
         int at = BitOf(number);
-        int next = BitOf(number + 1);
-        int before = BitOf(number - 1);
         bool ascending = c.left < c.right;
         auto bits_from = [&](int low) { return data >> low & 3; };
         ASSERT_TRUE(at < 0 || Read(*bit) == (bits_from(at) & 1)) << what;
-        ASSERT_TRUE(at < 0 || next < 0 || Read(*up) == bits_from(ascending ? next : at)) << what;
-        ASSERT_TRUE(at < 0 || before < 0 || Read(*down) == bits_from(ascending ? at : before)) << what;
+        // Of a part that lies half outside, the other half counts.
+        for (int half = 0; half < 2; half++) {
+          int up_bit = BitOf(number + (ascending ? 1 - half : half));
+          int down_bit = BitOf(number - (ascending ? half : 1 - half));
+          ASSERT_TRUE(up_bit < 0 || (Read(*up) >> half & 1) == (bits_from(up_bit) & 1)) << what;
+          ASSERT_TRUE(down_bit < 0 || (Read(*down) >> half & 1) == (bits_from(down_bit) & 1)) << what;
+        }
         uint64_t expected = at < 0 ? data : (data & ~(1ULL << at)) | (two & 1) << at;
         ASSERT_EQ(Read(*written), expected) << what;
-        if (at >= 0 && next >= 0) {
-          int low = ascending ? next : at;
-          ASSERT_EQ(Read(*written_up), (data & ~(3ULL << low)) | two << low) << what;
+        uint64_t expected_up = data;
+        for (int half = 0; half < 2; half++) {
+          int target = BitOf(number + (ascending ? 1 - half : half));
+          if (target >= 0) expected_up = (expected_up & ~(1ULL << target)) | (two >> half & 1) << target;
         }
+        ASSERT_EQ(Read(*written_up), expected_up) << what;
       }
     }
 }

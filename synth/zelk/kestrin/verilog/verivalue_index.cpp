@@ -1,5 +1,6 @@
 // Elements and parts of values: reading and writing through indices, constant or made of nets.
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 #include "database/net.h"
@@ -323,6 +324,22 @@ unsigned variable_part_width(const VeriIndex& index, const VeriConstraint& const
   return static_cast<unsigned>(width);
 }
 
+/// The bases that an index can have and from which a part of this width reaches into the range, as a range of the same
+/// direction. Null when there are none.
+std::optional<VeriRangeConstraint> reaching_bases(const VeriIndex& index, const VeriRangeConstraint& range,
+                                                  unsigned width) {
+  Reach reach = reach_of(*index.left);
+  bool goes_up = index.kind == VERI_INDEX_UP;
+  int64_t low = std::max<int64_t>(reach.low, static_cast<int64_t>(range.Low()) - (goes_up ? width - 1 : 0));
+  int64_t high = std::min<int64_t>(reach.high, static_cast<int64_t>(range.High()) + (goes_up ? 0 : width - 1));
+  low = std::max<int64_t>(low, std::numeric_limits<int>::min());
+  high = std::min<int64_t>(high, std::numeric_limits<int>::max());
+  if (low > high) return std::nullopt;
+  auto left = static_cast<int>(range.IsUp() ? low : high);
+  auto right = static_cast<int>(range.IsUp() ? high : low);
+  return VeriRangeConstraint(left, right);
+}
+
 // Reading.
 
 OwnedValue read_variable_element(const VeriValue& value, const VeriIndex& index, const VeriConstraint& constraint,
@@ -346,7 +363,7 @@ OwnedValue read_variable_element(const VeriValue& value, const VeriIndex& index,
 OwnedValue read_variable_part_by_shift(OwnedValue value, const VeriIndex& index, const VeriRangeConstraint& range,
                                        unsigned width, const Access& access) {
   kestrin_debug("Found variable part select. Evaluating with shift.");
-  // The lowest bit of the part, counted from that of the vector, as a signed number.
+  // The lowest bit of the part, counted from the lowest where a part can begin, as a signed number.
   unsigned amount_width = std::max(index.left->Size(), 32U) + 2;
   bool is_signed = index.left->IsSigned();
   OwnedValue base = VeriValue::Adjust(index.left->Copy(), index.left->Size() + (is_signed ? 0 : 1), access.from);
@@ -355,17 +372,22 @@ OwnedValue read_variable_part_by_shift(OwnedValue value, const VeriIndex& index,
   int64_t reach = static_cast<int64_t>(width) - 1;
   OwnedValue amount;
   if (range.IsUp()) {
-    int64_t high = range.High() - (index.kind == VERI_INDEX_UP ? reach : 0);
+    int64_t high = range.High() + (index.kind == VERI_INDEX_UP ? 0 : reach);
     amount = VeriValue::Binary(VERI_OPER_MINUS, VeriValue::FromNumber(high, amount_width, true), std::move(base),
                                access.from);
   } else {
-    int64_t low = range.Low() + (index.kind == VERI_INDEX_UP ? 0 : reach);
+    int64_t low = range.Low() - (index.kind == VERI_INDEX_UP ? reach : 0);
     amount = VeriValue::Binary(VERI_OPER_MINUS, std::move(base), VeriValue::FromNumber(low, amount_width, true),
                                access.from);
   }
   if (!amount) return nullptr;
+  // Below the vector there is room for a part that begins outside.
+  std::vector<OwnedValue> padded;
+  padded.push_back(std::move(value));
+  padded.push_back(VeriValue::Digits(width - 1, VERI_DIGIT_0));
+  value = VeriValue::Concat(std::move(padded), access.from);
+  if (!value) return nullptr;
   amount->SetUnsigned();
-  value->SetUnsigned();
   value = VeriValue::Binary(VERI_OPER_SHIFT_RIGHT, std::move(value), std::move(amount), access.from);
   return VeriValue::Adjust(std::move(value), width, access.from);
 }
@@ -377,17 +399,19 @@ OwnedValue read_variable_part(const VeriValue& value, const VeriIndex& index, co
   if (kestrin_flag("zelk_dont_use_muxes_for_variable_part_select"))
     return read_variable_part_by_shift(value.Copy(), index, range, width, access);
   kestrin_debug("Found variable part select. Evaluating with muxes.");
-  Offset offset = offset_in(*index.left, range, access.from);
+  std::optional<VeriRangeConstraint> bases = reaching_bases(index, range, width);
+  if (!bases) return VeriValue::Digits(width, VERI_DIGIT_X);
+  Offset offset = offset_in(*index.left, *bases, access.from);
   if (!offset.word) return nullptr;
   Array selectors;
-  low_bits(*offset.word, bits_of(offset.first + range.Length() - 1), selectors);
+  low_bits(*offset.word, bits_of(offset.first + bases->Length() - 1), selectors);
   std::vector<OwnedValue> inputs(1ULL << selectors.Size());
   if (!veri_object_size_is_supported(static_cast<uint64_t>(inputs.size()) * width, access.from)) return nullptr;
-  for (uint64_t code = 0; code < inputs.size(); code++) {
-    int64_t base = range.Low() + (static_cast<int64_t>(code) - static_cast<int64_t>(offset.first));
-    int64_t position = variable_part_position(index, range, base, width);
-    bool overlaps = position + width > 0 && position < static_cast<int64_t>(range.Length());
-    if (overlaps) inputs[code] = slice_of(value, position, width, 1);
+  for (uint64_t i = 0; i < bases->Length(); i++) {
+    int64_t base = bases->Low() + static_cast<int64_t>(i);
+    uint64_t code = offset.first + i;
+    if (code < inputs.size())
+      inputs[code] = slice_of(value, variable_part_position(index, range, base, width), width, 1);
   }
   return VeriValue::Nto1Mux(selectors, std::move(inputs), access.from);
 }
@@ -462,24 +486,38 @@ std::unique_ptr<VeriConstraint> VeriValue::PartialConstraint(const VeriConstrain
 
 // Writing.
 
+namespace {
+/// Reports an index that reaches nothing or not all of a range. False when it reaches nothing.
+bool check_reach(const VeriValue& index, const VeriRangeConstraint& range, unsigned dimension, const char* name,
+                 const VeriTreeNode* from) {
+  Reach reach = reach_of(index);
+  if (reach.high < range.Low() || reach.low > range.High()) {
+    veri_at(from).Warning("non-constant index always falls outside the range [%d:%d] for dimension %d of the array %s",
+                          range.LeftBound(), range.RightBound(), static_cast<int>(dimension), name ? name : "");
+    return false;
+  }
+  if (reach.high < range.High()) veri_at(from).Warning("index does not have enough bits to address entire range.");
+  return true;
+}
+
+/// One enable per index of a range, by position.
+bool decode_range(const VeriValue& index, const VeriRangeConstraint& range, ArrayOf<Net>& enables,
+                  const VeriTreeNode* from) {
+  Offset offset = offset_in(index, range, from);
+  if (!offset.word) return false;
+  ArrayOf<Net> ascending;
+  decode(*offset.word, offset.first, range.Length(), ascending, from);
+  for (unsigned position = 0; position < range.Length(); position++)
+    enables.InsertLast(ascending.At(range.IsUp() ? position : range.Length() - 1 - position));
+  return true;
+}
+} // namespace
+
 unsigned VeriValue::DecodeVariableIndex(const VeriValue& index, const VeriConstraint& constraint, ArrayOf<Net>& enables,
                                         const char* name, unsigned dimension, const VeriTreeNode* from) {
   const VeriRangeConstraint* range = constraint.IndexConstraint();
-  if (!range) return 0;
-  Reach reach = reach_of(index);
-  if (reach.high < range->Low() || reach.low > range->High()) {
-    veri_at(from).Warning("non-constant index always falls outside the range [%d:%d] for dimension %d of the array %s",
-                          range->LeftBound(), range->RightBound(), static_cast<int>(dimension), name ? name : "");
-    return 0;
-  }
-  if (reach.high < range->High()) veri_at(from).Warning("index does not have enough bits to address entire range.");
-  Offset offset = offset_in(index, *range, from);
-  if (!offset.word) return 0;
-  ArrayOf<Net> ascending;
-  decode(*offset.word, offset.first, range->Length(), ascending, from);
-  for (unsigned position = 0; position < range->Length(); position++)
-    enables.InsertLast(ascending.At(range->IsUp() ? position : range->Length() - 1 - position));
-  return 1;
+  if (!range || !check_reach(index, *range, dimension, name, from)) return 0;
+  return decode_range(index, *range, enables, from);
 }
 
 namespace {
@@ -551,20 +589,22 @@ OwnedValue assign_variable_part(OwnedValue value, const VeriConstraint& constrai
   if (!width) return value;
   if (!veri_object_size_is_supported(static_cast<uint64_t>(width) * range.Length(), access.from)) return value;
   OwnedValue fitted = VeriValue::Adjust(part.Copy(), width, access.from);
+  std::optional<VeriRangeConstraint> bases = reaching_bases(index, range, width);
   ArrayOf<Net> enables;
-  if (!fitted || !VeriValue::DecodeVariableIndex(*index.left, constraint, enables, access.name, depth + 1, access.from))
+  if (!fitted || !check_reach(*index.left, range, depth + 1, access.name, access.from) || !bases ||
+      !decode_range(*index.left, *bases, enables, access.from))
     return value;
   VeriLogic logic(access.from);
   value = VeriValue::ToNonConst(std::move(value), access.from);
   unsigned size = value->Size();
-  // The part begins at position i or ends there, and so bit `source` of it falls on this bit for one i each.
-  int64_t first_position = variable_part_position(index, range, range.LeftBound(), width);
+  // The part's position grows with that of its base, and so bit `source` of it falls on this bit for one base i each.
+  int64_t first_position = variable_part_position(index, range, bases->LeftBound(), width);
   for (unsigned bit = 0; bit < size; bit++) {
     ArrayOf<Net> hits;
     ArrayOf<Net> data;
     for (unsigned source = 0; source < width; source++) {
       int64_t i = static_cast<int64_t>(size) - width - bit + source - first_position;
-      if (i < 0 || i >= range.Length()) continue;
+      if (i < 0 || i >= bases->Length()) continue;
       Net* hit = enables.At(static_cast<unsigned>(i));
       if (hit == veri_digit_net(VERI_DIGIT_0)) continue;
       hits.InsertLast(hit);
