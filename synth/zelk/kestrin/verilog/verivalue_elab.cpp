@@ -155,31 +155,41 @@ OwnedValue build_mux(const Array& selectors, const Inputs& inputs, const VeriTre
   return with_sign(std::move(result), inputs);
 }
 
+/// The condition of one choice: the OR of its lines, or where that takes fewer, as exactly one line of all is hot, the
+/// NOR of the lines of the others.
+Net* choice_condition(const VeriLogic& logic, const std::vector<ArrayOf<Net>>& lines, size_t place) {
+  size_t others = 0;
+  for (const ArrayOf<Net>& other : lines) others += other.Size();
+  others -= lines[place].Size();
+  if (lines[place].Size() <= others) return logic.Reduce(lines[place], PRIM_OR);
+  ArrayOf<Net> rest;
+  for (size_t i = 0; i < lines.size(); i++)
+    if (i != place) rest.Append(&lines[i]);
+  return logic.Inv(logic.Reduce(rest, PRIM_OR));
+}
+
 /// A decoder whose lines are gathered by the value that they select.
 OwnedValue build_decoder_and_selector(const Array& selectors, Inputs inputs, const VeriTreeNode* from) {
   VeriLogic logic(from);
   Array sel(selectors);
   sel.Reverse();
   ArrayOf<Net> lines(static_cast<unsigned>(inputs.size()), nullptr);
-  std::map<std::vector<Net*>, std::pair<OwnedValue, ArrayOf<Net>>> groups;
-  std::vector<std::pair<OwnedValue, ArrayOf<Net>>*> order;
+  std::map<std::vector<Net*>, size_t> place_of;
+  std::vector<ArrayOf<Net>> groups;
+  Inputs values;
   for (unsigned i = 0; i < inputs.size(); i++) {
     if (!inputs[i]) continue;
     lines.Set(i, logic.NewNet());
-    auto [group, is_new] = groups.try_emplace(nets_of(*inputs[i]));
+    auto [place, is_new] = place_of.try_emplace(nets_of(*inputs[i]), groups.size());
     if (is_new) {
-      group->second.first = std::move(inputs[i]);
-      order.push_back(&group->second);
+      values.push_back(std::move(inputs[i]));
+      groups.emplace_back();
     }
-    group->second.second.InsertLast(lines.At(i));
+    groups[place->second].InsertLast(lines.At(i));
   }
   logic.netlist()->Decoder(&sel, &lines, logic.linefile());
   ArrayOf<Net> onehot;
-  Inputs values;
-  for (auto* group : order) {
-    onehot.InsertLast(logic.Reduce(group->second, PRIM_OR));
-    values.push_back(std::move(group->first));
-  }
+  for (size_t place = 0; place < groups.size(); place++) onehot.InsertLast(choice_condition(logic, groups, place));
   return VeriValue::Selector(onehot, std::move(values), from);
 }
 
@@ -240,26 +250,26 @@ namespace {
 Net* build_bit_selector(const VeriLogic& logic, const std::vector<Net*>& onehot, const std::vector<Net*>& data) {
   std::vector<Net*> choices;
   std::vector<ArrayOf<Net>> lines;
+  std::map<Net*, size_t> place_of;
   bool is_constant = true;
   for (size_t i = 0; i < data.size(); i++) {
     if (onehot[i] == zero() || data[i] == unknown()) continue;
     if (onehot[i] == one()) return data[i];
-    auto choice = std::find(choices.begin(), choices.end(), data[i]);
-    size_t place = static_cast<size_t>(choice - choices.begin());
-    if (choice == choices.end()) {
+    auto [place, is_new] = place_of.try_emplace(data[i], choices.size());
+    if (is_new) {
       choices.push_back(data[i]);
       lines.emplace_back();
       is_constant = is_constant && (data[i] == zero() || data[i] == one());
     }
-    lines[place].InsertLast(onehot[i]);
+    lines[place->second].InsertLast(onehot[i]);
   }
   if (choices.empty()) return unknown();
   if (choices.size() == 1) return choices[0];
-  if (is_constant) return logic.Reduce(lines[choices[0] == one() ? 0 : 1], PRIM_OR);
+  if (is_constant) return choice_condition(logic, lines, choices[0] == one() ? 0 : 1);
   ArrayOf<Net> sel;
   ArrayOf<Net> inputs;
   for (size_t i = 0; i < choices.size(); i++) {
-    sel.InsertLast(logic.Reduce(lines[i], PRIM_OR));
+    sel.InsertLast(choice_condition(logic, lines, i));
     inputs.InsertLast(choices[i]);
   }
   Net* result = nullptr;
