@@ -324,7 +324,7 @@ TEST(Use, IsNotedOnTheIdentifier) {
   EXPECT_EQ(analysis.Errors("module sub(input i, output o); assign o = i; endmodule\n"
                             "module m(input clk);\n"
                             "wire in_known, out_known, unknown; reg twice, once, initialised, indexed; integer count;\n"
-                            "sub u(.i(in_known), .o(out_known));\n"
+                            "sub sub(.i(in_known), .o(out_known));\n"
                             "other v(.i(unknown));\n"
                             "always @(posedge clk) begin twice = 0; twice = 1; once = 0; count = count + 1; end\n"
                             "initial begin initialised = 0; initialised = 1; $display(\"%b\", once[indexed]); end\n"
@@ -379,13 +379,13 @@ TEST(Use, AVariableThatOnlyCountsIsKnown) {
 
 struct Templates {
   VeriScope unit{SCOPE_UNIT, nullptr, nullptr};
-  VeriScope root{SCOPE_UNIT, nullptr, nullptr};
   VeriBlockId body_id{"b", 1};
   VeriScope body{SCOPE_GENERATE, &unit, &body_id};
   VeriVariable net{"n", VERI_WIRE, 1};
   VeriBlockId block_id{"s", 1};
   VeriVariable local{"l", 0, 1};
   VeriScope block{SCOPE_BLOCK, &body, &block_id};
+  VeriScope root{SCOPE_UNIT, nullptr, nullptr}; // of what is generated, which refers to all of the above
 
   Templates() {
     body.Declare(&net);
@@ -433,7 +433,8 @@ TEST(GeneratedScope, BodiesBelowAreMadeWhenTheyArePicked) {
   VeriScope inner(SCOPE_GENERATE, &t.body, &inner_id);
   VeriVariable deep("d", VERI_WIRE, 1);
   inner.Declare(&deep);
-  VeriScope* round = t.body.Generate(&t.root, "b[0]");
+  VeriScope root(SCOPE_UNIT, nullptr, nullptr);
+  VeriScope* round = t.body.Generate(&root, "b[0]");
   EXPECT_EQ(round->FindGenerated("i"), nullptr);
   VeriScope* picked = inner.Generate(round, "i");
   EXPECT_EQ(round->FindGenerated("i"), picked);
@@ -443,7 +444,6 @@ TEST(GeneratedScope, BodiesBelowAreMadeWhenTheyArePicked) {
 
 TEST(GeneratedScope, AnUnnamedBranchStandsForItsNameFromOutside) {
   VeriScope unit(SCOPE_UNIT, nullptr, nullptr);
-  VeriScope root(SCOPE_UNIT, nullptr, nullptr);
   VeriBlockId then_id("", 1);
   VeriBlockId else_id("", 2);
   VeriScope then_body(SCOPE_GENERATE, &unit, &then_id);
@@ -454,6 +454,7 @@ TEST(GeneratedScope, AnUnnamedBranchStandsForItsNameFromOutside) {
   else_body.Declare(&else_net);
   EXPECT_EQ(unit.Find("n"), &then_net);
 
+  VeriScope root(SCOPE_UNIT, nullptr, nullptr);
   unit.PushStack();
   const VeriScope* picked = else_body.Generate(&root, "genblk1");
   EXPECT_EQ(then_net.Current(), picked->FindHere("n")) << "the name was bound before the branch was picked";

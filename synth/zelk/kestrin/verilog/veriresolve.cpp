@@ -703,8 +703,9 @@ void VeriInst::Resolve(VeriScope* scope, const VeriModule* module) {
 void VeriModuleInstantiation::Resolve(VeriScope* scope) {
   ResolveAttributes(scope);
   resolve_all(_parameters, scope, constant(ENV_READ));
-  const VeriIdDef* id = ModuleName() ? scope->Find(ModuleName()) : nullptr;
-  VeriDesignUnit* unit = id && id->IsDesignUnit() ? static_cast<const VeriDesignUnitId*>(id)->GetDesignUnit() : nullptr;
+  // Modules have names of their own: an instance may be called like its module.
+  const VeriLibrary* library = scope->GetLibrary();
+  VeriDesignUnit* unit = library && ModuleName() ? library->GetDefinition(ModuleName()) : nullptr;
   const VeriModule* module = unit && unit->IsModule() ? static_cast<VeriModule*>(unit) : nullptr;
   for (VeriInst* inst : ItemsOf<VeriInst*>(_insts)) inst->Resolve(scope, module);
 }
