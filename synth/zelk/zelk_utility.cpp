@@ -28,10 +28,19 @@ ZELK_EXTRACTOR_FLAGS::ZELK_EXTRACTOR_FLAGS() : m_flags(new GEN_STRING_HASH) {}
 
 ZELK_EXTRACTOR_FLAGS::~ZELK_EXTRACTOR_FLAGS() { delete m_flags; }
 
+namespace {
+
+/// Variables that are on unless the user turns them off.
+bool is_on_by_default(std::string_view key) {
+  return key == "lsx_infer_true_dual_port_rams" || key == "lsx_infer_mixed_width_and_byte_enabled_rams";
+}
+
+} // namespace
+
 int ZELK_EXTRACTOR_FLAGS::get_cfg_flag(const char* key) {
   int value = 0;
   if (m_flags->find(key, value)) return value;
-  value = cfg_is_on(key, false) ? 1 : 0;
+  value = cfg_is_on(key, is_on_by_default(key)) ? 1 : 0;
   m_flags->insert(key, value);
   return value;
 }

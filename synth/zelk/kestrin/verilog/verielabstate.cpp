@@ -2,6 +2,7 @@
 
 #include "database/net.h"
 #include "database/netlist.h"
+#include "verilog/veriid.h"
 #include "verilog/verimodule.h"
 #include "verilog/veriscope.h"
 
@@ -47,4 +48,14 @@ Net* VeriElaborationState::Z() { return ConstantNet(_z, &Netlist::Z); }
 void VeriElaborationState::SetLoopLimits(int constant, int non_constant) {
   _constant_loop_limit = constant;
   _non_constant_loop_limit = non_constant;
+}
+
+void VeriElaborationState::RefuseRam(const VeriVariable* variable) {
+  if (!_refused_rams) return;
+  _refused_rams->Insert(variable->Template());
+  _has_refused_rams = true;
+}
+
+bool VeriElaborationState::IsRefusedRam(const VeriVariable* variable) const {
+  return _refused_rams && _refused_rams->Contains(variable->Template());
 }

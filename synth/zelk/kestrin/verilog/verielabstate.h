@@ -21,8 +21,9 @@ class VeriModule;
 class VeriModuleItem;
 class VeriScope;
 class VeriTreeNode;
+class VeriVariable;
 
-enum veri_elab_mode { ELAB_BLACK_BOX = 0, ELAB_HIERARCHY_ONLY = 2, ELAB_FULL = 3 };
+enum veri_elab_mode : int { ELAB_BLACK_BOX = 0, ELAB_HIERARCHY_ONLY = 2, ELAB_FULL = 3 };
 enum veri_elab_stage { ELAB_INITIALIZE = 3, ELAB_GENERATE_OBJECTS = 4, ELAB_PREPARE = 5, ELAB_INTERNALS = 6 };
 enum COUNTER_TYPE { COUNTER_PORT_EXPR, COUNTER_BLOCK, COUNTER_TYPES };
 
@@ -99,7 +100,15 @@ public:
   /// The process that is being elaborated; null outside.
   VeriTreeNode* Process() const { return _process; }
   void SetProcess(VeriTreeNode* process) { _process = process; }
-  Set& RamCandidates() { return _ram_candidates; }
+  // Memories that become RAMs, in the order of their declaration.
+  void RegisterInferredRam(VeriVariable* variable) { _inferred_rams.push_back(variable); }
+  const std::vector<VeriVariable*>& InferredRams() const { return _inferred_rams; }
+  /// The variable cannot be a RAM after all; the module is elaborated again.
+  void RefuseRam(const VeriVariable* variable);
+  bool IsRefusedRam(const VeriVariable* variable) const;
+  /// Variables that a former run over the same module refused; borrowed.
+  void SetRefusedRams(Set* variables) { _refused_rams = variables; }
+  bool HasRefusedRams() const { return _has_refused_rams; }
   Set& Encodables() { return _encodables; }
   /// VeriDefParamAssign that no instance took yet.
   Set& Defparams() { return _defparams; }
@@ -119,7 +128,9 @@ private:
   Net* _pwr = nullptr;
   Net* _x = nullptr;
   Net* _z = nullptr;
-  Set _ram_candidates;
+  std::vector<VeriVariable*> _inferred_rams;
+  Set* _refused_rams = nullptr;
+  bool _has_refused_rams = false; // in this run
   Set _encodables;
   Set _defparams;
   std::vector<const VeriIdDef*> _func_stack;

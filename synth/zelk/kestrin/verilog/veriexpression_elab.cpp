@@ -1075,6 +1075,7 @@ OwnedValue VeriIndexedName::Read(VeriDataFlow* flow) {
   // A plain object is read in place: copying a large array for each read of an element would be slow.
   VeriIdDef* id = dynamic_cast<VeriIdRef*>(_prefix) ? _prefix->EvaluateId() : nullptr;
   const VeriValue* borrowed = id ? BorrowValue(id, flow, this) : nullptr;
+  if (borrowed && borrowed->IsDualPortValue()) return VeriDualPortValue::Read(id, flow, this, indices);
   if (borrowed) return VeriValue::ReadPartial(*borrowed, *prefix, indices, name.c_str(), this);
   OwnedValue value = _prefix->Evaluate(flow);
   return value ? VeriValue::ReadPartial(*value, *prefix, indices, name.c_str(), this) : nullptr;
@@ -1107,7 +1108,9 @@ void VeriIndexedName::Assign(OwnedValue value, VeriDataFlow* flow, bool non_bloc
   bool was_blocking = whole->IsBlocking();
   bool was_non_blocking = whole->IsNonBlocking();
   std::string name = _prefix->Image();
-  whole = VeriValue::AssignPartial(std::move(whole), *prefix, indices, std::move(value), name.c_str(), this);
+  whole = whole->IsDualPortValue()
+              ? VeriDualPortValue::Write(std::move(whole), this, std::move(indices), std::move(value), non_blocking)
+              : VeriValue::AssignPartial(std::move(whole), *prefix, indices, std::move(value), name.c_str(), this);
   if (!whole) return;
   if (!is_object) return _prefix->Assign(std::move(whole), flow, non_blocking);
   whole->ResetBlockingInfo();

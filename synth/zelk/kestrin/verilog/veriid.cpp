@@ -224,6 +224,10 @@ void VeriVariable::NoteLoopVariable(const VeriTreeNode* process) {
   if (process) _loop_processes.Insert(process);
 }
 
+const std::vector<VeriVariable::Reference>& VeriVariable::References() const {
+  return static_cast<const VeriVariable*>(Template())->_references;
+}
+
 unsigned VeriVariable::IsCounterOnly() const {
   const auto* noted = static_cast<const VeriVariable*>(Template());
   if (IsPort() || noted->_ref_processes.Size() == 0) return 0;

@@ -257,6 +257,9 @@ private:
   std::vector<Mutable> _saved_values;
 };
 
+/// How a name uses a variable. The operand of an event expression is of no interest to the value.
+enum veri_use { VERI_USE_READ, VERI_USE_WRITE, VERI_USE_READ_WRITE, VERI_USE_EVENT, VERI_USE_OTHER };
+
 /// Nets, variables and ports; also the result of a function.
 class VeriVariable : public VeriValuedId {
 public:
@@ -280,6 +283,14 @@ public:
   // which of them it is the variable of a loop.
   void NoteReference(const VeriTreeNode* process) { _ref_processes.Insert(process ? process : nowhere()); }
   void NoteLoopVariable(const VeriTreeNode* process);
+  struct Reference {
+    const VeriTreeNode* name;
+    const VeriTreeNode* process; ///< null outside of processes and subprograms
+    veri_use use;
+  };
+  /// Of arrays only, which may become memories.
+  void AddReference(const Reference& reference) { _references.push_back(reference); }
+  const std::vector<Reference>& References() const;
   /// A variable that is named only in processes that use it to count: nothing reads its nets.
   unsigned IsCounterOnly() const;
 
@@ -297,6 +308,7 @@ private:
   VeriExpression* _initial = nullptr;
   class Set _ref_processes;
   class Set _loop_processes;
+  std::vector<Reference> _references;
 };
 
 class VeriFunctionId : public VeriVariable {

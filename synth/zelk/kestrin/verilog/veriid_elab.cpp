@@ -5,6 +5,7 @@
 #include "verilog/veriexpression.h"
 #include "verilog/veriid.h"
 #include "verilog/verimodule.h"
+#include "verilog/veriram.h"
 
 VeriConstraint* VeriValuedId::GetConstraint() {
   if (_constraint) return _constraint.get();
@@ -22,7 +23,8 @@ void VeriVariable::Initialize() {
   if (!type || type->IsRealRange()) return;
   const VeriTreeNode* from = GetModuleItem();
   std::string name = ElabState()->CreateFullName(Name());
-  OwnedValue nets = type->CreateValue(name.c_str(), Linefile(), from);
+  OwnedValue nets = VeriRam::CreateDualPortValue(this);
+  if (!nets) nets = type->CreateValue(name.c_str(), Linefile(), from);
   if (!nets) return;
   SetValue(std::move(nets));
   if (IsNet() || !_initial) return;

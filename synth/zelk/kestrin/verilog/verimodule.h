@@ -15,6 +15,7 @@ class Library;
 class Netlist;
 class Param;
 class VeriLibrary;
+enum veri_elab_mode : int;
 
 class VeriDesignUnit : public VeriTreeNode {
 public:
@@ -123,6 +124,7 @@ protected:
 
 private:
   friend class VeriModuleRun;
+  std::unique_ptr<Netlist> Run(Library* library, const Map* parameters, veri_elab_mode mode);
   void CollectParams();
   void ResolveParameterPorts();
   void ResolvePorts();

@@ -13,6 +13,7 @@
 #include "verilog/veri_file.h"
 #include "verilog/verielabstate.h"
 #include "verilog/verimodule.h"
+#include "verilog/veriram.h"
 
 namespace {
 
@@ -72,6 +73,10 @@ public:
 
   /// The netlist with everything in it; the caller owns it. Errors are counted.
   std::unique_ptr<Netlist> Run();
+  /// Variables that cannot be memories; the run adds to them.
+  void SetRefusedRams(Set* variables) { _state.SetRefusedRams(variables); }
+  /// The netlist is of no use: a variable was taken for a memory in vain.
+  bool IsToBeRepeated() const { return _state.HasRefusedRams() && !HasErrors(); }
 
 private:
   void OverrideParameters();
@@ -83,6 +88,7 @@ private:
   void InitializeItems();
   void CheckUse() const;
   void ElaborateItems();
+  void FinishRams();
   void CreatePorts();
   void KeepResults();
   bool HasErrors() const { return Message::ErrorCount() != 0; }
@@ -186,9 +192,16 @@ void VeriModuleRun::CheckUse() const {
   _state.GeneratedRoot()->CheckUse();
 }
 
+void VeriModuleRun::FinishRams() {
+  for (VeriVariable* variable : _state.InferredRams())
+    if (VeriDualPortValue* memory = variable->GetValue() ? variable->GetValue()->AsDualPort() : nullptr)
+      memory->Ram().Finish();
+}
+
 void VeriModuleRun::ElaborateItems() {
   if (_module->IsPrimitive() && _state.Mode() == ELAB_HIERARCHY_ONLY) return;
   _module->ElaborateContents();
+  FinishRams();
   for (VeriDefParamAssign* assign : KeysOf<VeriDefParamAssign*>(&_state.Defparams())) assign->ReportUnresolved();
 }
 
@@ -240,6 +253,17 @@ OwnedConstraint VeriModule::PortType(const Netlist* view, const char* port) cons
   return type == types->second.end() ? nullptr : type->second->Copy();
 }
 
+/// Until all variables that were taken for memories have become such.
+std::unique_ptr<Netlist> VeriModule::Run(Library* library, const Map* parameters, veri_elab_mode mode) {
+  Set refused_rams(HASH_POINTER);
+  for (;;) {
+    VeriModuleRun run(this, library, parameters, mode);
+    run.SetRefusedRams(&refused_rams);
+    std::unique_ptr<Netlist> netlist = run.Run();
+    if (!run.IsToBeRepeated()) return netlist;
+  }
+}
+
 Netlist* VeriModule::Elaborate(Library* library, const Map* parameters, bool hierarchy_only) {
   ProfileScope profile("VeriModule::Elaborate");
   VeriDialectScope dialect(GetDialect());
@@ -254,7 +278,7 @@ Netlist* VeriModule::Elaborate(Library* library, const Map* parameters, bool hie
     mode = ELAB_HIERARCHY_ONLY;
   std::string name = CreateUniqueName(Name(), parameters);
   std::unique_ptr<Netlist> owned;
-  if (!Message::ErrorCount()) owned = VeriModuleRun(this, library, parameters, mode).Run();
+  if (!Message::ErrorCount()) owned = Run(library, parameters, mode);
   veri_file::SetWorkLibrary(former);
   if (!owned) return nullptr;
   owned->SetName("");

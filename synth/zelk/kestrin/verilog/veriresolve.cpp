@@ -84,6 +84,15 @@ void note_assignment(VeriIdDef* id) {
   id->Set(IDF_ASSIGNED);
 }
 
+veri_use use_of(const VeriEnv& env) {
+  switch (env.Kind()) {
+  case ENV_EVENT: return VERI_USE_EVENT;
+  case ENV_TARGET: return VERI_USE_WRITE;
+  case ENV_READ_WRITE: return VERI_USE_READ_WRITE;
+  default: return env.IsRead() && !env.IsWrite() ? VERI_USE_READ : VERI_USE_OTHER;
+  }
+}
+
 void analyze_reference(VeriIdDef* id, const VeriEnv& env, const VeriTreeNode* from) {
   if (env.IsWrite()) {
     if (id->IsGenVar()) from->Error("cannot assign to generate variable %s here", id->Name());
@@ -91,7 +100,10 @@ void analyze_reference(VeriIdDef* id, const VeriEnv& env, const VeriTreeNode* fr
   }
   if (env.IsRead()) id->Set(IDF_READ);
   if (env.Kind() == ENV_PORT_EXPRESSION && id->IsVar()) id->Set(IDF_PORT);
-  if (id->IsVar()) static_cast<VeriVariable*>(id)->NoteReference(VeriProcessScope::Present());
+  if (!id->IsVar()) return;
+  auto* variable = static_cast<VeriVariable*>(id);
+  variable->NoteReference(VeriProcessScope::Present());
+  if (variable->NumUnpacked()) variable->AddReference({from, VeriProcessScope::Present(), use_of(env)});
 }
 
 /// What lies in another file makes the unit depend on that; what lies in a package, on the package as well.

@@ -241,6 +241,7 @@ public:
   ~VeriEventControlStatement() override;
   VERI_STATEMENT_CLASS(VeriEventControlStatement)
   void Initialize() override;
+  const VeriExpressions* Events() const { return _events; }
 
 private:
   VeriExpressions* _events;

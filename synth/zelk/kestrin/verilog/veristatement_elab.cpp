@@ -13,6 +13,7 @@
 #include "verilog/veridataflow.h"
 #include "verilog/verielabstate.h"
 #include "verilog/verinets.h"
+#include "verilog/veriram.h"
 #include "verilog/veristatement.h"
 
 void VeriStatement::Elaborate(VeriDataFlow* flow) {
@@ -643,6 +644,16 @@ void VeriParBlock::Execute(VeriDataFlow*) { Warning("parallel (fork-join) block 
 
 void VeriEventControlStatement::Initialize() { ::Initialize(_statement); }
 
+namespace {
+
+/// Naming a memory here makes no port of it.
+OwnedValue EvaluateEvent(VeriExpression* event, VeriDataFlow* flow) {
+  VeriRamDisabled disabled;
+  return event->Evaluate(flow);
+}
+
+} // namespace
+
 void VeriEventControlStatement::Execute(VeriDataFlow* flow) {
   if (!flow->Process()) return Error("event control outside always construct is not supported for synthesis");
   if (flow->IsProcess() && !flow->IsInitial())
@@ -653,7 +664,7 @@ void VeriEventControlStatement::Execute(VeriDataFlow* flow) {
   bool has_level = false;
   for (VeriExpression* expression : *_events) {
     expression->AddToSensList(*ids);
-    OwnedValue value = expression->Evaluate(flow);
+    OwnedValue value = EvaluateEvent(expression, flow);
     if (!value) return;
     if (!expression->IsEdge()) {
       has_level = true;

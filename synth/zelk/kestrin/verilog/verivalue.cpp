@@ -557,4 +557,3 @@ void VeriAggregateValue::SetElement(unsigned position, OwnedValue element) {
   if (position < _elements.size()) _elements[position] = std::move(element);
 }
 
-OwnedValue VeriDualPortValue::Copy() const { return std::make_unique<VeriDualPortValue>(*this); }

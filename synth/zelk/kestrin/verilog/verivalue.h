@@ -12,6 +12,7 @@
 #define KESTRIN_VERILOG_VERIVALUE_H
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -26,12 +27,15 @@
 class Instance;
 class VeriAggregateValue;
 class VeriConstraint;
+class VeriDataFlow;
 class VeriDualPortValue;
 class VeriEnum;
 class VeriExpression;
 class VeriIdDef;
+class VeriIndexedName;
 class VeriIntValue;
 class VeriNonConstVal;
+class VeriRam;
 class VeriRealValue;
 class VeriTreeNode;
 class VeriValue;
@@ -306,8 +310,6 @@ public:
   Instance* GetOperator() const;
   /// The multiplier that drives bits of the value; null without one.
   Instance* GetMult() const;
-  /// The memory that the value is; else null.
-  virtual Instance* GetRam() const { return nullptr; }
 
 protected:
   VeriValue() = default;
@@ -554,25 +556,57 @@ protected:
   std::vector<OwnedValue> _elements;
 };
 
-/// A memory that is inferred as a RAM: the words are not nets but live in the instance of the memory operator.
+/// A memory that is inferred as a RAM, at one point of a process: what is read and written there, per port. As the
+/// value of the variable itself nothing is.
 class VeriDualPortValue : public VeriAggregateValue {
 public:
-  VeriDualPortValue(Instance* ram, unsigned depth, unsigned width) : _ram(ram), _depth(depth), _width(width) {}
+  explicit VeriDualPortValue(std::shared_ptr<VeriRam> ram);
   OwnedValue Copy() const override;
   VeriDualPortValue* AsDualPort() override { return this; }
   bool IsConstant() const override { return false; }
-  unsigned Size() const override { return _depth * _width; }
-  unsigned NumOfElements() const override { return _depth; }
-  Instance* GetRam() const override { return _ram; }
-  unsigned Depth() const { return _depth; }
-  unsigned WordSize() const { return _width; }
+  unsigned Size() const override;
+  unsigned NumOfElements() const override;
+  VeriRam& Ram() const { return *_ram; }
+
+  /// Reads through a reference, outermost index first. The value is that of the flow, or the variable's own one with a
+  /// null flow; x after an error.
+  static OwnedValue Read(VeriIdDef* id, VeriDataFlow* flow, const VeriIndexedName* name, const VeriIndices& indices);
+  /// The value with `part` written through a reference.
+  static OwnedValue Write(OwnedValue value, const VeriIndexedName* name, VeriIndices indices, OwnedValue part,
+                          bool non_blocking);
+  /// The merge of branches of a flow by a selection among values.
+  using Choice = std::function<OwnedValue(std::vector<OwnedValue>)>;
+  static OwnedValue Merge(std::vector<OwnedValue> inputs, const Choice& select);
+  /// Puts registers into what is written.
+  void Register(Net* clock, Net* enable, const VeriTreeNode* from);
+  /// The end of a process: binds the ports that it uses.
+  void ConnectPorts(const VeriTreeNode* from) const;
   void SetDefaultValue(const VeriValue& value, const VeriTreeNode* from) override;
-  void ApplyAttributes(const Map* attributes, const VeriTreeNode* from) override;
 
 private:
-  Instance* _ram;
-  unsigned _depth;
-  unsigned _width;
+  using Bits = std::vector<Net*>; // bit 0 first
+  struct WriteSide {
+    bool is_used = false;
+    bool is_blocking = false;
+    bool is_registered = false;
+    Bits mask; // 1 where the bit is written
+    Bits address;
+    Bits data;
+    std::vector<unsigned> registers; // of the mask's bits, once registered
+  };
+  struct ReadSide {
+    bool is_used = false;
+    Bits address;
+  };
+  static Bits MergeBits(const std::vector<const Bits*>& inputs, const Choice& select);
+  void MergeWrite(unsigned port, const std::vector<const VeriDualPortValue*>& inputs, const Choice& select);
+  OwnedValue WithPendingWrites(OwnedValue word, const Bits& address, const char* read_port,
+                               const VeriTreeNode* from) const;
+  bool NoteRead(unsigned port, const Bits& address);
+
+  std::shared_ptr<VeriRam> _ram;
+  WriteSide _writes[2];
+  ReadSide _reads[2];
 };
 
 /// The constant net of a digit. Outside an elaboration four nets that belong to no netlist stand for the digits.

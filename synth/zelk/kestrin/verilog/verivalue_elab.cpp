@@ -14,6 +14,7 @@
 #include "util/linefile.h"
 #include "util/services.h"
 #include "verilog/vericonstraint.h"
+#include "verilog/veriram.h"
 #include "verilog/veritreenode.h"
 #include "verilog/verivalue.h"
 #include "verilog/verivalue_logic.h"
@@ -66,11 +67,7 @@ bool unify(Inputs& inputs, const VeriTreeNode* from) {
 /// Applies a selection to each element of arrays or structs.
 OwnedValue select_elements(Inputs& inputs, const std::function<OwnedValue(Inputs)>& select, const VeriTreeNode* from) {
   const VeriValue* first = first_of(inputs);
-  if (first->IsDualPortValue()) {
-    for (const OwnedValue& input : inputs)
-      if (input && input->GetRam() != first->GetRam()) return nullptr;
-    return first->Copy();
-  }
+  if (first->IsDualPortValue()) return VeriDualPortValue::Merge(std::move(inputs), select);
   unsigned count = first->NumOfElements();
   for (const OwnedValue& input : inputs) {
     if (!input) continue;
@@ -316,32 +313,11 @@ OwnedValue VeriValue::PrioSelector(const Array& conditions, std::vector<OwnedVal
 // Memories of constants.
 
 namespace {
-const char* attribute_of(const Netlist* netlist, const char* key) {
-  const char* value = netlist->GetAttValue(key);
-  return value ? value : "";
-}
-
-/// Writes the words to a memory file and names it on the instance.
+/// Reports the memory and gives it its contents.
 void attach_contents(Instance* rom, const std::vector<std::string>& words, const VeriTreeNode* from) {
-  Netlist* netlist = rom->Owner();
-  Array texts;
-  for (const std::string& word : words) texts.InsertLast(ToWord(word.c_str()));
-  std::string unique_name = std::string(attribute_of(netlist, " unique_name")) + rom->Name();
-  MemoryContents contents;
-  contents.words = &texts;
-  contents.width = static_cast<unsigned>(words[0].size());
-  contents.depth = static_cast<unsigned>(words.size());
-  contents.is_unsigned_address = true;
-  contents.is_rom = true;
-  contents.path = attribute_of(netlist, " cell_name");
-  for (Instance* inst : ReferencesOf(rom->View()))
-    if (inst->Owner() == netlist && inst != rom) contents.number++;
-  contents.entity_name = attribute_of(netlist, " cell_name");
-  contents.unique_name = unique_name.c_str();
-  OwnedString file = KernelServices::Get().WriteMemoryFile(contents);
-  if (file) rom->AddAtt(ATT_RAM_INIT_FILE, file.get());
-  kestrin_debug("Inferred %d x %d ROM from case statement at %s (%d)", static_cast<int>(contents.depth),
-                static_cast<int>(contents.width), file_of(from), line_of(from));
+  veri_attach_memory_contents(rom, words, /*is_rom=*/true);
+  kestrin_debug("Inferred %d x %d ROM from case statement at %s (%d)", static_cast<int>(words.size()),
+                static_cast<int>(words[0].size()), file_of(from), line_of(from));
 }
 } // namespace
 
@@ -434,7 +410,12 @@ Net* register_bit(const VeriLogic& logic, Net* data, Net* clock, Net* enable, Ne
 
 OwnedValue VeriValue::Register(OwnedValue value, Net* clock, Net* enable, const VeriValue& hold,
                                const VeriTreeNode* from) {
-  if (!value || value->IsDualPortValue() || hold.IsDualPortValue()) return value;
+  if (!value) return value;
+  if (VeriDualPortValue* memory = value->AsDualPort()) {
+    memory->Register(clock, enable, from);
+    return value;
+  }
+  if (hold.IsDualPortValue()) return value;
   if (value->IsReal() || hold.IsReal()) {
     veri_at(from).Error("not supported use of real number");
     return nullptr;
@@ -578,6 +559,7 @@ bool bind_elements(NetBinding& binding, const VeriValue& target, OwnedValue sour
 void VeriValue::NetAssignFrom(OwnedValue source, veri_net_resolution resolution, bool isolate,
                               const VeriTreeNode* from) {
   if (!source) return;
+  if (const VeriDualPortValue* memory = source->AsDualPort()) return memory->ConnectPorts(from);
   if (source->IsReal() || IsReal()) {
     veri_at(from).Error("not supported use of real number");
     return;
@@ -645,10 +627,6 @@ void VeriAggregateValue::SetDefaultValue(const VeriValue& value, const VeriTreeN
   }
 }
 
-void VeriDualPortValue::SetDefaultValue(const VeriValue&, const VeriTreeNode*) {
-  KESTRIN_REPORT_INTERNAL("can't set default value on a dual-port value");
-}
-
 namespace {
 void apply_attributes(DesignObj* object, const Map* attributes) {
   for (Att* att : ValuesOf<Att*>(attributes))
@@ -666,10 +644,6 @@ void VeriNonConstVal::ApplyAttributes(const Map* attributes, const VeriTreeNode*
 void VeriAggregateValue::ApplyAttributes(const Map* attributes, const VeriTreeNode* from) {
   for (OwnedValue& element : _elements)
     if (element) element->ApplyAttributes(attributes, from);
-}
-
-void VeriDualPortValue::ApplyAttributes(const Map* attributes, const VeriTreeNode*) {
-  if (_ram) apply_attributes(_ram, attributes);
 }
 
 void VeriValue::CreatePorts(const char* name, port_dir direction, const VeriConstraint& constraint,

@@ -538,9 +538,12 @@ Net* VeriValue::Condition(OwnedValue value, const VeriTreeNode* from) {
 namespace {
 OwnedValue select_elements(Net* condition, OwnedValue one, OwnedValue zero, const VeriTreeNode* from) {
   if (one->IsDualPortValue() || zero->IsDualPortValue()) {
-    if (one->GetRam() == zero->GetRam()) return zero;
-    KESTRIN_REPORT_INTERNAL("Can't assign to this value");
-    return nullptr;
+    std::vector<OwnedValue> branches;
+    branches.push_back(std::move(zero));
+    branches.push_back(std::move(one));
+    return VeriDualPortValue::Merge(std::move(branches), [&](std::vector<OwnedValue> values) {
+      return VeriValue::Select(condition, std::move(values[1]), std::move(values[0]), from);
+    });
   }
   if (!one->IsAggregate() || !zero->IsAggregate()) {
     veri_at(from).Error("cannot assign or compare packed values to unpacked values or vice versa");
