@@ -404,6 +404,11 @@ TEST(SyntaxErrors, AUnitBehindABrokenOneIsStillRead) {
                    "2: error: using a closing label on a design unit is a SystemVerilog feature"}));
 }
 
+TEST(SyntaxErrors, ABrokenLoopHeadBehindItsBodyIsLeft) {
+  EXPECT_EQ(ErrorsOf("module m;\ninitial begin do a++; while type (a < 3); end\nassign = 1;\nendmodule\n", VERI_SV),
+            Lines{"2: error: syntax error near \"type\";  expecting \"(\""});
+}
+
 TEST(SyntaxErrors, ListsOfNamesTellSlipsOfTheKeyboard) {
   EXPECT_EQ(ErrorsOf("module m;\nwire a,;\nreg b, = 1;\nendmodule\n"),
             (Lines{"2: error: syntax error near \",\", expecting \";\"",

@@ -23,6 +23,8 @@ struct Imported {
   const char* name;
 };
 
+constexpr unsigned max_open_constructs = 10000;
+
 struct ParserState {
   VeriLibrary* work = nullptr;
   VeriScope* scope = nullptr;
@@ -33,6 +35,7 @@ struct ParserState {
   // Tokens: one that was taken too early, and the last two that the parser got.
   veri_token kept;
   bool has_kept = false;
+  unsigned unread_count = 0; // since a token came from the scanner
   int last_code = 0;
   const char* last_text = nullptr;
   const char* package = nullptr; // the name in front of the last "::"
@@ -88,7 +91,10 @@ VeriIdDef* find_visible(const char* name) {
 }
 
 void scan(veri_token* token) {
-  if (!parser.has_kept) return VeriLex::NextToken(token);
+  if (!parser.has_kept) {
+    parser.unread_count = 0;
+    return VeriLex::NextToken(token);
+  }
   *token = parser.kept;
   parser.has_kept = false;
 }
@@ -134,6 +140,8 @@ veri_token veri_next_token() {
 }
 
 void veri_unread(int code, veri_location place) {
+  // Each time, a construct ends; there cannot be more of these than the parser's stack holds.
+  if (++parser.unread_count > max_open_constructs) return;
   veri_token token;
   token.code = code;
   token.linefile = place;

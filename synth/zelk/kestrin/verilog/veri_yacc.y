@@ -1382,7 +1382,8 @@ statement
   | error ";" { $$ = new VeriNullStatement(@1); }
   ;
 
-/* A statement that belongs to another one: where it is broken, the end of what is around ends it and stays to be read. */
+/* A statement that is the last part of another one: where it is broken, the end of what is around ends it and stays to be
+   read. */
 substatement
   : statement
   | error "end" { veri_unread(VERI_END, @2); $$ = new VeriNullStatement(@1); }
@@ -1567,7 +1568,7 @@ loop_statement
   : "forever" substatement { $$ = new VeriForever($2, nullptr, @1); }
   | "repeat" "(" expr ")" substatement { $$ = new VeriRepeat($3, $5, nullptr, @1); }
   | "while" "(" expr ")" substatement { $$ = new VeriWhile($3, $5, nullptr, false, @1); }
-  | "do" substatement "while" "(" expr ")" ";" { $$ = new VeriWhile($5, $2, nullptr, true, @1); }
+  | "do" statement "while" "(" expr ")" ";" { $$ = new VeriWhile($5, $2, nullptr, true, @1); }
   | "for" "(" for_inits ";" expr_opt ";" for_steps ")" substatement { $$ = veri_for(nullptr, $3, $5, $7, $9, @1); }
   | "for" "(" for_head ";" expr_opt ";" for_steps ")" substatement { $$ = veri_for($3, nullptr, $5, $7, $9, @1); }
   | "foreach" "(" name ")" substatement
