@@ -273,13 +273,28 @@ TEST(Grammar, UnnamedGenerateBlocksAreNumberedByTheirConstruct) {
 
 TEST(Grammar, PragmasAndAttributeInstancesEndUpInOneList) {
   EXPECT_EQ(Item("/* synthesis keep = 1 */ (* mark = \"x\" *) wire w /* synthesis late */;"),
-            "    (* mark = \"x\", keep = 1, late = 1 *) wire w;\n");
+            "    (* late = 1, mark = \"x\", keep = 1 *) wire w;\n");
   EXPECT_EQ(Item("initial case (a) /* synthesis full_case */ 1: b = 2; endcase"),
             "    initial\n"
             "        (* full_case = 1 *) case (a)\n"
             "            1 :\n"
             "                b = 2;\n"
             "        endcase\n");
+}
+
+TEST(Grammar, APragmaBelongsToWhatFollowsUnlessItStandsBeforeTheSemicolonOrComma) {
+  EXPECT_EQ(Item("always @(a) if (a) b = 1 /* synthesis one */;\n"
+                 "// synthesis two\n"
+                 "sub u(a) /* synthesis three */;\n"),
+            "    always\n"
+            "        @(a)\n"
+            "            if (a)\n"
+            "                (* one = 1 *) b = 1;\n"
+            "    (* three = 1, two = 1 *) sub u (a);\n");
+  EXPECT_EQ(Printed("module m(input a /* synthesis one */, /* synthesis two */ output b, (* three *) input c) "
+                    "/* synthesis four */; endmodule\n"),
+            "(* four = 1 *) module m ((* one = 1 *) input a, (* two = 1 *) output b, (* three *) input c);\n"
+            "endmodule\n\n");
 }
 
 TEST(Grammar, ABlockWithoutDeclarationsHasNoScope) {

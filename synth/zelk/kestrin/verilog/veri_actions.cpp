@@ -705,7 +705,9 @@ unsigned direction_of_port(unsigned direction, veri_location place) {
   return parser.port_direction;
 }
 
+/// Pragmas that stand behind the name, in front of the comma, are the port's.
 void declare_ansi_port(VeriDataDecl* decl, VeriIdDecl* id) {
+  decl->AddAttributes(veri_take_pragmas(nullptr));
   complete_port(decl, id, /*of_subprogram=*/false);
   if (!decl->Direction()) id->IdAs<VeriVariable>()->SetDir(VERI_INOUT); // of an interface
   id->GetId()->Set(IDF_ANSI_PORT);
@@ -837,7 +839,7 @@ void veri_finish_unit(VeriDesignUnit* unit, Map* attributes) {
 void veri_add_global(VeriModuleItem* item, Map* attributes, veri_location place) {
   if (!item) return VeriTreeNode::DeleteAttributes(attributes);
   veri_need_systemverilog(place, "declaring global objects");
-  item->AddAttributes(veri_take_pragmas(attributes));
+  item->AddAttributes(attributes);
   parser.work->AddItem(item);
 }
 
@@ -923,7 +925,7 @@ VeriModuleItems* veri_append_item(VeriModuleItems* items, VeriModuleItem* item, 
     VeriTreeNode::DeleteAttributes(attributes);
     return items;
   }
-  item->AddAttributes(veri_take_pragmas(attributes));
+  item->AddAttributes(attributes);
   number_generate_construct(item);
   return veri_append(items, item);
 }

@@ -99,6 +99,11 @@ Map* veri_add_attribute(Map* attributes, const char* name, VeriExpression* value
 Map* veri_join_attributes(Map* attributes, Map* more, veri_location place);
 /// Adds the pending pragmas.
 Map* veri_take_pragmas(Map* attributes);
+/// What a semicolon just closed has the pragmas in front of that.
+template <class T> T* veri_closed(T* node) {
+  node->AddAttributes(veri_take_pragmas(nullptr));
+  return node;
+}
 template <class T, class U> T* veri_with(U* node, Map* attributes) {
   node->AddAttributes(attributes);
   return node;

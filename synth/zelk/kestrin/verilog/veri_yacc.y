@@ -522,37 +522,37 @@ declaration
   ;
 
 port_decl
-  : direction data_type_or_implicit variable_ids ";" { $$ = veri_port_decl($1, 0, $2, $3, @1); }
-  | direction net_type data_type_or_implicit variable_ids ";" { $$ = veri_port_decl($1, $2, $3, $4, @1); }
-  | direction "var" data_type_or_implicit variable_ids ";" { $$ = veri_port_decl($1, VERI_VAR, $3, $4, @1); }
+  : direction data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_port_decl($1, 0, $2, $3, @1)); }
+  | direction net_type data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_port_decl($1, $2, $3, $4, @1)); }
+  | direction "var" data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_port_decl($1, VERI_VAR, $3, $4, @1)); }
   ;
 
 net_decl
   : net_type strength_opt scalared_opt data_type_or_implicit delay_opt variable_ids ";"
-    { veri_discard($5); $$ = veri_net_decl($1, $4, $6, @1); }
+    { veri_discard($5); $$ = veri_closed(veri_net_decl($1, $4, $6, @1)); }
   ;
 
 data_decl
-  : data_type variable_ids ";" { $$ = veri_data_decl($1, $2, @1); }
-  | "var" data_type_or_implicit variable_ids ";" { $$ = veri_data_decl($2, $3, @1); }
-  | "const" data_type_or_implicit variable_ids ";" { $$ = veri_data_decl($2, $3, @1); }
-  | "automatic" data_type variable_ids ";" { $$ = veri_data_decl($2, $3, @1); }
-  | "static" data_type variable_ids ";" { $$ = veri_data_decl($2, $3, @1); }
+  : data_type variable_ids ";" { $$ = veri_closed(veri_data_decl($1, $2, @1)); }
+  | "var" data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
+  | "const" data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
+  | "automatic" data_type variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
+  | "static" data_type variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
   ;
 
 param_decl
-  : "parameter" data_type_or_implicit param_assigns ";" { $$ = veri_param_decl(VERI_PARAMETER, $2, $3, @1); }
-  | "localparam" data_type_or_implicit param_assigns ";" { $$ = veri_param_decl(VERI_LOCALPARAM, $2, $3, @1); }
-  | "parameter" "type" any_id "=" data_type ";" { $$ = veri_type_decl($5, $3, nullptr, @3); }
-  | "localparam" "type" any_id "=" data_type ";" { $$ = veri_type_decl($5, $3, nullptr, @3); }
+  : "parameter" data_type_or_implicit param_assigns ";" { $$ = veri_closed(veri_param_decl(VERI_PARAMETER, $2, $3, @1)); }
+  | "localparam" data_type_or_implicit param_assigns ";" { $$ = veri_closed(veri_param_decl(VERI_LOCALPARAM, $2, $3, @1)); }
+  | "parameter" "type" any_id "=" data_type ";" { $$ = veri_closed(veri_type_decl($5, $3, nullptr, @3)); }
+  | "localparam" "type" any_id "=" data_type ";" { $$ = veri_closed(veri_type_decl($5, $3, nullptr, @3)); }
   ;
 
 specparam_decl
-  : "specparam" data_type_or_implicit param_assigns ";" { $$ = veri_param_decl(VERI_SPECPARAM, $2, $3, @1); }
+  : "specparam" data_type_or_implicit param_assigns ";" { $$ = veri_closed(veri_param_decl(VERI_SPECPARAM, $2, $3, @1)); }
   ;
 
 type_decl
-  : "typedef" data_type any_id dimensions_opt ";" { $$ = veri_type_decl($2, $3, $4, @3); }
+  : "typedef" data_type any_id dimensions_opt ";" { $$ = veri_closed(veri_type_decl($2, $3, $4, @3)); }
   ;
 
 genvar_decl
@@ -938,13 +938,13 @@ block_declaration
   ;
 
 tf_port_decl
-  : direction data_type_or_implicit variable_ids ";" { $$ = veri_tf_port_decl($1, $2, $3, @1); }
+  : direction data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_tf_port_decl($1, $2, $3, @1)); }
   ;
 
 /* Continuous assignments, processes, instances. */
 
 continuous_assign
-  : "assign" strength_opt delay_opt net_assigns ";" { veri_discard($3); $$ = new VeriContinuousAssign($4, @1); }
+  : "assign" strength_opt delay_opt net_assigns ";" { veri_discard($3); $$ = veri_closed(new VeriContinuousAssign($4, @1)); }
   ;
 
 net_assigns
@@ -983,9 +983,9 @@ defparam_assign
   ;
 
 instantiation
-  : VERI_ID instances ";" { $$ = veri_instantiation($1, nullptr, $2, @1); }
-  | VERI_ID param_assignment instances ";" { $$ = veri_instantiation($1, $2, $3, @1); }
-  | VERI_ID strength delay_opt instances ";" { $$ = veri_instantiation($1, $3, $4, @1); }
+  : VERI_ID instances ";" { $$ = veri_closed(veri_instantiation($1, nullptr, $2, @1)); }
+  | VERI_ID param_assignment instances ";" { $$ = veri_closed(veri_instantiation($1, $2, $3, @1)); }
+  | VERI_ID strength delay_opt instances ";" { $$ = veri_closed(veri_instantiation($1, $3, $4, @1)); }
   ;
 
 param_assignment
@@ -1036,9 +1036,9 @@ connection
   ;
 
 gate_instantiation
-  : gate_type instances ";" { $$ = veri_gate_instantiation($1, $2, @1); }
-  | gate_type delay instances ";" { veri_discard($2); $$ = veri_gate_instantiation($1, $3, @1); }
-  | gate_type strength delay_opt instances ";" { veri_discard($3); $$ = veri_gate_instantiation($1, $4, @1); }
+  : gate_type instances ";" { $$ = veri_closed(veri_gate_instantiation($1, $2, @1)); }
+  | gate_type delay instances ";" { veri_discard($2); $$ = veri_closed(veri_gate_instantiation($1, $3, @1)); }
+  | gate_type strength delay_opt instances ";" { veri_discard($3); $$ = veri_closed(veri_gate_instantiation($1, $4, @1)); }
   ;
 
 gate_type
@@ -1395,9 +1395,9 @@ substatement
 
 statement_item
   : ";" { $$ = new VeriNullStatement(@1); }
-  | blocking_assign ";"
+  | blocking_assign ";" { $$ = veri_closed($1); }
   | lvalue "<=" intra_control_opt expr ";"
-    { $$ = new VeriNonBlockingAssign(veri_assignment($1, VERI_LESS_EQ, $4, @1), $3, @1); }
+    { $$ = veri_closed(new VeriNonBlockingAssign(veri_assignment($1, VERI_LESS_EQ, $4, @1), $3, @1)); }
   | procedural_continuous ";"
   | case_statement
   | conditional
@@ -1411,11 +1411,11 @@ statement_item
   | "->" name ";" { $$ = new VeriEventTrigger($2, @1); }
   | "disable" name ";" { $$ = new VeriDisable($2, @1); }
   | "disable" "fork" ";" { veri_unsupported(@1, "disable fork"); $$ = new VeriNullStatement(@1); }
-  | name ";" { $$ = new VeriTaskEnable($1, nullptr, @1); }
-  | name "(" call_arguments_opt ")" ";" { $$ = new VeriTaskEnable($1, $3, @1); }
-  | VERI_SYSTEM_ID ";" { $$ = new VeriSystemTaskEnable($1, nullptr, @1); }
-  | VERI_SYSTEM_ID "(" system_arguments_opt ")" ";" { $$ = new VeriSystemTaskEnable($1, $3, @1); }
-  | "void" "'" "(" name "(" call_arguments_opt ")" ")" ";" { $$ = new VeriTaskEnable($4, $6, @1); }
+  | name ";" { $$ = veri_closed(new VeriTaskEnable($1, nullptr, @1)); }
+  | name "(" call_arguments_opt ")" ";" { $$ = veri_closed(new VeriTaskEnable($1, $3, @1)); }
+  | VERI_SYSTEM_ID ";" { $$ = veri_closed(new VeriSystemTaskEnable($1, nullptr, @1)); }
+  | VERI_SYSTEM_ID "(" system_arguments_opt ")" ";" { $$ = veri_closed(new VeriSystemTaskEnable($1, $3, @1)); }
+  | "void" "'" "(" name "(" call_arguments_opt ")" ")" ";" { $$ = veri_closed(new VeriTaskEnable($4, $6, @1)); }
   ;
 
 labelled_statement
