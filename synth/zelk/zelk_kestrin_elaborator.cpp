@@ -6,6 +6,7 @@
 #include "database/views.h"
 #include "tst.h"
 #include "util/message.h"
+#include "zelk_netlist_creator.h"
 #include "zelk_utility.h"
 
 void zelk_delete_parameters(Map*& parameters) {
@@ -95,6 +96,21 @@ void ZELK_KESTRIN_ELABORATOR::register_parameters(const std::vector<std::string>
     if (!param) param = m_elaborated_netlist->GetParam(name.c_str());
     if (param) register_single_parameter(param);
   }
+}
+
+Netlist* ZELK_KESTRIN_ELABORATOR::read_netlist_from_file(const std::string& unit_name,
+                                                         const std::vector<std::string>& names) const {
+  const std::string map_file = tst_get_value("General Section", "ZELK_NETLIST_CREATOR_MAP_FILE");
+  if (map_file.empty()) return nullptr;
+  std::string key = unit_name + "_" + (m_library ? m_library->Name() : "") + "(";
+  const char* separator = "";
+  for (const std::string& name : names) {
+    const Param* param = m_parameters ? FromWord<Param*>(m_parameters->GetValue(name.c_str())) : nullptr;
+    if (!param) continue;
+    key += separator + name + "," + (param->Value() ? param->Value() : "");
+    separator = ",";
+  }
+  return ZELK_NETLIST_CREATOR(map_file).create(key + ")");
 }
 
 void ZELK_KESTRIN_ELABORATOR::cleanup() {

@@ -37,6 +37,8 @@ protected:
   /// Tells the host the values that were used, defaults too.
   void register_parameters(const std::vector<std::string>& names);
   void register_single_parameter(const Param* param);
+  /// A netlist that tests wrote down for the unit and its parameters in place of an elaborated one; null without one.
+  Netlist* read_netlist_from_file(const std::string& unit_name, const std::vector<std::string>& names) const;
   void cleanup();
 
   BASEX_ELABORATE_INFO* m_elaborate_info = nullptr;
