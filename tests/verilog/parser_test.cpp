@@ -285,7 +285,7 @@ TEST(Grammar, PragmasAndAttributeInstancesEndUpInOneList) {
 TEST(Grammar, APragmaBelongsToWhatFollowsUnlessItStandsBeforeTheSemicolonOrComma) {
   EXPECT_EQ(Item("always @(a) if (a) b = 1 /* synthesis one */;\n"
                  "// synthesis two\n"
-                 "sub u(a) /* synthesis three */;\n"),
+                 "sub u /* synthesis three */ (a);\n"),
             "    always\n"
             "        @(a)\n"
             "            if (a)\n"

@@ -118,11 +118,11 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <token> module_keyword direction net_type signing signing_opt vector_type atom_type gate_type case_keyword
   lifetime_opt packed_opt operator_assign increment always_keyword unique_priority unique_priority_opt join_keyword
   scalared_opt struct_keyword
-%type <attributes> attrs trailing_attrs attribute_instances attribute_specs
+%type <attributes> attrs trailing_attrs inner_attrs attribute_instances attribute_specs
 %type <expr> expr primary literal concat mintypmax lvalue index port_expr port_expr_opt port_reference connection
   ansi_port interface_port init_opt argument event_expr assignment_pattern param_value delay_value cast_type
-  system_argument gen_step param_init_opt expr_opt braced_pattern
-%type <exprs> exprs port_exprs ports ports_opt port_list ansi_ports connections call_arguments call_arguments_opt
+  system_argument inside_range gen_step param_init_opt expr_opt braced_pattern
+%type <exprs> exprs inside_ranges port_exprs ports ports_opt port_list ansi_ports connections call_arguments call_arguments_opt
   system_arguments_opt system_arguments events event_control event_list param_assignment param_values delay_opt delay
   mintypmaxes ordered_params
 %type <name> name plain_name
@@ -177,7 +177,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %left "^" "~^"
 %left "&" "~&"
 %left "==" "!=" "===" "!==" "==?" "!=?"
-%left "<" "<=" ">" ">="
+%left "<" "<=" ">" ">=" "inside"
 %left "<<" ">>" "<<<" ">>>"
 %left "+" "-"
 %left "*" "/" "%"
@@ -368,6 +368,12 @@ attribute_specs
   | attribute_specs "," any_id "=" expr { $$ = veri_add_attribute($1, $3, $5, @3); }
   ;
 
+/* Inside of an item, whose pragmas these are not. */
+inner_attrs
+  : %empty { $$ = nullptr; }
+  | attribute_instances
+  ;
+
 operand_attrs
   : %empty
   | operand_attrs "(*" attribute_specs "*)" { VeriTreeNode::DeleteAttributes($3); }
@@ -387,6 +393,11 @@ param_ports
 
 param_port_list
   : param_port { $$ = veri_list<VeriModuleItem>($1); }
+  | param_assign
+    {
+      veri_need_systemverilog(@1, "a parameter without keyword");
+      $$ = veri_list<VeriModuleItem>(veri_param_port(VERI_PARAMETER, nullptr, $1, @1));
+    }
   | param_port_list "," param_port { $$ = veri_append($1, $3); }
   | param_port_list "," param_assign { $$ = veri_append_param_port($1, $3); }
   ;
@@ -1022,8 +1033,8 @@ instance
   ;
 
 connections
-  : attrs connection { $$ = veri_list<VeriExpression>(veri_with($2, $1)); }
-  | connections "," attrs connection { $$ = veri_append($1, veri_with($4, $3)); }
+  : inner_attrs connection { $$ = veri_list<VeriExpression>(veri_with($2, $1)); }
+  | connections "," inner_attrs connection { $$ = veri_append($1, veri_with($4, $3)); }
   ;
 
 connection
@@ -1674,7 +1685,19 @@ expr
   | expr ">>" operand_attrs expr { $$ = veri_binary(VERI_SHIFT_RIGHT, $1, $4, @1); }
   | expr "<<<" operand_attrs expr { $$ = veri_binary(VERI_ARITH_SHIFT_LEFT, $1, $4, @1); }
   | expr ">>>" operand_attrs expr { $$ = veri_binary(VERI_ARITH_SHIFT_RIGHT, $1, $4, @1); }
+  | expr "inside" "{" inside_ranges "}"
+    { veri_unsupported(@2, "the operator inside"); veri_discard($4); $$ = $1; }
   | expr "?" operand_attrs expr ":" expr %prec "?" { $$ = veri_bounded(new VeriQuestionColon($1, $4, $6, @1)); }
+  ;
+
+inside_ranges
+  : inside_range { $$ = veri_list<VeriExpression>($1); }
+  | inside_ranges "," inside_range { $$ = veri_append($1, $3); }
+  ;
+
+inside_range
+  : expr
+  | packed_dim { $$ = $1; }
   ;
 
 primary
