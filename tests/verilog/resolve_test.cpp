@@ -203,6 +203,70 @@ TEST(Scope, IndicesHaveToFitTheArray) {
   }
 }
 
+TEST(Resolve, OnlyVariablesAreAssigned) {
+  struct {
+    const char* item;
+    const char* error; // null: fine
+  } const cases[] = {
+      {"function f2; input x; f2 = x; endfunction", nullptr},
+      {"assign f = a;", "cannot assign to non-variable f"},
+      {"assign u = a;", "cannot assign to non-variable u"},
+      {"initial blk = 1;", "cannot assign to non-variable blk"},
+      {"initial P = 1;", "cannot assign to non-variable P"},
+      {"initial {v, P} = 1;", "cannot assign to non-variable P"},
+      {"initial blk.v = 1;", nullptr},
+      {"wire z = u[0];", "cannot index into non-array u"},
+  };
+  for (const auto& c : cases) {
+    Analysis analysis;
+    Lines expected;
+    if (c.error) expected.push_back(std::string("6: error: ") + c.error);
+    EXPECT_EQ(analysis.Errors("module m(input a);\n"
+                              "parameter P = 1; reg v;\n"
+                              "sub u();\n"
+                              "initial begin : blk reg v; v = 0; end\n"
+                              "function f; input x; f = x; endfunction\n" +
+                              std::string(c.item) + "\nendmodule\n"),
+              expected)
+        << c.item;
+  }
+}
+
+TEST(Elaboration, TellsWhereAPathBreaks) {
+  struct {
+    const char* path;
+    const char* error; // null: fine
+  } const cases[] = {
+      {"lp[1].w", nullptr},
+      {"lp[1].in.w", nullptr},
+      {"lp[7].w", "cannot resolve hierarchy path element lp[7] - no matching declaration"},
+      {"lp[1].v", "cannot resolve hierarchy path element v - no matching declaration"},
+      {"lp[1][0].w", "hierarchical prefix lp[1][0] has too many indicies"},
+      {"never.w", "cannot resolve hierarchy path element never - no matching declaration"},
+      {"u.w", "external reference u.w not supported for synthesis"},
+      {"f.x", "can't synthesize hierarchical reference to object x declared in function or task"},
+  };
+  for (const auto& c : cases) {
+    Analysis analysis;
+    ASSERT_TRUE(analysis.Read("module sub; endmodule\n"
+                              "module m(input a, output y);\n"
+                              "sub u();\n"
+                              "genvar i;\n"
+                              "generate for (i = 0; i < 2; i = i + 1) begin : lp\n"
+                              "  wire w = a; if (i == 1) begin : in wire w = ~a; end\n"
+                              "end if (0) begin : never wire w = a; end endgenerate\n"
+                              "function f; input x; f = x; endfunction\n"
+                              "assign y = " +
+                              std::string(c.path) + ";\nendmodule\n"));
+    Analysis::Messages();
+    veri_file::ElaborateAll("work");
+    Lines errors;
+    for (const std::string& line : Analysis::Messages())
+      if (line.find(": error: ") != std::string::npos) errors.push_back(line);
+    EXPECT_EQ(errors, c.error ? Lines{std::string("9: error: ") + c.error} : Lines{}) << c.path;
+  }
+}
+
 // Packages.
 
 constexpr const char* two_packages = "package p; parameter A = 1; parameter B = 2; endpackage\n"

@@ -555,6 +555,7 @@ private:
   void ResolvePrefix(VeriScope* scope, const VeriEnv& env);
   void BindIn(const VeriScope* scope, const VeriEnv& env);
   void AnalyzeInGenerated(const VeriIdDef* block, const VeriEnv& env) const;
+  void ReportBrokenPath(bool prefix_is_found) const;
   int MemberPosition(const VeriConstraint& prefix) const;
   VeriName* _prefix;
   std::string _suffix;
@@ -586,6 +587,7 @@ public:
   const VeriExpressions& Indices() const { return _indices; }
 
 private:
+  bool IsPathElement() const;
   void CheckIndices(const VeriIdDef* id, const VeriEnv& env) const;
   bool EvaluateIndices(VeriDataFlow* flow, VeriIndices& out);
   OwnedValue Read(VeriDataFlow* flow);

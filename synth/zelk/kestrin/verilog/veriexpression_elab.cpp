@@ -864,11 +864,22 @@ void VeriName::AddToSensList(Set& ids) {
 
 VeriIdDef* VeriIdRef::EvaluateId() { return _id ? _id->Current() : nullptr; }
 
+namespace {
+
+/// The scope that an object opens in this run: none for the body of a generate construct, which exists only as the
+/// generated scopes of its rounds.
+VeriScope* ExistingScope(VeriIdDef* id) {
+  VeriScope* scope = id ? id->Current()->LocalScope() : nullptr;
+  return scope && scope->Kind() != SCOPE_GENERATE ? scope : nullptr;
+}
+
+} // namespace
+
 VeriScope* VeriIdRef::EvaluateScope() {
   if (!_id) return nullptr;
   for (VeriScope* scope = ElabState() ? ElabState()->CurrentGenerated() : nullptr; scope; scope = scope->Upper())
     if (VeriScope* found = scope->FindGenerated(_name)) return found;
-  return _id->Current()->LocalScope();
+  return ExistingScope(_id);
 }
 
 OwnedValue VeriIdRef::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
@@ -905,18 +916,58 @@ VeriScope* VeriSelectedName::EvaluateScope() {
   VeriScope* scope = _prefix->EvaluateScope();
   if (!scope) return nullptr;
   if (VeriScope* found = scope->FindGenerated(_suffix)) return found;
-  VeriIdDef* id = scope->FindHere(_suffix.c_str());
-  return id ? id->Current()->LocalScope() : nullptr;
+  return ExistingScope(scope->FindHere(_suffix.c_str()));
 }
+
+namespace {
+
+/// Whether a step of the path fulfils the test.
+template <class F> bool AnyStep(const VeriName* path, const F& test) {
+  while (path) {
+    if (const VeriIdDef* id = path->GetId(); id && test(id)) return true;
+    if (const auto* selected = dynamic_cast<const VeriSelectedName*>(path))
+      path = selected->GetPrefix();
+    else if (const auto* indexed = dynamic_cast<const VeriIndexedName*>(path))
+      path = indexed->GetPrefix();
+    else
+      path = nullptr;
+  }
+  return false;
+}
+
+} // namespace
 
 VeriIdDef* VeriSelectedName::EvaluateId() {
   if (_is_member) return _prefix->EvaluateId();
-  if (_id) return _id->Current();
+  if (_id) {
+    const bool leads_into_subprogram =
+        AnyStep(_prefix, [](const VeriIdDef* id) { return id->IsFunction() || id->IsTask(); });
+    if (!leads_into_subprogram) return _id->Current();
+    Error("can't synthesize hierarchical reference to object %s declared in function or task", _id->Name());
+    return nullptr;
+  }
   VeriScope* scope = _prefix->EvaluateScope();
   VeriIdDef* id = scope ? scope->FindHere(_suffix.c_str()) : nullptr;
   if (id) return id->Current();
-  Error("external reference %s not supported for synthesis", Image().c_str());
+  ReportBrokenPath(scope != nullptr);
   return nullptr;
+}
+
+void VeriSelectedName::ReportBrokenPath(bool prefix_is_found) const {
+  const auto* indexed = dynamic_cast<const VeriIndexedName*>(_prefix);
+  const VeriIdDef* prefix = _prefix->GetId();
+  if (AnyStep(_prefix, [](const VeriIdDef* id) { return id->IsInst() || id->IsDesignUnit(); }))
+    Error("external reference %s not supported for synthesis", Image().c_str());
+  else if (prefix_is_found)
+    Error("cannot resolve hierarchy path element %s - no matching declaration", _suffix.c_str());
+  else if (indexed && indexed->Indices().Size() > 1)
+    Error("hierarchical prefix %s has too many indicies", _prefix->Image().c_str());
+  else if (indexed && indexed->Indices().GetFirst()->AsRange())
+    Error("hierarchical name %s is not yet supported", Image().c_str());
+  else if (prefix && !prefix->IsBlock())
+    Error("%s is not a hierarchy", _prefix->Image().c_str());
+  else
+    Error("cannot resolve hierarchy path element %s - no matching declaration", _prefix->Image().c_str());
 }
 
 int VeriSelectedName::MemberPosition(const VeriConstraint& prefix) const {

@@ -93,9 +93,21 @@ veri_use use_of(const VeriEnv& env) {
   }
 }
 
+bool is_target(const VeriEnv& env) {
+  return env.Kind() == ENV_TARGET || env.Kind() == ENV_FORCED_TARGET || env.Kind() == ENV_READ_WRITE;
+}
+
+/// A function assigns to its name.
+bool is_own_result(const VeriIdDef* id) {
+  return id->IsFunction() && VeriProcessScope::Present() && id->GetModuleItem() == VeriProcessScope::Present();
+}
+
 void analyze_reference(VeriIdDef* id, const VeriEnv& env, const VeriTreeNode* from) {
   if (env.IsWrite()) {
-    if (id->IsGenVar()) from->Error("cannot assign to generate variable %s here", id->Name());
+    if (id->IsGenVar())
+      from->Error("cannot assign to generate variable %s here", id->Name());
+    else if (is_target(env) && !id->IsVar() && !is_own_result(id))
+      from->Error("cannot assign to non-variable %s", id->Name());
     note_assignment(id);
   }
   if (env.IsRead()) id->Set(IDF_READ);
@@ -385,8 +397,11 @@ void VeriIndexedName::Resolve(VeriScope* scope, const VeriEnv& env) {
   _prefix->Resolve(scope, env);
   for (VeriExpression* index : _indices) resolve(index, scope, may_be_undeclared(env) ? env : env.Index());
   const VeriIdDef* id = _prefix->GetId();
-  if (id && (id->IsVar() || id->IsFunction())) CheckIndices(id, env);
+  if (id && !IsPathElement()) CheckIndices(id, env);
 }
+
+/// One round of a loop or one of several instances, with a name behind it.
+bool VeriIndexedName::IsPathElement() const { return Parent() && Parent()->GetClassId() == ID_VeriSelectedName; }
 
 namespace {
 
@@ -405,9 +420,14 @@ bool needs_vector(const VeriEnv& env) {
 } // namespace
 
 void VeriIndexedName::CheckIndices(const VeriIdDef* id, const VeriEnv& env) const {
-  const auto* variable = static_cast<const VeriVariable*>(id);
-  const Dimensions dimensions = dimensions_of(variable);
-  if (env.Kind() == ENV_PORT_EXPRESSION && (dimensions.unpacked != 0 || to_struct(variable->Type()))) {
+  const auto* valued = dynamic_cast<const VeriValuedId*>(id);
+  if (!valued || id->IsDataType()) {
+    Error("cannot index into non-array %s", id->Name());
+    return;
+  }
+  if (!id->IsVar() && !id->IsFunction()) return; // the type of a parameter may come with its value
+  const Dimensions dimensions = dimensions_of(valued);
+  if (env.Kind() == ENV_PORT_EXPRESSION && (dimensions.unpacked != 0 || to_struct(valued->Type()))) {
     Error("no support for indexing unpacked array or struct port %s in a list of ports", id->Name());
     return;
   }
