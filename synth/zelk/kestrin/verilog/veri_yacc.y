@@ -1205,6 +1205,7 @@ udp_port_decl
 
 udp_table
   : attrs "table" udp_rows "endtable" { $$ = veri_with($3, $1); }
+  | attrs "table" "endtable" { $$ = veri_with(new VeriTable(@2), $1); }
   ;
 
 udp_rows
@@ -1213,7 +1214,7 @@ udp_rows
   ;
 
 udp_row
-  : udp_symbols ":" udp_symbols { $$ = veri_join_row($1, $3); }
+  : udp_symbols
   | udp_row ":" udp_symbols { $$ = veri_join_row($1, $3); }
   ;
 
