@@ -110,8 +110,11 @@ public:
   void SetRefusedRams(Set* variables) { _refused_rams = variables; }
   bool HasRefusedRams() const { return _has_refused_rams; }
   Set& Encodables() { return _encodables; }
-  /// VeriDefParamAssign that no instance took yet.
+  /// VeriDefParamAssign that exist in this run; of these, those whose instance is not known by the identifier; and
+  /// those that an instance took.
   Set& Defparams() { return _defparams; }
+  Set& UnboundDefparams() { return _unbound_defparams; }
+  Set& TakenDefparams() { return _taken_defparams; }
   Map* Parameters() const { return _parameters; }
   void SetParameters(Map* parameters) { _parameters = parameters; }
 
@@ -133,6 +136,8 @@ private:
   bool _has_refused_rams = false; // in this run
   Set _encodables;
   Set _defparams;
+  Set _unbound_defparams;
+  Set _taken_defparams;
   std::vector<const VeriIdDef*> _func_stack;
   VeriStringPath _named_path;
   Map* _parameters = nullptr;

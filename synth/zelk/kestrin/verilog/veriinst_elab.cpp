@@ -121,14 +121,20 @@ void VeriInstantiation::AddParameter(const std::string& name, VeriExpression* va
     _parameters.Insert(Strings::save(name.c_str()), literal.release());
 }
 
+/// An assignment in a generate loop is one for the instance of each round.
 bool VeriInstantiation::ExtractDefparams() {
-  VeriIdDef* id = _inst->GetId() ? _inst->GetId()->Current() : nullptr;
-  Set& pending = VeriNode::ElabState()->Defparams();
-  std::vector<VeriDefParamAssign*> taken;
-  for (VeriDefParamAssign* assign : KeysOf<VeriDefParamAssign*>(&pending)) {
-    const char* name = id ? assign->MatchesInstance(id) : nullptr;
+  auto* id = _inst->GetInstId() ? static_cast<VeriInstId*>(_inst->GetInstId()->Current()) : nullptr;
+  if (!id) return true;
+  VeriElaborationState& state = *VeriNode::ElabState();
+  std::vector<VeriDefParamAssign*> candidates;
+  for (VeriDefParamAssign* assign : id->Defparams())
+    if (state.Defparams().Contains(assign)) candidates.push_back(assign);
+  for (VeriDefParamAssign* assign : KeysOf<VeriDefParamAssign*>(&state.UnboundDefparams()))
+    candidates.push_back(assign);
+  for (VeriDefParamAssign* assign : candidates) {
+    const char* name = assign->MatchesInstance(id);
     if (!name) continue;
-    taken.push_back(assign);
+    state.TakenDefparams().Insert(assign);
     if (_module && _module->IsPrimitive()) {
       assign->Error("cannot override parameters on primitive instance %s using defparams - primitives do not declare "
                     "parameters",
@@ -137,7 +143,6 @@ bool VeriInstantiation::ExtractDefparams() {
     }
     AddParameter(name, assign->Value());
   }
-  for (VeriDefParamAssign* assign : taken) pending.Remove(assign);
   return true;
 }
 

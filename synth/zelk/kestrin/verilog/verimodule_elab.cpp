@@ -202,7 +202,8 @@ void VeriModuleRun::ElaborateItems() {
   if (_module->IsPrimitive() && _state.Mode() == ELAB_HIERARCHY_ONLY) return;
   _module->ElaborateContents();
   FinishRams();
-  for (VeriDefParamAssign* assign : KeysOf<VeriDefParamAssign*>(&_state.Defparams())) assign->ReportUnresolved();
+  for (VeriDefParamAssign* assign : KeysOf<VeriDefParamAssign*>(&_state.Defparams()))
+    if (!_state.TakenDefparams().Contains(assign)) assign->ReportUnresolved();
 }
 
 void VeriModule::ElaborateContents() {

@@ -355,6 +355,8 @@ public:
   void VisitChildren(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope);
+  /// The path names an instance whose identifier is known, which has the assignment in its list.
+  bool IsBound() const { return _is_bound; }
   /// The name of the parameter when the path names this instance in the present module: u1.W or block.u1.W; else null.
   const char* MatchesInstance(const VeriIdDef* instance) const;
   VeriExpression* Value() const { return _value; }
@@ -365,6 +367,7 @@ public:
 private:
   VeriName* _name;
   VeriExpression* _value;
+  bool _is_bound = false;
 };
 
 class VeriDefParam : public VeriModuleItem {

@@ -347,7 +347,10 @@ void VeriGenerateFor::GenerateObjects() {
 // Defparams.
 
 void VeriDefParam::GenerateObjects() {
-  for (VeriDefParamAssign* assign : *_assigns) ElabState()->Defparams().Insert(assign);
+  for (VeriDefParamAssign* assign : *_assigns) {
+    ElabState()->Defparams().Insert(assign);
+    if (!assign->IsBound()) ElabState()->UnboundDefparams().Insert(assign);
+  }
 }
 
 const char* VeriDefParamAssign::MatchesInstance(const VeriIdDef* instance) const {

@@ -804,7 +804,9 @@ void VeriDefParamAssign::Resolve(VeriScope* scope) {
     Error("%s is not a parameter", id->Name());
     return;
   }
-  if (VeriInstId* instance = first_instance(_name)) instance->Defparams().push_back(this);
+  VeriInstId* instance = first_instance(_name);
+  _is_bound = instance != nullptr;
+  if (instance) instance->Defparams().push_back(this);
 }
 
 void VeriDefParam::Resolve(VeriScope* scope) { resolve_all(_assigns, scope); }
