@@ -138,6 +138,8 @@ HDB_DESIGN_UNIT* RUN::choose_top() {
   std::vector<HDB_DESIGN_UNIT*> roots = find_roots();
   if (roots.size() == 1) return roots.front();
   if (has_errors()) return nullptr;
+  // A unit with mistakes hides what it instantiates: its own messages help more than a list of candidates.
+  if (m_unit_with_errors) return m_unit_with_errors;
   if (roots.empty()) {
     bool has_units = std::any_of(m_project.get_design_units().begin(), m_project.get_design_units().end(),
                                  [](const auto& unit) { return can_be_elaborated(*unit); });
@@ -165,6 +167,7 @@ std::vector<HDB_DESIGN_UNIT*> RUN::find_roots() {
                              FLOW_ELABORATE_INFO::MODE_HIERARCHY_ONLY);
     unit->get_elaborator()->elaborate(&info);
     std::unique_ptr<UNIT_RESULT> result = info.take_result();
+    if (!result->success && !m_unit_with_errors) m_unit_with_errors = unit;
     for (CDB_SGATE_COMPONENT* component : components_of(*result))
       if (HDB_DESIGN_UNIT* child = find_unit(*component); child != unit) instantiated.insert(child);
   }

@@ -54,6 +54,7 @@ private:
   bool resolve();
   HDB_DESIGN_UNIT* choose_top();
   std::vector<HDB_DESIGN_UNIT*> find_roots();
+  HDB_DESIGN_UNIT* m_unit_with_errors = nullptr; // the first one that find_roots met
   bool elaborate_all(HDB_DESIGN_UNIT* top);
   UNIT_RESULT* elaborate(const JOB& job, FLOW_ELABORATE_INFO::PLACE place);
   std::unique_ptr<UNIT_RESULT> elaborate_once(const JOB& job, FLOW_ELABORATE_INFO::PLACE place);
