@@ -13,6 +13,9 @@ INDEXED_NAME split_index(const std::string& text) {
   size_t close = text.rfind(']');
   size_t open = close == std::string::npos ? close : text.rfind('[', close);
   if (open == std::string::npos || open == 0) return name;
+  // Behind the index of a bit there can be a suffix of the front end, but no further part of a user's name.
+  bool is_last = close + 1 == text.size() || text[close + 1] == '~' || text[close + 1] == '$';
+  if (!is_last) return name;
   size_t first = open + 1 + (text[open + 1] == '-');
   bool is_number = first < close && close - first <= MAX_DIGITS && text.find_first_not_of("0123456789", first) == close;
   if (!is_number) return name;

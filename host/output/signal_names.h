@@ -6,7 +6,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-/// A name of the form PREFIX[index]SUFFIX is bit `index` of the vector PREFIXSUFFIX; the last index counts.
+/// A name of the form PREFIX[index]SUFFIX is bit `index` of the vector PREFIXSUFFIX; the last index counts. A suffix is
+/// what the front end puts behind a name and begins with "~" or "$".
 struct INDEXED_NAME {
   std::string base;
   int index = 0;

@@ -29,11 +29,12 @@ TEST(SignalNames, LastIndexIsTheBitOfTheVector) {
     const char* base;
     int index;
     bool has_index;
-  } cases[] = {{"q[3]", "q", 3, true},       {"q[3]~reg0", "q~reg0", 3, true},
-               {"m[2][1]", "m[2]", 1, true}, {"q[-2]", "q", -2, true},
-               {"q", "q", 0, false},         {"[3]", "[3]", 0, false},
-               {"q[]", "q[]", 0, false},     {"q[x]", "q[x]", 0, false},
-               {"q[-]", "q[-]", 0, false},   {"q[99999999999]", "q[99999999999]", 0, false}};
+  } cases[] = {{"q[3]", "q", 3, true},         {"q[3]~reg0", "q~reg0", 3, true},
+               {"m[2][1]", "m[2]", 1, true},   {"q[-2]", "q", -2, true},
+               {"q", "q", 0, false},           {"[3]", "[3]", 0, false},
+               {"q[]", "q[]", 0, false},       {"q[x]", "q[x]", 0, false},
+               {"b[0].q", "b[0].q", 0, false}, {"b[0].q[1]", "b[0].q", 1, true},
+               {"q[-]", "q[-]", 0, false},     {"q[99999999999]", "q[99999999999]", 0, false}};
   for (const auto& test : cases) {
     INDEXED_NAME name = split_index(test.text);
     EXPECT_EQ(name.base, test.base) << test.text;
