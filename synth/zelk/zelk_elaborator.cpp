@@ -61,6 +61,11 @@ bool convert(BASEX_ELABORATE_INFO* info, Netlist* netlist, const HDB_DESIGN_UNIT
     info->get_dump_name(&name);
     netlist->Dump((name + ".netlist").c_str(), "final");
   }
+  if (zelk_cfg_is_on("zelk_debussy_dump_netlist")) {
+    std::string name;
+    info->get_dump_name(&name);
+    netlist->NetlistDebussyDump(name.c_str(), "final");
+  }
   print_debug_netlist_stats(netlist);
   if (is_greybox(netlist, unit)) return false;
   if (Message::ErrorCount() != 0 || !zelk_check_for_error_messages()) return true;

@@ -51,6 +51,43 @@ TEST_F(Dumps, ViewerGetsAModuleForTheNetlistAndForEachComponent) {
     EXPECT_THAT(text.str(), HasSubstr(part));
 }
 
+TEST_F(Dumps, ViewerGetsEachIdentifierOnce) {
+  // Made-up names lose their blank; a net may have two constant drivers; cells of a unit differ by parameters.
+  Named("x");
+  n->Add(new Net(" x"));
+  Net* twice = n->Pwr(0);
+  Instance* other = n->Gnd(0)->Driver();
+  other->Reconnect(other->View()->GetOutput(), twice);
+  Library library("work");
+  for (const char* name : {"m(8)", "m(9)"}) {
+    auto* cell = new Cell(name);
+    library.Add(cell);
+    auto* view = new Netlist("INTERFACE");
+    cell->Add(view);
+    view->AddAtt(" cell_name", "m");
+    n->Add(new Instance(nullptr, view));
+  }
+  std::ostringstream text;
+  DebussyDump(n, text);
+  for (const char* part : {"\twire \\N:x ;\n", "\twire \\N:x~ ;\n", "module \\m(8)  (", "module \\m(9)  ("})
+    EXPECT_THAT(text.str(), HasSubstr(part));
+  const bool pwr_counts = twice->Driver() != other;
+  EXPECT_THAT(text.str(), HasSubstr(pwr_counts ? " = 1'b0 ;" : " = 1'b1 ;"));
+}
+
+TEST_F(Dumps, ClassSizesAreTold) {
+  class Services : public KernelServices {
+  public:
+    void Debug(const char* text) override { lines.push_back(text); }
+    std::vector<std::string> lines;
+  } services;
+  KernelServices::Set(&services);
+  Database::PrintClassSizes();
+  KernelServices::Set(nullptr);
+  ASSERT_EQ(services.lines.size(), 14U);
+  EXPECT_EQ(services.lines[0], "sizeof(Att)       = " + std::to_string(sizeof(Att)));
+}
+
 TEST_F(Dumps, FlagsByLabelAskForThem) {
   class Services : public TestServices {
   public:

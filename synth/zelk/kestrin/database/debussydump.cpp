@@ -13,19 +13,8 @@ constexpr const char* unconnected = "\\N:UNCONNECTED ";
 std::string Escaped(const char* prefix, const char* name) {
   std::string text = std::string("\\") + prefix;
   for (const char* at = name ? name : ""; *at; at++)
-    if (*at != ' ') text += *at;
+    if (*at > ' ') text += *at;
   return text + " ";
-}
-
-/// The name of a view's module.
-std::string ModuleName(const Netlist* view) {
-  if (view->IsOperator()) {
-    KESTRIN_ASSERT_TEXT(view->Owner() && view->Owner()->Name(), "inst->View()->Owner()->Name()");
-    return Escaped("O:", view->Owner()->Name());
-  }
-  const char* cell_name = view->GetAttValue(" cell_name");
-  if (!cell_name && view->Owner()) cell_name = view->Owner()->Name();
-  return Escaped("", cell_name ? cell_name : view->Name());
 }
 
 /// A port, or the bus of ports that stands for all of its bits.
@@ -105,12 +94,29 @@ DebussyDump::DebussyDump(const Netlist* netlist, const char* file, const char* l
 DebussyDump::DebussyDump(const Netlist* netlist, std::ostream& out) : _netlist(netlist), _out(&out) { Run(); }
 
 void DebussyDump::Run() {
-  for (const Net* net : NetsOf(_netlist))
-    if (!net->Name()) _numbers.emplace(net, _numbers.size());
+  _taken.insert(unconnected);
   NetlistDump();
   // Gates are written as Verilog's own; all other views get a module.
   for (const Instance* inst : InstancesOf(_netlist))
     if (inst->View() && IsComponent(inst) && _symbols.Insert(inst->View())) SymbolDump(inst->View());
+}
+
+/// What was left out of two names may have been their difference.
+const std::string& DebussyDump::Unique(const void* object, std::string name) {
+  auto known = _names.find(object);
+  if (known != _names.end()) return known->second;
+  while (!_taken.insert(name).second) name.insert(name.size() - 1, "~");
+  return _names[object] = name;
+}
+
+/// A view is named by its cell, which tells views of other parameters apart.
+std::string DebussyDump::ModuleName(const Netlist* view) {
+  if (view == _netlist) {
+    const char* cell_name = view->GetAttValue(" cell_name");
+    return Unique(view, Escaped("", cell_name ? cell_name : view->Name()));
+  }
+  const char* cell_name = view->Owner() ? view->Owner()->Name() : view->Name();
+  return Unique(view, Escaped(view->IsOperator() ? "O:" : "", cell_name));
 }
 
 void DebussyDump::HeaderDump(const Netlist* view) {
@@ -160,13 +166,18 @@ void DebussyDump::NetlistDump() {
 
 std::string DebussyDump::GetNetName(const Net* net) {
   if (!net) return unconnected;
-  if (net->Name()) return Escaped("N:", net->Name());
-  return Escaped("N:", ("auto~" + std::to_string(_numbers[net])).c_str());
+  auto known = _names.find(net);
+  if (known != _names.end()) return known->second;
+  if (net->Name()) return Unique(net, Escaped("N:", net->Name()));
+  return Unique(net, Escaped("N:", ("auto~" + std::to_string(_num_nameless++)).c_str()));
 }
 
+std::string DebussyDump::GetInstanceName(const Instance* inst) { return Unique(inst, Escaped("I:", inst->Name())); }
+
 void DebussyDump::WireDump() {
+  *_out << "\twire " << unconnected << ";\n";
   for (const Net* net : NetsOf(_netlist)) {
-    // A constant's driver declares the net as a supply.
+    // The constant that counts declares the net as a supply.
     if (net->IsPwr() || net->IsGnd()) continue;
     *_out << "\twire " << GetNetName(net) << ";\n";
   }
@@ -187,10 +198,12 @@ void DebussyDump::ConnectPorts() {
 }
 
 void DebussyDump::SupplyDump(const Instance* inst) {
+  if (!inst->GetOutput()) return;
   const std::string net = GetNetName(inst->GetOutput());
+  const bool declares = inst->GetOutput()->Driver() == inst;
   switch (inst->Type()) {
-  case PRIM_PWR: *_out << "\tsupply1 " << net << ";\n"; break;
-  case PRIM_GND: *_out << "\tsupply0 " << net << ";\n"; break;
+  case PRIM_PWR: *_out << (declares ? "\tsupply1 " + net : "\tassign " + net + " = 1'b1 ") << ";\n"; break;
+  case PRIM_GND: *_out << (declares ? "\tsupply0 " + net : "\tassign " + net + " = 1'b0 ") << ";\n"; break;
   case PRIM_X: *_out << "\tassign " << net << " = 1'bX ;\n"; break;
   default: kestrin_debug("Primitive not a supply for ZELK Debussy Dumps.");
   }
@@ -203,10 +216,16 @@ std::string DebussyDump::Input(const Instance* inst, const Port* port) {
 void DebussyDump::PrimitiveDump(const Instance* inst) {
   const Netlist* view = inst->View();
   const std::string out = GetNetName(inst->GetOutput());
-  auto binary = [&](const char* gate) {
-    *_out << "\t" << gate << " " << Escaped("I:", inst->Name()) << "(" << out << ", " << Input(inst, view->GetInput1())
-          << ", " << Input(inst, view->GetInput2()) << ");\n";
+  auto gate = [&](const char* word, std::initializer_list<const Port*> ports) {
+    *_out << "\t" << word << " " << GetInstanceName(inst) << "(";
+    const char* separator = "";
+    for (const Port* port : ports) {
+      *_out << separator << Input(inst, port);
+      separator = ", ";
+    }
+    *_out << ");\n";
   };
+  auto binary = [&](const char* word) { gate(word, {view->GetOutput(), view->GetInput1(), view->GetInput2()}); };
   auto assign = [&](const std::string& value) { *_out << "\tassign " << out << " = " << value << ";\n"; };
   switch (inst->Type()) {
   case PRIM_INV: assign("~" + Input(inst, view->GetInput())); return;
@@ -222,12 +241,18 @@ void DebussyDump::PrimitiveDump(const Instance* inst) {
            Input(inst, view->GetInput1()));
     return;
   case PRIM_TRI: assign(Input(inst, view->GetControl()) + "? " + Input(inst, view->GetInput()) + ": 1'bZ"); return;
+  case PRIM_PULLUP: return gate("pullup", {view->GetOutput()});
+  case PRIM_PULLDOWN: return gate("pulldown", {view->GetOutput()});
+  case PRIM_NMOS: return gate("nmos", {view->GetOutput(), view->GetInput(), view->GetControl()});
+  case PRIM_PMOS: return gate("pmos", {view->GetOutput(), view->GetInput(), view->GetControl()});
+  case PRIM_CMOS: return gate("cmos", {view->GetOutput(), view->GetInput(), view->GetInput1(), view->GetInput2()});
+  case PRIM_TRAN: return gate("tranif1", {view->GetInput1(), view->GetInput2(), view->GetControl()});
   default: kestrin_debug("Primitive not defined for ZELK Debussy Dumps.");
   }
 }
 
 void DebussyDump::ComponentDump(const Instance* inst) {
-  *_out << "\t" << ModuleName(inst->View()) << Escaped("I:", inst->Name()) << "(";
+  *_out << "\t" << ModuleName(inst->View()) << GetInstanceName(inst) << "(";
   const char* separator = "";
   for (const DesignObj* object : Interface(inst->View())) {
     std::vector<const Port*> bits;

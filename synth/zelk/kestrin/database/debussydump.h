@@ -6,6 +6,7 @@
 
 #include <iosfwd>
 #include <map>
+#include <set>
 #include <string>
 
 #include "containers/set.h"
@@ -34,13 +35,18 @@ private:
   void PrimitiveDump(const Instance* inst);
   void ComponentDump(const Instance* inst);
   void SupplyDump(const Instance* inst);
+  const std::string& Unique(const void* object, std::string name);
+  std::string ModuleName(const Netlist* view);
+  std::string GetInstanceName(const Instance* inst);
   std::string GetNetName(const Net* net);
   std::string Input(const Instance* inst, const Port* port);
 
   const Netlist* _netlist;
   std::ostream* _out;
   Set _symbols;
-  std::map<const Net*, size_t> _numbers; // of nameless nets
+  std::map<const void*, std::string> _names; // of modules, nets and instances
+  std::set<std::string> _taken;
+  size_t _num_nameless = 0;
 };
 
 #endif

@@ -671,10 +671,10 @@ unsigned NetBus::NetCount() const {
 
 void NetBus::Dump(std::ostream& out, unsigned indent) const {
   PrintLevel(out, indent);
-  out << "NetBus:" << ExternalName() << " [" << _left << ":" << _right << "]\n";
+  out << "NetBus:" << (Name() ? Name() : "") << " [" << _left << ":" << _right << "]\n";
   DumpAttributes(out, indent + 1);
   for (auto [element, bus] : ElementsOf(this)) {
     PrintLevel(out, indent + 1);
-    out << (element ? element->ExternalName() : "(none)") << "\n";
+    out << (!element ? "(none)" : element->Name() ? element->Name() : " auto~") << "\n";
   }
 }

@@ -77,7 +77,7 @@ public:
     const std::vector<Net*> nets = Sorted<Net>(NetsOf(_netlist), sort_net_drivers);
     for (const Net* net : nets)
       if (!net->Name()) _numbers.emplace(net, _numbers.size());
-    _out << "ZELK netlist dump of " << _netlist->ExternalName() << "\n";
+    _out << "ZELK netlist dump of " << Text(_netlist->Name()) << "\n";
     _netlist->DumpAttributes(_out);
     _out << "Instances " << _netlist->NumOfInsts() << "\n";
     for (const Instance* inst : Sorted<Instance>(InstancesOf(_netlist), sort_netlist_views)) Dump(inst);
@@ -170,8 +170,11 @@ std::string UnitName(const Netlist* netlist) {
   const size_t begin_pos = name.find('(');
   if (begin_pos != std::string::npos) {
     const size_t end_pos = name.rfind(')');
-    KESTRIN_ASSERT_TEXT(end_pos != std::string::npos, "end_pos != STL_STRING_NPOS");
-    name.erase(begin_pos, end_pos - begin_pos + 1);
+    // A name of the user's may hold a parenthesis of its own.
+    if (end_pos == std::string::npos || end_pos < begin_pos)
+      KESTRIN_REPORT_INTERNAL("end_pos != STL_STRING_NPOS");
+    else
+      name.erase(begin_pos, end_pos - begin_pos + 1);
   }
   name = std::string(lib_name) + "_" + name;
   name.erase(std::remove(name.begin(), name.end(), '"'), name.end());
@@ -237,4 +240,23 @@ void Netlist::PrintConnectivityStats() const {
   for (const Instance* inst : InstancesOf(this)) counts[inst->Type()]++;
   for (unsigned type = 0; type < PRIM_ANY; type++)
     if (counts[type]) kestrin_debug("%9u instances of %s", counts[type], PrimTypeToString(type));
+}
+
+void Database::PrintClassSizes() {
+#define KESTRIN_CLASS_SIZE(name) kestrin_debug("%-18s= %d", "sizeof(" #name ")", static_cast<int>(sizeof(name)))
+  KESTRIN_CLASS_SIZE(Att);
+  KESTRIN_CLASS_SIZE(Cell);
+  KESTRIN_CLASS_SIZE(DesignObj);
+  KESTRIN_CLASS_SIZE(Fsm);
+  KESTRIN_CLASS_SIZE(Instance);
+  KESTRIN_CLASS_SIZE(Library);
+  KESTRIN_CLASS_SIZE(Libset);
+  KESTRIN_CLASS_SIZE(Net);
+  KESTRIN_CLASS_SIZE(NetBus);
+  KESTRIN_CLASS_SIZE(Netlist);
+  KESTRIN_CLASS_SIZE(Param);
+  KESTRIN_CLASS_SIZE(Port);
+  KESTRIN_CLASS_SIZE(PortBus);
+  KESTRIN_CLASS_SIZE(PortRef);
+#undef KESTRIN_CLASS_SIZE
 }
