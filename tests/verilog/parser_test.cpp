@@ -297,6 +297,26 @@ TEST(Grammar, APragmaBelongsToWhatFollowsUnlessItStandsBeforeTheSemicolonOrComma
             "endmodule\n\n");
 }
 
+TEST(Grammar, AutomaticVariablesTakeTheirValueEachTime) {
+  EXPECT_EQ(Item("always_comb begin automatic int k = a; static int n = 1; int p = 2; k++; end", VERI_SV),
+            "    always_comb\n"
+            "        begin\n"
+            "            automatic int k;\n"
+            "            static int n = 1;\n"
+            "            int p = 2;\n"
+            "            k = a;\n"
+            "            k++;\n"
+            "        end\n");
+  EXPECT_EQ(Item("function int f(int a); int k = a; return k; endfunction", VERI_SV), "    function int f;\n"
+                                                                                      "        input int a;\n"
+                                                                                      "        int k;\n"
+                                                                                      "        begin\n"
+                                                                                      "            k = a;\n"
+                                                                                      "            return k;\n"
+                                                                                      "        end\n"
+                                                                                      "    endfunction\n");
+}
+
 TEST(Grammar, ABlockWithoutDeclarationsHasNoScope) {
   Analysis analysis;
   ASSERT_TRUE(analysis.Read("module m; initial begin begin : inner reg r; r = 1; end end endmodule\n"));

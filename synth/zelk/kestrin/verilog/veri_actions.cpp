@@ -28,7 +28,8 @@ constexpr unsigned max_open_constructs = 10000;
 struct ParserState {
   VeriLibrary* work = nullptr;
   VeriScope* scope = nullptr;
-  VeriScopeHead* block = nullptr; // the innermost open block of statements
+  VeriScopeHead* block = nullptr;      // the innermost open block of statements
+  VeriScopeHead* subprogram = nullptr; // the open function or task
   std::vector<Imported> imports;
   std::unordered_map<const VeriScope*, unsigned> generate_constructs; // numbers used up in a scope
   unsigned port_direction = 0;                                        // that a port without direction takes over
@@ -350,6 +351,7 @@ std::unique_ptr<VeriScope> pop_scope(VeriScopeHead* head) {
 
 VeriScopeHead::~VeriScopeHead() {
   if (parser.block == this) parser.block = outer;
+  if (parser.subprogram == this) parser.subprogram = nullptr;
   if (!scope) return;
   for (const VeriScope* inner = parser.scope; inner; inner = inner->Upper())
     if (inner == scope.get()) {
@@ -460,6 +462,7 @@ void complete(VeriDataDecl* decl, VeriIdDecl* declaration, unsigned net_type) {
   id->SetModuleItem(decl);
   id->SetNetType(net_type);
   id->SetDir(decl->Direction());
+  if (parser.subprogram && parser.subprogram->is_automatic) id->Set(IDF_AUTOMATIC);
 }
 
 void complete_port(VeriDataDecl* decl, VeriIdDecl* declaration, bool of_subprogram) {
@@ -566,6 +569,18 @@ VeriModuleItem* veri_data_decl(VeriTypeDef* type, VeriIdDecls* ids, veri_locatio
     declare_net_reg(id);
   }
   return decl;
+}
+
+VeriModuleItem* veri_lifetime_decl(unsigned lifetime, VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  VeriModuleItem* item = veri_data_decl(type, ids, place);
+  static_cast<VeriDataDecl*>(item)->SetLifetime(lifetime);
+  for (VeriIdDecl* id : *ids) {
+    if (lifetime == VERI_AUTOMATIC)
+      id->GetId()->Set(IDF_AUTOMATIC);
+    else
+      id->GetId()->Clear(IDF_AUTOMATIC);
+  }
+  return item;
 }
 
 namespace {
@@ -953,6 +968,7 @@ VeriScopeHead* open_subprogram(unsigned token, unsigned lifetime, std::unique_pt
   push_scope(head, SCOPE_SUBPROGRAM, id.get());
   head->id = std::make_unique<VeriIdDecl>(std::move(id), nullptr, nullptr, place);
   parser.port_direction = VERI_INPUT;
+  parser.subprogram = head;
   return head;
 }
 
@@ -970,11 +986,39 @@ VeriScopeHead* veri_open_task(unsigned lifetime, const char* name, veri_location
   return open_subprogram(VERI_TASK, lifetime, std::make_unique<VeriTaskId>(name, place), place);
 }
 
+namespace {
+
+/// Variables that begin anew with each run of a body are given their values by statements at its start.
+void assign_initial_values(VeriBody* body) {
+  if (!body || !body->declarations) return;
+  unsigned pos = 0;
+  for (VeriModuleItem* item : *body->declarations) {
+    if (item->GetClassId() != ID_VeriDataDecl) continue;
+    auto* decl = static_cast<VeriDataDecl*>(item);
+    const bool is_automatic = decl->Lifetime() ? decl->Lifetime() == VERI_AUTOMATIC : parser.subprogram != nullptr;
+    if (!is_automatic || decl->Direction()) continue;
+    for (VeriIdDecl* declaration : *decl->Ids()) {
+      VeriExpression* value = declaration->TakeValue();
+      if (!value) continue;
+      declaration->IdAs<VeriVariable>()->SetInitialValue(nullptr);
+      const auto place = static_cast<veri_location>(declaration->Linefile());
+      auto* target = new VeriIdRef(declaration->GetId()->Name(), place);
+      VeriAssignmentOperator* assignment = veri_assignment(target, VERI_ASSIGN_OP, value, place);
+      if (!body->statements) body->statements = std::make_unique<VeriStatements>();
+      VeriStatement* statement = new VeriBlockingAssign(assignment, nullptr, place);
+      body->statements->InsertBefore(pos++, statement);
+    }
+  }
+}
+
+} // namespace
+
 VeriModuleItem* veri_end_subprogram(VeriScopeHead* head, VeriModuleItems* ports, VeriBody* body, const char* label,
                                     veri_location label_place) {
   const std::unique_ptr<VeriScopeHead> owned_head(head);
   const std::unique_ptr<VeriBody> owned_body(body);
   veri_check_closing_label(head->id->GetId()->Name(), label, label_place);
+  assign_initial_values(body);
   VeriModuleItems* declarations = veri_join(ports, body ? body->declarations.release() : nullptr);
   VeriStatements* statements = body ? body->statements.release() : nullptr;
   if (!statements) veri_need_systemverilog(head->place, "a subprogram without statements");
@@ -1160,6 +1204,7 @@ VeriStatement* veri_end_block(VeriScopeHead* head, VeriBody* body, const char* l
   const std::unique_ptr<VeriScopeHead> owned_head(head);
   const std::unique_ptr<VeriBody> owned_body(body);
   veri_check_closing_label(head->id ? head->id->GetId()->Name() : nullptr, label, label_place);
+  assign_initial_values(body);
   std::unique_ptr<VeriScope> scope = pop_scope(head);
   VeriModuleItems* declarations = body ? body->declarations.release() : nullptr;
   VeriStatements* statements = body && body->statements ? body->statements.release() : new VeriStatements;
@@ -1179,6 +1224,7 @@ VeriScopeHead* veri_open_for(VeriTypeDef* type, VeriIdDecl* id, veri_location pl
   auto* head = new VeriScopeHead(VERI_FOR, place);
   push_scope(head, SCOPE_BLOCK, nullptr);
   head->declaration.reset(static_cast<VeriDataDecl*>(veri_data_decl(type, veri_list<VeriIdDecl>(id), place)));
+  id->GetId()->Set(IDF_AUTOMATIC);
   return head;
 }
 
@@ -1187,6 +1233,7 @@ VeriScopeHead* veri_continue_for(VeriScopeHead* head, VeriIdDecl* id) {
   decl->Ids()->Insert(id);
   id->SetParent(decl);
   complete(decl, id, 0);
+  id->GetId()->Set(IDF_AUTOMATIC);
   declare_net_reg(id);
   return head;
 }

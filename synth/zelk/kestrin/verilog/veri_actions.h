@@ -151,6 +151,7 @@ VeriModuleItem* veri_port_decl(unsigned direction, unsigned net_type, VeriTypeDe
 VeriModuleItem* veri_tf_port_decl(unsigned direction, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriModuleItem* veri_net_decl(unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriModuleItem* veri_data_decl(VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
+VeriModuleItem* veri_lifetime_decl(unsigned lifetime, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriModuleItem* veri_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* ranges, veri_location place);
 VeriModuleItem* veri_import(const char* package, const char* name, veri_location place);

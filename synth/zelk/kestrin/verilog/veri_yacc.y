@@ -547,8 +547,8 @@ data_decl
   : data_type variable_ids ";" { $$ = veri_closed(veri_data_decl($1, $2, @1)); }
   | "var" data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
   | "const" data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
-  | "automatic" data_type variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
-  | "static" data_type variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
+  | "automatic" data_type variable_ids ";" { $$ = veri_closed(veri_lifetime_decl(VERI_AUTOMATIC, $2, $3, @1)); }
+  | "static" data_type variable_ids ";" { $$ = veri_closed(veri_lifetime_decl(VERI_STATIC, $2, $3, @1)); }
   ;
 
 param_decl

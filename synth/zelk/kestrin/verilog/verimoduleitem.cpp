@@ -73,6 +73,7 @@ void VeriDataDecl::VisitChildren(VeriVisitor& visitor) {
 
 void VeriDataDecl::PrintHead(std::ostream& out, unsigned level) const {
   PrintAttributes(out, level);
+  if (_lifetime) out << PrintToken(_lifetime) << ' ';
   if (_direction) out << PrintToken(_direction) << ' ';
   if (_net_type) out << PrintToken(_net_type) << ' ';
   if (_is_var) out << "var ";

@@ -57,6 +57,11 @@ public:
   const VeriNodes<VeriRange>* Ranges() const { return _ranges; }
   void SetRanges(VeriNodes<VeriRange>* ranges) { _ranges = Adopt(ranges); }
   VeriExpression* Value() const { return _value; }
+  /// The value, which is the caller's then.
+  VeriExpression* TakeValue() {
+    if (_value) _value->ClearParent();
+    return std::exchange(_value, nullptr);
+  }
   void SetValue(VeriExpression* value) { _value = Adopt(value); }
 
 private:
@@ -93,12 +98,16 @@ public:
   bool HasExplicitType() const { return _net_type != 0 || (_type && !_type->IsImplicit()) || _is_var; }
   void SetIsVar() { _is_var = true; }
   bool IsVar() const { return _is_var; }
+  /// VERI_AUTOMATIC, VERI_STATIC or 0, as the declaration says.
+  unsigned Lifetime() const { return _lifetime; }
+  void SetLifetime(unsigned token) { _lifetime = token; }
 
 private:
   void ApplyAttributesTo(const VeriValue& nets) const;
   unsigned _direction;
   unsigned _net_type;
   bool _is_var = false;
+  unsigned _lifetime = 0;
   VeriTypeDef* _type;
   VeriIdDecls* _ids;
 };
