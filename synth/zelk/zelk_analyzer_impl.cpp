@@ -101,6 +101,8 @@ bool ZELK_ANALYZER_IMPL::veri_analyzer() {
     }
     create_basic_verilog_dependencies(path.c_str());
     update_verilog_compiler_directives();
+  } else if (Message::ErrorCount() == 0) {
+    zelk_report(MSG_ZELK::E::CANT_OPEN_FILE(path.c_str()));
   }
   zelk_msg_debug("End veri_analyzer() ...");
   zelk_msg_debug("Spent %.3f seconds in Verilog analysis of %s", zelk_elapsed_time_in_seconds(start), path.c_str());
@@ -108,6 +110,8 @@ bool ZELK_ANALYZER_IMPL::veri_analyzer() {
 }
 
 bool ZELK_ANALYZER_IMPL::vhdl_analyzer() {
+  zelk_msg_debug("Begin vhdl_analyzer() on %s with dialect %d...", m_info->source_file->get_unmodified_filename(),
+                 get_vhdl_input_version(m_info->source_file));
   std::string text = "file \"" + std::string(m_info->source_file->get_unmodified_filename()) +
                      "\" is VHDL, which this front end does not read";
   zelk_report(MSG_ZELK::E::GENERIC_ERROR(text.c_str()));

@@ -23,7 +23,10 @@ public:
   explicit ELABORATION_SCOPE(BASEX_ELABORATE_INFO* info) { zelk_current_elab_info = info; }
   ELABORATION_SCOPE(const ELABORATION_SCOPE&) = delete;
   ELABORATION_SCOPE& operator=(const ELABORATION_SCOPE&) = delete;
-  ~ELABORATION_SCOPE() { zelk_current_elab_info = nullptr; }
+  ~ELABORATION_SCOPE() {
+    zelk_current_elab_info = nullptr;
+    ZELK_EXTRACTOR_DATA::m_elab_info = nullptr;
+  }
 };
 
 void tell_test_of_unit(const HDB_DESIGN_UNIT* unit) {

@@ -73,13 +73,6 @@ void ZELK_KESTRIN_ELABORATOR::fetch_parameters(const std::vector<std::string>& n
   }
 }
 
-Param* ZELK_KESTRIN_ELABORATOR::fetch_named_parameter(const std::string& name) const {
-  constexpr int BY_NAME = -1;
-  int type = 0;
-  const char* value = m_elaborate_info->get_parameter_value(name.c_str(), BY_NAME, &type);
-  return value ? new Param(name.c_str(), value, nullptr, type) : nullptr;
-}
-
 void ZELK_KESTRIN_ELABORATOR::register_single_parameter(const Param* param) {
   ZELK_ASSERT(param);
   if (!param) return;

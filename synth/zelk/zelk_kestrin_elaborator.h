@@ -32,8 +32,6 @@ protected:
   HDB_OPTION* get_unit_option(int variable) const;
   /// Asks the host for each declared name, in declaration order, and keeps what it overrides.
   void fetch_parameters(const std::vector<std::string>& names);
-  /// A private channel or an element's parameter: by name alone. Null when the host has none; owned by the caller.
-  Param* fetch_named_parameter(const std::string& name) const;
   /// Tells the host the values that were used, defaults too.
   void register_parameters(const std::vector<std::string>& names);
   void register_single_parameter(const Param* param);

@@ -16,7 +16,6 @@
 #include "database/att.h"
 #include "zelk_attribute_value.h"
 
-class Array;
 class BASEX_ELABORATE_INFO;
 class DesignObj;
 class Fsm;

@@ -183,6 +183,12 @@ TEST_F(AnalyzerTest, AFileOfNoLanguageIsAnInternalErrorAndOneOfVhdlAnError) {
   EXPECT_THAT(sink.texts, SizeIs(1));
 }
 
+TEST_F(AnalyzerTest, AFileThatIsGoneIsReported) {
+  HDB_SOURCE_FILE* file = project->create_source_file(folder.path("gone.v"), HDB_SOURCE_FILE::TYPE_VERILOG);
+  EXPECT_FALSE(analyze(file));
+  EXPECT_THAT(sink.texts, ElementsAre(testing::StartsWith("EZELK_CANT_OPEN_FILE")));
+}
+
 TEST_F(AnalyzerTest, AnElaborationGivesANetlistWithTheParametersThatWereUsed) {
   ASSERT_TRUE(analyze("m.v", "module m #(parameter W = 3, parameter N = 1) (input [W-1:0] a, output y);\n"
                              "  assign y = ^a & N[0];\nendmodule\n"));
