@@ -156,4 +156,19 @@ TEST_F(RamInference, AResetOfOtherVariablesLeavesTheRam) {
   EXPECT_EQ(num_registers, 1U + 4U + 8U + 8U);
 }
 
+TEST_F(RamInference, AMemoryThatTurnsOutToBeNoneGivesItsMessagesOnce) {
+  EXPECT_FALSE(RamOf(Module("always @* if (we) mem[a] = d; assign y = mem[b];\n"
+                            "initial begin $display(\"Warning: x\"); $info(\"y\"); $info(\"y\"); end")));
+  EXPECT_EQ(std::count(messages.begin(), messages.end(), "4: warning: verilog $display call: Warning: x"), 1);
+  EXPECT_EQ(std::count(messages.begin(), messages.end(), "4: info: $info: y"), 2);
+}
+
+TEST_F(RamInference, AnAddressThatIsComputedAgainIsTheSame) {
+  flag_on = "lsx_infer_mixed_width_and_byte_enabled_rams";
+  Instance* ram = RamOf(Module("integer i; always @(posedge c) for (i = 0; i < 4; i = i + 1)\n"
+                               "if (d[i]) mem[a + 4'd1][2*i +: 2] <= d[2*i +: 2];\nassign y = mem[b];"));
+  ASSERT_TRUE(ram);
+  EXPECT_EQ(ram->GetWritePortSize(0, RAM_BYTE_ENABLE), 4U);
+}
+
 } // namespace

@@ -35,7 +35,7 @@ TEST(Udp, PortsAreAnOutputAndInputsOfOneBit) {
 
 TEST(Udp, RowsHaveTheRightShape) {
   EXPECT_EQ(ErrorOfRows("0 1;"), "error: table entry without ':' IO separator : 01");
-  EXPECT_EQ(ErrorOfRows("0 1 : ? 1 : 1;"), "error: present state ':' output field separator misplaced : 01:?1:1");
+  EXPECT_EQ(ErrorOfRows("0 1 : 1 1 1;"), "error: present state ':' output field separator misplaced : 01:111");
   EXPECT_EQ(ErrorOfRows("0 1 : 1 1 1 1;"), "error: incorrect output field length found in table : 01:1111");
   EXPECT_EQ(ErrorOfRows("0 1 : ?;"), "error: illegal character ? in UDP table");
   EXPECT_EQ(ErrorOfRows("0 1 : -;"), "error: illegal character - in UDP table");

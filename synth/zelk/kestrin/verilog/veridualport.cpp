@@ -2,7 +2,10 @@
 #include <algorithm>
 #include <map>
 
+#include "database/instance.h"
 #include "database/net.h"
+#include "database/netlist.h"
+#include "database/views.h"
 #include "verilog/vericonstraint.h"
 #include "verilog/veridataflow.h"
 #include "verilog/veriexpression.h"
@@ -30,11 +33,25 @@ Bits ToBits(const VeriValue& value, unsigned size) {
   return bits;
 }
 
-/// Whether two addresses always have the same value, as far as their drivers tell.
+/// Whether two nets always have the same value: the same logic of the same nets, as the evaluation of an expression
+/// once more builds it.
+bool IsSame(const Net* a, const Net* b, unsigned depth) {
+  if (a == b) return true;
+  const PortRef* left = a && depth ? a->DrivingPortRef() : nullptr;
+  const PortRef* right = b && depth ? b->DrivingPortRef() : nullptr;
+  if (!left || !right || left->GetPort() != right->GetPort()) return false;
+  const Instance* inst = left->GetInst();
+  const Instance* other = right->GetInst();
+  if (inst->Type() == PRIM_NONE || inst->Type() == OPER_DUAL_PORT_RAM) return false;
+  for (const Port* port : PortsOf(inst->View()))
+    if (port->Direction() != DIR_OUTPUT && !IsSame(inst->GetNet(port), other->GetNet(port), depth - 1)) return false;
+  return true;
+}
+
 bool IsSame(const Bits& a, const Bits& b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](Net* left, Net* right) {
-    return left == right || kestrin_equivalent_nets(left, right, nullptr);
-  });
+  constexpr unsigned levels_of_logic = 3;
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](const Net* left, const Net* right) { return IsSame(left, right, levels_of_logic); });
 }
 
 /// The word of a reference in a type; the other indices select within the word.

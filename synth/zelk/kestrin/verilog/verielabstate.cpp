@@ -51,11 +51,19 @@ void VeriElaborationState::SetLoopLimits(int constant, int non_constant) {
 }
 
 void VeriElaborationState::RefuseRam(const VeriVariable* variable) {
-  if (!_refused_rams) return;
-  _refused_rams->Insert(variable->Template());
+  if (!_history) return;
+  _history->refused_rams.Insert(variable->Template());
   _has_refused_rams = true;
 }
 
 bool VeriElaborationState::IsRefusedRam(const VeriVariable* variable) const {
-  return _refused_rams && _refused_rams->Contains(variable->Template());
+  return _history && _history->refused_rams.Contains(variable->Template());
+}
+
+bool VeriElaborationState::IsNewReport() {
+  _num_reports++;
+  if (!_history) return true;
+  if (_num_reports <= _history->num_reports) return false;
+  _history->num_reports = _num_reports;
+  return true;
 }

@@ -51,6 +51,12 @@ struct VeriGenerateRound {
   int value = 0;
 };
 
+/// What the runs over a module with one parameter set have in common, when it has to be elaborated again.
+struct VeriRunHistory {
+  Set refused_rams{HASH_POINTER}; ///< variables that cannot be RAMs
+  unsigned num_reports = 0;       ///< messages of $display and the like that were given
+};
+
 class VeriElaborationState {
 public:
   VeriElaborationState(veri_elab_mode mode, VeriModule* module, Library* library, Netlist* netlist);
@@ -106,9 +112,11 @@ public:
   /// The variable cannot be a RAM after all; the module is elaborated again.
   void RefuseRam(const VeriVariable* variable);
   bool IsRefusedRam(const VeriVariable* variable) const;
-  /// Variables that a former run over the same module refused; borrowed.
-  void SetRefusedRams(Set* variables) { _refused_rams = variables; }
   bool HasRefusedRams() const { return _has_refused_rams; }
+  /// What former runs over the same module have left; borrowed.
+  void SetHistory(VeriRunHistory* history) { _history = history; }
+  /// Whether the next message that the source itself asks for was not given by a former run.
+  bool IsNewReport();
   Set& Encodables() { return _encodables; }
   /// VeriDefParamAssign that exist in this run; of these, those whose instance is not known by the identifier; and
   /// those that an instance took.
@@ -132,8 +140,9 @@ private:
   Net* _x = nullptr;
   Net* _z = nullptr;
   std::vector<VeriVariable*> _inferred_rams;
-  Set* _refused_rams = nullptr;
+  VeriRunHistory* _history = nullptr;
   bool _has_refused_rams = false; // in this run
+  unsigned _num_reports = 0;      // in this run
   Set _encodables;
   Set _defparams;
   Set _unbound_defparams;

@@ -73,8 +73,7 @@ public:
 
   /// The netlist with everything in it; the caller owns it. Errors are counted.
   std::unique_ptr<Netlist> Run();
-  /// Variables that cannot be memories; the run adds to them.
-  void SetRefusedRams(Set* variables) { _state.SetRefusedRams(variables); }
+  void SetHistory(VeriRunHistory* history) { _state.SetHistory(history); }
   /// The netlist is of no use: a variable was taken for a memory in vain.
   bool IsToBeRepeated() const { return _state.HasRefusedRams() && !HasErrors(); }
 
@@ -256,10 +255,10 @@ OwnedConstraint VeriModule::PortType(const Netlist* view, const char* port) cons
 
 /// Until all variables that were taken for memories have become such.
 std::unique_ptr<Netlist> VeriModule::Run(Library* library, const Map* parameters, veri_elab_mode mode) {
-  Set refused_rams(HASH_POINTER);
+  VeriRunHistory history;
   for (;;) {
     VeriModuleRun run(this, library, parameters, mode);
-    run.SetRefusedRams(&refused_rams);
+    run.SetHistory(&history);
     std::unique_ptr<Netlist> netlist = run.Run();
     if (!run.IsToBeRepeated()) return netlist;
   }

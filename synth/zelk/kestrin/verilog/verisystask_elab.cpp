@@ -325,6 +325,7 @@ void VeriSystemTaskEnable::ReadMemory(VeriDataFlow* flow, bool is_binary) {
 
 void VeriSystemTaskEnable::Display(VeriDataFlow* flow) {
   std::string text = Format(flow, 0);
+  if (!ElabState()->IsNewReport()) return;
   auto mentions = [&](const char* word) { return text.find(word) != std::string::npos; };
   if (!mentions("Info:") && mentions("Warning:"))
     Warning("verilog $display call: %s", text.c_str());
@@ -342,6 +343,7 @@ void VeriSystemTaskEnable::Report(VeriDataFlow* flow) {
     has_number = first && !first->IsString();
   }
   std::string text = Format(flow, has_number ? 1 : 0);
+  if (!ElabState()->IsNewReport()) return;
   if (_name == "$fatal")
     Error("$fatal: %s", text.c_str());
   else if (_name == "$error")
