@@ -1,6 +1,6 @@
-/* The grammar of Verilog (IEEE 1364-2005 annex A) and of the synthesizable part of SystemVerilog, for all dialects: which
-   words are keywords is the scanner's affair, and what only SystemVerilog permits but earlier keywords can spell is
-   refused by the actions. Actions build the tree and declare names; what needs more than a line is in
+/* The grammar of Verilog (IEEE 1364-2005 annex A) and of the synthesizable part of SystemVerilog, for all dialects:
+   which words are keywords is the scanner's affair, and what only SystemVerilog permits but earlier keywords can spell
+   is refused by the actions. Actions build the tree and declare names; what needs more than a line is in
    veri_actions.cpp. Bison reads the output of make_tokens.py, which puts the scanner's tokens in place of @TOKENS@. */
 
 %require "3.8"
@@ -122,8 +122,8 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <expr> expr primary literal concat mintypmax lvalue index port_expr port_expr_opt port_reference connection
   ansi_port interface_port init_opt argument event_expr assignment_pattern param_value delay_value cast_type
   system_argument inside_range gen_step param_init_opt expr_opt braced_pattern
-%type <exprs> exprs inside_ranges port_exprs ports ports_opt port_list ansi_ports connections call_arguments call_arguments_opt
-  system_arguments_opt system_arguments events event_control event_list param_assignment param_values delay_opt delay
+%type <exprs> exprs inside_ranges port_exprs ports ports_opt port_list ansi_ports connections call_arguments
+  system_arguments event_control event_list param_assignment param_values delay_opt delay
   mintypmaxes ordered_params
 %type <name> name plain_name
 %type <indexed> indexed_name
@@ -138,7 +138,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <item> package_item module_item plain_item declaration block_declaration net_decl data_decl param_decl
   type_decl port_decl function_decl task_decl generate_region gen_conditional gen_body gen_cond_body gen_begin_block
   gen_single instantiation gate_instantiation continuous_assign process defparam_item genvar_decl specify_block
-  ignored_item tf_port_decl specparam_decl udp_item udp_port_decl gen_if gen_case gen_for module_only_item
+  ignored_item tf_port_decl specparam_decl udp_item gen_if gen_case gen_for module_only_item
   param_port modport_decl timeunits import_item
 %type <items> module_items param_ports_opt param_ports param_port_list tf_ports_opt tf_ports tf_port_list
   import_decl import_items unit_imports udp_items gen_items
@@ -150,7 +150,8 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <defparams> defparam_assigns
 %type <gen_case_item> gen_case_item
 %type <gen_case_items> gen_case_items
-%type <stmt> statement substatement statement_item for_step blocking_assign jump_statement assert_statement seq_block par_block case_statement
+%type <stmt> statement substatement statement_item for_step blocking_assign jump_statement assert_statement seq_block
+  par_block case_statement
   conditional loop_statement timed_statement procedural_continuous for_init_assign labelled_statement
 %type <stmts> for_steps for_inits
 %type <case_item> case_item
@@ -535,7 +536,8 @@ declaration
 port_decl
   : direction data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_port_decl($1, 0, $2, $3, @1)); }
   | direction net_type data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_port_decl($1, $2, $3, $4, @1)); }
-  | direction "var" data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_port_decl($1, VERI_VAR, $3, $4, @1)); }
+  | direction "var" data_type_or_implicit variable_ids ";"
+    { $$ = veri_closed(veri_port_decl($1, VERI_VAR, $3, $4, @1)); }
   ;
 
 net_decl
@@ -552,14 +554,17 @@ data_decl
   ;
 
 param_decl
-  : "parameter" data_type_or_implicit param_assigns ";" { $$ = veri_closed(veri_param_decl(VERI_PARAMETER, $2, $3, @1)); }
-  | "localparam" data_type_or_implicit param_assigns ";" { $$ = veri_closed(veri_param_decl(VERI_LOCALPARAM, $2, $3, @1)); }
+  : "parameter" data_type_or_implicit param_assigns ";"
+    { $$ = veri_closed(veri_param_decl(VERI_PARAMETER, $2, $3, @1)); }
+  | "localparam" data_type_or_implicit param_assigns ";"
+    { $$ = veri_closed(veri_param_decl(VERI_LOCALPARAM, $2, $3, @1)); }
   | "parameter" "type" any_id "=" data_type ";" { $$ = veri_closed(veri_type_decl($5, $3, nullptr, @3)); }
   | "localparam" "type" any_id "=" data_type ";" { $$ = veri_closed(veri_type_decl($5, $3, nullptr, @3)); }
   ;
 
 specparam_decl
-  : "specparam" data_type_or_implicit param_assigns ";" { $$ = veri_closed(veri_param_decl(VERI_SPECPARAM, $2, $3, @1)); }
+  : "specparam" data_type_or_implicit param_assigns ";"
+    { $$ = veri_closed(veri_param_decl(VERI_SPECPARAM, $2, $3, @1)); }
   ;
 
 type_decl
@@ -714,7 +719,8 @@ keyword_type
 
 type_name
   : VERI_TYPE_ID packed_dims_opt { $$ = new VeriTypeName(new VeriIdRef($1, @1), $2, @1); }
-  | VERI_PACKAGE_ID "::" VERI_TYPE_ID packed_dims_opt { $$ = new VeriTypeName(new VeriScopedIdRef($1, $3, @1), $4, @1); }
+  | VERI_PACKAGE_ID "::" VERI_TYPE_ID packed_dims_opt
+    { $$ = new VeriTypeName(new VeriScopedIdRef($1, $3, @1), $4, @1); }
   ;
 
 struct_keyword
@@ -787,7 +793,8 @@ dimensions
 
 dimension
   : packed_dim
-  | "[" expr "]" { veri_need_systemverilog(@1, "dimension given by its size"); $$ = new VeriRange($2, nullptr, VERI_COLON, @1); }
+  | "[" expr "]"
+    { veri_need_systemverilog(@1, "dimension given by its size"); $$ = new VeriRange($2, nullptr, VERI_COLON, @1); }
   ;
 
 /* Strengths and delays have no effect in hardware. */
@@ -955,7 +962,8 @@ tf_port_decl
 /* Continuous assignments, processes, instances. */
 
 continuous_assign
-  : "assign" strength_opt delay_opt net_assigns ";" { veri_discard($3); $$ = veri_closed(new VeriContinuousAssign($4, @1)); }
+  : "assign" strength_opt delay_opt net_assigns ";"
+    { veri_discard($3); $$ = veri_closed(new VeriContinuousAssign($4, @1)); }
   ;
 
 net_assigns
@@ -1049,7 +1057,8 @@ connection
 gate_instantiation
   : gate_type instances ";" { $$ = veri_closed(veri_gate_instantiation($1, $2, @1)); }
   | gate_type delay instances ";" { veri_discard($2); $$ = veri_closed(veri_gate_instantiation($1, $3, @1)); }
-  | gate_type strength delay_opt instances ";" { veri_discard($3); $$ = veri_closed(veri_gate_instantiation($1, $4, @1)); }
+  | gate_type strength delay_opt instances ";"
+    { veri_discard($3); $$ = veri_closed(veri_gate_instantiation($1, $4, @1)); }
   ;
 
 gate_type
@@ -1194,13 +1203,9 @@ udp_items
   ;
 
 udp_item
-  : udp_port_decl
+  : port_decl
   | data_decl
   | "initial" statement { $$ = new VeriInitialConstruct($2, @1); }
-  ;
-
-udp_port_decl
-  : port_decl
   ;
 
 udp_table
@@ -1394,8 +1399,8 @@ statement
   | error ";" { $$ = new VeriNullStatement(@1); }
   ;
 
-/* A statement that is the last part of another one: where it is broken, the end of what is around ends it and stays to be
-   read. */
+/* A statement that is the last part of another one: where it is broken, the end of what is around ends it and stays to
+   be read. */
 substatement
   : statement
   | error "end" { veri_unread(VERI_END, @2); $$ = new VeriNullStatement(@1); }
@@ -1424,10 +1429,10 @@ statement_item
   | "disable" name ";" { $$ = new VeriDisable($2, @1); }
   | "disable" "fork" ";" { veri_unsupported(@1, "disable fork"); $$ = new VeriNullStatement(@1); }
   | name ";" { $$ = veri_closed(new VeriTaskEnable($1, nullptr, @1)); }
-  | name "(" call_arguments_opt ")" ";" { $$ = veri_closed(new VeriTaskEnable($1, $3, @1)); }
+  | name "(" call_arguments ")" ";" { $$ = veri_closed(new VeriTaskEnable($1, $3, @1)); }
   | VERI_SYSTEM_ID ";" { $$ = veri_closed(new VeriSystemTaskEnable($1, nullptr, @1)); }
-  | VERI_SYSTEM_ID "(" system_arguments_opt ")" ";" { $$ = veri_closed(new VeriSystemTaskEnable($1, $3, @1)); }
-  | "void" "'" "(" name "(" call_arguments_opt ")" ")" ";" { $$ = veri_closed(new VeriTaskEnable($4, $6, @1)); }
+  | VERI_SYSTEM_ID "(" system_arguments ")" ";" { $$ = veri_closed(new VeriSystemTaskEnable($1, $3, @1)); }
+  | "void" "'" "(" name "(" call_arguments ")" ")" ";" { $$ = veri_closed(new VeriTaskEnable($4, $6, @1)); }
   ;
 
 labelled_statement
@@ -1485,16 +1490,12 @@ intra_control_opt
 
 event_control
   : "@" name { $$ = veri_list<VeriExpression>($2); }
-  | "@" "(" events ")" { $$ = $3; }
+  | "@" "(" event_list ")" { $$ = $3; }
   | "@" "*" { $$ = new VeriExpressions; }
   | "@" "(*)" { $$ = new VeriExpressions; }
   | "@" "(" "*" ")" { $$ = new VeriExpressions; }
   | "@" "(" "*)" { $$ = new VeriExpressions; }
   | "@" "(*" ")" { $$ = new VeriExpressions; }
-  ;
-
-events
-  : event_list
   ;
 
 event_list
@@ -1704,9 +1705,9 @@ inside_range
 primary
   : literal
   | name { $$ = $1; }
-  | name "(" call_arguments_opt ")" { $$ = veri_bounded(new VeriFunctionCall($1, $3, @1)); }
+  | name "(" call_arguments ")" { $$ = veri_bounded(new VeriFunctionCall($1, $3, @1)); }
   | VERI_SYSTEM_ID { $$ = new VeriSystemFunctionCall($1, nullptr, @1); }
-  | VERI_SYSTEM_ID "(" system_arguments_opt ")" { $$ = veri_bounded(new VeriSystemFunctionCall($1, $3, @1)); }
+  | VERI_SYSTEM_ID "(" system_arguments ")" { $$ = veri_bounded(new VeriSystemFunctionCall($1, $3, @1)); }
   | concat
   | "(" mintypmax ")" { $$ = $2; }
   | "(" assignment_expr ")" { $2->SetIsOperand(); $$ = veri_bounded($2); }
@@ -1745,10 +1746,6 @@ keyed_parts
   | keyed_parts "," "default" ":" expr { $$ = veri_add_part($1, nullptr, $5); }
   ;
 
-call_arguments_opt
-  : call_arguments
-  ;
-
 call_arguments
   : argument { $$ = veri_argument_list($1); }
   | call_arguments "," argument { $$ = veri_append_argument($1, $3); }
@@ -1759,10 +1756,6 @@ argument
   | expr
   | "." any_id "(" ")" { $$ = new VeriPortConnect($2, nullptr, false, @1); }
   | "." any_id "(" expr ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
-  ;
-
-system_arguments_opt
-  : system_arguments
   ;
 
 system_arguments
@@ -1812,8 +1805,8 @@ literal
 
 %%
 
-/* A syntax error names what would have been legal. Default reductions of empty rules may have left states where more was
-   legal, so those below are asked as well; a token that was shifted in between ends the search. */
+/* A syntax error names what would have been legal. Default reductions of empty rules may have left states where more
+   was legal, so those below are asked as well; a token that was shifted in between ends the search. */
 static int yyreport_syntax_error(const yypcontext_t* context) {
   std::vector<bool> is_legal(VERI_AFTER_LAST_TOKEN, false);
   const yy_state_t* state = context->yyssp;
