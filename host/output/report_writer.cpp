@@ -5,6 +5,8 @@
 #include <map>
 #include <sys/resource.h>
 
+#include "acf.h"
+
 namespace {
 
 constexpr const char* comb_names[] = {"and", "or", "xor", "not", "buf"};
@@ -104,6 +106,17 @@ std::string machines(const UNIT_RESULT& result) {
   return text;
 }
 
+/// What the sources ask of later steps, by the names in the netlist.
+std::string assignments(const UNIT_RESULT& result) {
+  std::string text;
+  for (const NAMED_ASSIGNMENT& assignment : result.assignments) {
+    const char* name = acf_get_variable_name(assignment.variable);
+    text += fmt::format("  assignment {}{}", name ? std::string(name) + " = " : "", assignment.value);
+    text += assignment.node.empty() ? "\n" : fmt::format(" on {}\n", assignment.node);
+  }
+  return text;
+}
+
 /// How often each module occurs in the whole design.
 std::map<const MODULE_VIEW*, unsigned long> count_occurrences(const DESIGN_VIEW& design) {
   // Modules are in the order of the worklist, which is no order of dependence; repeat until nothing changes.
@@ -143,7 +156,7 @@ std::string write_report(const DESIGN_VIEW& design, const std::vector<STAGE_TIME
       text += fmt::format(" {}={}", parameter.name, parameter.value);
     text += fmt::format(" ({} times)\n", occurrences[module.get()]);
     COUNTS counts = count_nodes(*module);
-    text += counts_text(counts) + black_boxes(design, *module) + machines(result) + "\n";
+    text += counts_text(counts) + black_boxes(design, *module) + machines(result) + assignments(result) + "\n";
     for (const auto& [kind, count] : counts) total[kind] += count * occurrences[module.get()];
   }
   text += "whole design\n" + counts_text(total);

@@ -53,7 +53,6 @@ private:
   std::string operand(const CDB_SGATE_OPERATOR& node, int term) const;
   std::string instance_name(const CDB_SGATE_NODE& node);
   void assign(const BITS& outputs, bool is_inverted, const std::string& text);
-  void keep_attribute(const NODE_GROUP& group);
   template <class... ARGUMENTS> void print(fmt::format_string<ARGUMENTS...> format, ARGUMENTS&&... arguments) {
     fmt::format_to(m_out, format, std::forward<ARGUMENTS>(arguments)...);
   }

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "acf.h"
+
 #include <nlohmann/json.hpp>
 
 #include "host/netlist_builder.h"
@@ -160,6 +162,16 @@ TEST(Report, CountsNodesPerModuleAndInAll) {
   EXPECT_THAT(text, HasSubstr("module child (1 times)"));
   EXPECT_THAT(text, HasSubstr("black box vendor"));
   EXPECT_THAT(text, HasSubstr("0.500 s  analyse"));
+}
+
+TEST(Report, TellsWhatTheSourcesAskOfLaterSteps) {
+  DESIGN design = two_level_design();
+  design.units.front()->assignments = {{"q", ACF_VARIABLE_MAXIMUM_FANOUT, "8"},
+                                       {"", ACF_VARIABLE_NO_MERGE, "on"},
+                                       {"r", ACF_VARIABLE_NONE, "-name X 1"}};
+  std::string text = write_report(DESIGN_VIEW(design), {});
+  EXPECT_THAT(text, HasSubstr("  assignment MAXIMUM_FANOUT = 8 on q\n  assignment NO_MERGE = on\n"
+                              "  assignment -name X 1 on r\n"));
 }
 
 TEST(ParameterValue, EachNotationOfTheDatabaseReadsAsVerilog) {
