@@ -16,6 +16,11 @@ namespace {
 
 constexpr int FIRST_NET = 2;
 
+/// A member whose name is new. An object in order looks names up one by one, which large modules cannot afford.
+JSON& new_member(JSON& object, const std::string& name) {
+  return object.get_ref<JSON::object_t&>().emplace_back(name, JSON()).second;
+}
+
 JSON json_bit(const BIT& bit) {
   switch (bit.kind) {
   case BIT::ZERO: return "0";
@@ -181,7 +186,7 @@ void JSON_MODULE::write_names(JSON& module) {
       bits.push_back(signal.nets[offset] >= 0 ? BIT{BIT::NET, signal.nets[offset]}
                                               : m_view.input(io ? io->find_iterm(CDB_TERM_DATA) : nullptr));
     }
-    JSON& entry = names[signal.name];
+    JSON& entry = new_member(names, signal.name);
     entry["hide_name"] = signal.is_port || !signal.place.file.empty() ? 0 : 1;
     entry["bits"] = json_bits(bits);
     if (signal.is_vector && std::min(signal.left, signal.right) != 0)
@@ -220,7 +225,7 @@ BITS JSON_MODULE::complete(BITS bits) {
 
 void JSON_MODULE::add(const CELL& cell, const CDB_SGATE_NODE& node) {
   std::string name = node.get_string_name() ? node.get_string_name() : "";
-  JSON& entry = m_cells[m_cell_names.make_unique(name.empty() ? "$cell" : name)];
+  JSON& entry = new_member(m_cells, m_cell_names.make_unique(name.empty() ? "$cell" : name));
   entry["hide_name"] = name.empty() ? 1 : 0;
   entry["type"] = cell.type;
   entry["parameters"] = cell.parameters;
