@@ -171,6 +171,72 @@ module ram_generated(input clk, input [1:0] we, input [2:0] a, b, input [7:0] d,
   endgenerate
 endmodule
 
+module ram_concat(input clk, we, input [3:0] a, b, input [11:0] d, output reg [11:0] q);
+  reg [7:0] mem [0:15]; reg [3:0] x;
+  always @(posedge clk) begin if (we) {mem[a], x} <= d; q <= {x, mem[b]}; end
+endmodule
+
+module ram_negate(input [7:0] i, output [7:0] o); assign o = ~i; endmodule
+
+module ram_port(input clk, we, input [3:0] a, b, input [7:0] d, output [7:0] q);
+  reg [7:0] mem [0:15];
+  always @(posedge clk) if (we) mem[a] <= d;
+  ram_negate s(.i(mem[b]), .o(q));
+endmodule
+
+module ram_block(input clk, we, input [3:0] a, b, input [7:0] d, output reg [7:0] q);
+  always @(posedge clk) begin : blk
+    reg [7:0] mem [0:15];
+    if (we) mem[a] = d;
+    q <= mem[b];
+  end
+endmodule
+
+module ram_question(input clk, we, s, input [3:0] a, b, input [7:0] d, output reg [7:0] q);
+  reg [7:0] mem [0:15];
+  always @(posedge clk) begin if (we) mem[a] <= d; q <= s ? mem[a] : mem[b]; end
+endmodule
+
+module ram_while(input clk, we, input [3:0] a, b, input [7:0] d, output reg [7:0] q);
+  reg [7:0] mem [0:15]; integer i;
+  always @(posedge clk) begin
+    if (we) mem[a] <= d;
+    q = 0;
+    for (i = 0; i < 8; i = i + 1) q = q + mem[b][i];
+  end
+endmodule
+
+module ram_disable(input clk, we, s, input [3:0] a, b, input [7:0] d, output reg [7:0] q);
+  reg [7:0] mem [0:15];
+  always @(posedge clk) begin : outer
+    q <= mem[b];
+    if (s) disable outer;
+    if (we) mem[a] <= d;
+  end
+endmodule
+
+module ram_index(input clk, we, input [3:0] a, b, input [3:0] d, output reg [3:0] q);
+  reg [3:0] mem [0:15];
+  always @(posedge clk) begin if (we) mem[a] <= d; q <= mem[mem[b]]; end
+endmodule
+
+module ram_twoclk(input clk, c, we, input [3:0] a, b, input [7:0] d, output reg [7:0] q);
+  reg [7:0] mem [0:15];
+  always @(posedge clk) if (we) mem[a] <= d;
+  always @(negedge c) q <= mem[b];
+endmodule
+
+module ram_partvar(input clk, we, input [2:0] a, b, input [1:0] l, input [7:0] d, output reg [7:0] q);
+  reg [31:0] mem [0:7];
+  always @(posedge clk) begin if (we) mem[a][8*l +: 8] <= d; q <= mem[b][8*l +: 8]; end
+endmodule
+
+module ram_one(input clk, we, a, b, d, output q);
+  reg mem [0:1];
+  always @(posedge clk) if (we) mem[a] <= d;
+  assign q = mem[b];
+endmodule
+
 // No memories: cleared at once, too many reads, written without a clock, used in a function.
 module regs_cleared(input clk, rst, we, input [1:0] a, b, input [7:0] d, output [7:0] q);
   reg [7:0] mem [0:3];

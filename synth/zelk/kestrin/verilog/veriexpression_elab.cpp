@@ -554,8 +554,9 @@ OwnedValue VeriSystemFunctionCall::EvaluateQuery(VeriDataFlow* flow) {
     if (!number->ToInt64(&dimension)) dimension = 0;
   }
   if (dimension < 1 || dimension > dimensions) {
-    Error("argument (%d) to %s does not denote a valid dimension in object with %d dimensions, returning 'x", 2,
-          _name.c_str(), static_cast<int>(dimensions));
+    Error("argument (%d) to %s does not denote a valid dimension in object with %d dimensions, returning 'x",
+          static_cast<int>(std::clamp<int64_t>(dimension, INT_MIN, INT_MAX)), _name.c_str(),
+          static_cast<int>(dimensions));
     return VeriValue::Digits(32, VERI_DIGIT_X);
   }
   const VeriRangeConstraint* range = type->IndexConstraintAtDim(static_cast<unsigned>(dimension) - 1);
