@@ -1,7 +1,11 @@
 // Answers of the host to an analysis or elaboration, and the gathering of what it hands over.
 #include "info_objects.h"
 
+#include <cctype>
+#include <charconv>
+
 #include "gen.h"
+#include "htl.h"
 
 namespace {
 
@@ -60,8 +64,41 @@ bool FLOW_ELABORATE_INFO::get_flag_option(int variable) {
   return option && option->is_on();
 }
 
+namespace {
+
+/// The number of a text of digits; false when the text has other characters or does not fit.
+bool read_number(const std::string& digits, int base, long long& number) {
+  const char* end = digits.data() + digits.size();
+  auto [stop, problem] = std::from_chars(digits.data(), end, number, base);
+  return problem == std::errc() && stop == end;
+}
+
+/// A parameter's value as people write it: typed texts such as D"8" and literals such as 4'b1000 become plain numbers
+/// and strings. What is neither stays as it is.
+std::string readable_value(const std::string& value) {
+  static const HTL_REGEXP typed("(S?[BOQ]|U?D|[XH])\"[ +]*(-?\\w+)\"", HTL_REGEXP::CASE_IGNORED);
+  static const HTL_REGEXP text("S\"((?s).*)\"", HTL_REGEXP::CASE_IGNORED);
+  static const HTL_REGEXP literal("\\d*'s?([bodh])(\\w+)", HTL_REGEXP::CASE_IGNORED);
+  std::vector<std::string> groups;
+  if (text.match(value.c_str(), &groups)) return groups[0];
+  if (!typed.match(value.c_str(), &groups) && !literal.match(value.c_str(), &groups)) return value;
+  int base = 10;
+  switch (std::tolower(static_cast<unsigned char>(groups[0].back()))) {
+  case 'b': base = 2; break;
+  case 'o':
+  case 'q': base = 8; break;
+  case 'x':
+  case 'h': base = 16; break;
+  default: break;
+  }
+  long long number = 0;
+  return read_number(groups[1], base, number) ? std::to_string(number) : value;
+}
+
+} // namespace
+
 void FLOW_ELABORATE_INFO::register_parameter(const char* name, const char* value, int type) {
-  m_result->used_parameters.push_back({name, -1, value ? value : "", type});
+  m_result->used_parameters.push_back({name, -1, readable_value(value ? value : ""), type});
 }
 
 const char* FLOW_ELABORATE_INFO::join(const char* a, const char* component, const char* suffix, const char* d,

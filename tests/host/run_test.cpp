@@ -6,6 +6,7 @@
 #include <map>
 #include <sstream>
 
+#include "flow/info_objects.h"
 #include "flow/run.h"
 #include "host/scratch_dir.h"
 #include "output/text_diagnostics.h"
@@ -198,6 +199,18 @@ TEST_F(RunTest, MissingFileAndUnknownLanguageAreErrors) {
   EXPECT_THAT(sink.text, HasSubstr("none.v"));
   EXPECT_THAT(sink.text, HasSubstr("a.txt"));
   EXPECT_EQ(LINE_ELABORATOR::elaborated, "");
+}
+
+TEST_F(RunTest, ValuesOfParametersAreKeptAsPeopleWriteThem) {
+  FLOW_ELABORATE_INFO info(project, nullptr, {}, "", FLOW_ELABORATE_INFO::PLACE_TOP, FLOW_ELABORATE_INFO::MODE_FULL);
+  const struct {
+    const char* value;
+    const char* readable;
+  } rows[] = {{"D\"-8\"", "-8"},     {"B\"00000101\"", "5"}, {"4'b1000", "8"}, {"32'hFF", "255"},
+              {"S\"a\nb\"", "a\nb"}, {"4'b10x0", "4'b10x0"}, {"3.5", "3.5"},   {"", ""}};
+  for (const auto& row : rows) info.register_parameter("P", row.value, 0);
+  std::unique_ptr<UNIT_RESULT> result = info.take_result();
+  for (size_t i = 0; i < std::size(rows); i++) EXPECT_EQ(result->used_parameters[i].value, rows[i].readable);
 }
 
 TEST_F(RunTest, LintStopsBeforeElaboration) {

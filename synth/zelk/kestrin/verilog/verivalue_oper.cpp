@@ -48,9 +48,11 @@ OwnedValue VeriValue::Adjust(OwnedValue value, unsigned width, const VeriTreeNod
 }
 
 namespace {
-/// Whether the bits above a width only repeat what an extension from that width would give.
+/// Whether a width holds the value: the bits above it are 0, or those of a negative number repeat its sign.
 bool loses_nothing(const VeriValue& value, unsigned width) {
-  Net* extension = value.IsSigned() && width ? value.GetBit(width - 1) : veri_digit_net(VERI_DIGIT_0);
+  Net* zero = veri_digit_net(VERI_DIGIT_0);
+  const bool is_negative = value.IsSigned() && width && value.GetBit(value.Size() - 1) != zero;
+  Net* extension = is_negative ? value.GetBit(width - 1) : zero;
   for (unsigned bit = width; bit < value.Size(); bit++)
     if (value.GetBit(bit) != extension) return false;
   return true;
