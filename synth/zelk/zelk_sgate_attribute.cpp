@@ -92,6 +92,16 @@ const PortBus* as_port_bus(const DesignObj* obj) {
 const Net* as_net(const DesignObj* obj) { return obj->ObjectType() == DB_NET ? static_cast<const Net*>(obj) : nullptr; }
 const Fsm* as_fsm(const DesignObj* obj) { return obj->ObjectType() == DB_FSM ? static_cast<const Fsm*>(obj) : nullptr; }
 
+/// The bits of a port in the order of its declaration, through all levels.
+void collect_bits(const PortBus* bus, std::vector<const Port*>& bits) {
+  for (const DesignObj* element : ElementsOf(bus)) {
+    if (const PortBus* inner = as_port_bus(element))
+      collect_bits(inner, bits);
+    else if (const Port* port = as_port(element))
+      bits.push_back(port);
+  }
+}
+
 bool has_no_node(const Instance* inst) { return inst->Type() == PRIM_PWR || inst->Type() == PRIM_GND; }
 
 } // namespace
@@ -154,14 +164,17 @@ void ZELK_SGATE::process_dont_retime_attribute(DesignObj* obj, Att* att) {
 
 void ZELK_SGATE::process_useioff_attribute(DesignObj* obj, Att* att) {
   ZELK_ASSERT(obj && att && att->Type() == ATT_USEIOFF);
-  const Port* port = as_port(obj);
-  const CDB_SGATE_IO* io = port ? get_io(port) : nullptr;
-  if (!io) return;
+  std::vector<const Port*> bits;
+  if (const PortBus* bus = as_port_bus(obj)) collect_bits(bus, bits);
+  if (const Port* port = as_port(obj)) bits.push_back(port);
   const char* value = att->IsOn() ? "on" : "off";
-  if (!port->IsInput() && !port->IsOutput())
-    set_instance_assignment(io, ACF_VARIABLE_FAST_OUTPUT_ENABLE_REGISTER, value);
-  if (!port->IsInput()) set_instance_assignment(io, ACF_VARIABLE_FAST_OUTPUT_REGISTER, value);
-  if (!port->IsOutput()) set_instance_assignment(io, ACF_VARIABLE_FAST_INPUT_REGISTER, value);
+  for (const Port* port : bits) {
+    const CDB_SGATE_IO* io = get_io(port);
+    if (!io) continue;
+    if (port->IsInout()) set_instance_assignment(io, ACF_VARIABLE_FAST_OUTPUT_ENABLE_REGISTER, value);
+    if (!port->IsInput()) set_instance_assignment(io, ACF_VARIABLE_FAST_OUTPUT_REGISTER, value);
+    if (!port->IsOutput()) set_instance_assignment(io, ACF_VARIABLE_FAST_INPUT_REGISTER, value);
+  }
 }
 
 void ZELK_SGATE::process_initial_value_attribute(DesignObj* obj, Att* att) {
@@ -330,20 +343,6 @@ void ZELK_SGATE::process_chip_pin_attribute(DesignObj* obj, Att* att) {
   zelk_msg_debug("Pin %s assigned to location %s", io->get_string_name(), pins[0].c_str());
   set_instance_assignment(io, ACF_VARIABLE_LOCATION, pins[0].c_str());
 }
-
-namespace {
-
-/// The bits of a port in the order of its declaration, through all levels.
-void collect_bits(const PortBus* bus, std::vector<const Port*>& bits) {
-  for (const DesignObj* element : ElementsOf(bus)) {
-    if (const PortBus* inner = as_port_bus(element))
-      collect_bits(inner, bits);
-    else if (const Port* port = as_port(element))
-      bits.push_back(port);
-  }
-}
-
-} // namespace
 
 void ZELK_SGATE::assign_pins(const PortBus* bus, const Att* att, const std::vector<std::string>& pins) {
   std::vector<const Port*> bits;

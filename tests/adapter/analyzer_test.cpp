@@ -213,6 +213,21 @@ TEST_F(AnalyzerTest, AnElaborationGivesANetlistWithTheParametersThatWereUsed) {
   EXPECT_EQ(type->get_ranges()[0].left, 4);
 }
 
+TEST_F(AnalyzerTest, AttributesOfPortsReachTheirBits) {
+  ASSERT_TRUE(analyze("m.v", "module m((* chip_pin = \"A1, 7\" *) input [1:0] a, (* useioff = 1 *) output [1:0] y);\n"
+                             "  assign y = a;\nendmodule\n"));
+  ASSERT_TRUE(resolve());
+  std::unique_ptr<UNIT_RESULT> result = elaborate("m");
+  ASSERT_TRUE(result && result->success);
+  std::vector<std::string> assignments;
+  for (const NAMED_ASSIGNMENT& assignment : result->assignments)
+    assignments.push_back(std::string(acf_get_variable_name(assignment.variable)) + " " + assignment.node + " " +
+                          assignment.value);
+  EXPECT_THAT(assignments,
+              testing::UnorderedElementsAre("LOCATION a[1] A1", "LOCATION a[0] Pin_7", "FAST_OUTPUT_REGISTER y[1] on",
+                                            "FAST_OUTPUT_REGISTER y[0] on"));
+}
+
 TEST_F(AnalyzerTest, AnErrorOfAnElaborationIsQueuedAndGivesNoHierarchy) {
   ASSERT_TRUE(analyze("m.v", "module m(input a, output y);\n  wire w = missing.inner;\n  assign y = a;\nendmodule\n"));
   resolve();

@@ -89,6 +89,7 @@ private:
   void ElaborateItems();
   void FinishRams();
   void CreatePorts();
+  void ApplyPortAttributes(const VeriVariable* port) const;
   void KeepResults();
   bool HasErrors() const { return Message::ErrorCount() != 0; }
 
@@ -226,11 +227,21 @@ void VeriModuleRun::CreatePorts() {
     const VeriTreeNode* from = port->GetModuleItem() ? port->GetModuleItem() : _module;
     if (const VeriValue* nets = port->GetValue()) {
       nets->CreatePorts(port->Name(), direction, *type, from);
-      continue;
+    } else {
+      Array ports;
+      type->CreatePorts(_netlist.get(), port->Name(), direction, port->Linefile(), ports);
     }
-    Array ports;
-    type->CreatePorts(_netlist.get(), port->Name(), direction, port->Linefile(), ports);
+    ApplyPortAttributes(port);
   }
+}
+
+/// What the declaration asks of a port stands on its vector, or on the port of a single bit.
+void VeriModuleRun::ApplyPortAttributes(const VeriVariable* port) const {
+  const VeriTreeNode* declaration = port->GetModuleItem();
+  if (!declaration) return;
+  DesignObj* object = _netlist->GetPortBus(port->Name());
+  if (!object) object = _netlist->GetPort(port->Name());
+  if (object) declaration->ApplyAttributes(object);
 }
 
 /// What is asked for after the run, when the identifiers have their former state back.
