@@ -60,9 +60,9 @@ std::string convert_norvel_attribute_string(const char* text) {
 namespace {
 
 bool split_quoted_list(const char* text, std::vector<std::string>& items) {
-  std::string value = trim(text ? text : "");
-  if (!is_quoted(value)) return false;
-  items = zelk_split_list(value.substr(1, value.size() - 2));
+  std::string value = zelk_unquote(text);
+  if (value.empty() || value.find('"') != std::string::npos) return false;
+  items = zelk_split_list(value);
   return true;
 }
 

@@ -15,9 +15,10 @@ std::vector<std::string> zelk_split_list(const std::string& text);
 /// The text of a whole assignment: one pair of quotes goes, and each backslash gives way to the character behind it.
 std::string convert_norvel_attribute_string(const char* text);
 
-/// Pins in the order of the text, which must be in double quotes; a pin given as a number gets the prefix "Pin_".
+/// Pins in the order of the text, which may be in one pair of double quotes; a pin given as a number gets the prefix
+/// "Pin_". False for a text without pins or with other quotes.
 bool parse_chip_pin_attr(const char* text, std::vector<std::string>& pins);
-/// Ids of messages, in double quotes and separated by commas.
+/// Ids of messages, in the same form.
 bool parse_msg_attr_value(const char* text, std::vector<std::string>& ids);
 /// A decimal number that the host's registrar knows.
 bool is_valid_msg_id(const std::string& id);

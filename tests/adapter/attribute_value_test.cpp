@@ -43,9 +43,10 @@ TEST(AttributeValueTest, ARamStyleIsABlockTypeAndAFlag) {
   EXPECT_FALSE(zelk_parse_ramstyle_attribute("\"no_rw_check\"").has_block_type);
 }
 
-TEST(AttributeValueTest, ListsMustBeQuotedAndPinNumbersGetAPrefix) {
+TEST(AttributeValueTest, ListsAreQuotedAsAWholeOrNotAtAllAndPinNumbersGetAPrefix) {
   std::vector<std::string> pins;
-  EXPECT_FALSE(parse_chip_pin_attr("A1", pins));
+  EXPECT_FALSE(parse_chip_pin_attr("\"A1\", B2", pins) || parse_chip_pin_attr("\"\"", pins));
+  EXPECT_TRUE(parse_chip_pin_attr("B1", pins));
   ASSERT_TRUE(parse_chip_pin_attr("\" A1 ,12,\"", pins));
   EXPECT_EQ(pins, (std::vector<std::string>{"A1", "Pin_12"}));
   EXPECT_TRUE(is_hdl_msg_id("10999"));
