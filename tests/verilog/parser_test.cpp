@@ -375,6 +375,17 @@ TEST(Ports, TheTypesOfVerilogArePerDirection) {
                    "2: error: objects with type integer cannot be declared with a range"}));
 }
 
+TEST(Ports, OnlyWrittenConnectionsMakeImplicitNets) {
+  Analysis analysis;
+  EXPECT_EQ(analysis.Errors("module sub(input a, b, c); endmodule\n"
+                            "module m;\n"
+                            "function f(input x); return x; endfunction\n"
+                            "sub u(.a, .b(n), .c(f(k)));\n"
+                            "endmodule\n",
+                            VERI_SV),
+            Lines{"4: error: a is not declared"});
+}
+
 // Mistakes.
 
 TEST(SyntaxErrors, TheHintNamesWhatWasLegal) {

@@ -1044,7 +1044,12 @@ class ImplicitNets : public VeriVisitor {
 public:
   void Visit(VeriIdRef& name) override { parser.scope->RegisterPotentialImplicitNet(&name); }
   void Visit(VeriSelectedName&) override {}
-  void Visit(VeriFunctionCall&) override {}
+  void Visit(VeriFunctionCall& call) override {
+    for (VeriExpression* argument : ItemsOf<VeriExpression*>(call.Args())) TraverseNode(argument);
+  }
+  void Visit(VeriPortConnect& connection) override {
+    if (!connection.IsImplicit()) TraverseNode(connection.Connection());
+  }
   void Visit(VeriIdDecl&) override {}
 };
 

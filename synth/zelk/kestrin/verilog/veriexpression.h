@@ -235,6 +235,8 @@ public:
   OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override;
   OwnedConstraint EvaluateConstraint(VeriDataFlow* flow) override;
   void AddToSensList(Set& ids) override;
+  /// Null without.
+  const VeriExpressions* Args() const { return _args; }
 
 private:
   VeriName* _name;
