@@ -171,4 +171,17 @@ TEST_F(RamInference, AnAddressThatIsComputedAgainIsTheSame) {
   EXPECT_EQ(ram->GetWritePortSize(0, RAM_BYTE_ENABLE), 4U);
 }
 
+TEST_F(RamInference, RegistersThatAreMadeAtOnceStandInFrontOfAWritePort) {
+  flag_on = "zelk_dont_use_new_dff_algorithm";
+  Instance* ram = RamOf(Module("always @(posedge c or posedge rst) if (rst) q <= 0;\n"
+                               "else begin if (we) mem[a] <= d; q <= mem[b]; end"));
+  ASSERT_TRUE(ram);
+  EXPECT_EQ(num_registers, 1U + 4U + 8U + 8U);
+  // What resets other variables holds back the write, and does not clear its enable.
+  const Net* enable = ram->GetWritePort(0, RAM_WRITE_ENABLE, 0);
+  ASSERT_EQ(enable->DriverType(), PRIM_DFFRS);
+  const Net* reset = enable->Driver()->GetReset();
+  EXPECT_TRUE(!reset || reset->IsGnd());
+}
+
 } // namespace

@@ -68,7 +68,9 @@ Net* VeriDataFlow::ClockEvent() {
 OwnedValue VeriDataFlow::Register(OwnedValue value, VeriIdDef* id, const VeriTreeNode* from) {
   const VeriValue* hold = id->GetValue();
   if (!value || !_clock || !hold) return value;
-  return VeriValue::Register(std::move(value), _clock, ClockEvent(), *hold, from);
+  // Registers are extracted from selections by the clock's event later, unless they are to be made at once.
+  Net* event = kestrin_flag("zelk_dont_use_new_dff_algorithm") ? nullptr : ClockEvent();
+  return VeriValue::Register(std::move(value), _clock, event, *hold, from);
 }
 
 // Sensitivity.
