@@ -50,10 +50,11 @@ struct PendingInstance {
   Netlist* view;
 };
 
-/// The instances of a shared view in one netlist; the walk survives deletion of the current one.
-template <class Visit> void ForEachReference(const Netlist* view, const Netlist* owner, Visit visit) {
-  for (Instance* inst : ReferencesOf(view))
-    if (inst->Owner() == owner) visit(inst);
+/// The instances of a shared view in one netlist, in the netlist's order: other netlists may refer to the view far more
+/// often. The walk survives deletion of the current one.
+template <class Visit> void ForEachInstanceOf(const Netlist* view, const Netlist* owner, Visit visit) {
+  for (Instance* inst : InstancesOf(owner))
+    if (inst->View() == view) visit(inst);
 }
 
 /// Walks backwards from a net through what only passes or selects values: buffers, multiplexers, infer points of the

@@ -167,7 +167,7 @@ public:
       : _netlist(netlist), _adds_directional(!kestrin_flag("zelk_dont_add_directional_buffers")) {}
 
   void Run() {
-    ForEachReference(PrimBuf::Static(USER_NET), _netlist, [this](Instance* buf) {
+    ForEachInstanceOf(PrimBuf::Static(USER_NET), _netlist, [this](Instance* buf) {
       _num_buffers++;
       Process(buf);
     });

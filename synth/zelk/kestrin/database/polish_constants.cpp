@@ -202,7 +202,7 @@ void Netlist::UniquifyOperatorNames() {
 }
 
 void Netlist::ConvertTransistorsWithConstantControls() {
-  ForEachReference(Prim::Static(PRIM_TRAN), this, [](Instance* tran) {
+  ForEachInstanceOf(Prim::Static(PRIM_TRAN), this, [](Instance* tran) {
     const Net* control = tran->GetControl();
     if (control && !control->IsConstant()) return;
     Net* a = tran->GetInput1();

@@ -265,7 +265,7 @@ void InferencePass::Run() {
     _constants.Gnd();
     _constants.X();
   }
-  ForEachReference(Prim::Static(PRIM_Z), _netlist, [this](Instance*) { _has_z = true; });
+  ForEachInstanceOf(Prim::Static(PRIM_Z), _netlist, [this](Instance*) { _has_z = true; });
   const Netlist* view = Prim::Static(PRIM_INFER_POINT);
   while (HeapNode* node = _heap.ExtractRoot()) {
     auto* ipoint = FromWord<Instance*>(static_cast<UnsignedHeapNode*>(node)->Item());
@@ -281,7 +281,7 @@ void InferencePass::Run() {
 }
 
 void InferencePass::SortInferPoints() {
-  ForEachReference(Prim::Static(PRIM_INFER_POINT), _netlist, [this](Instance* ipoint) {
+  ForEachInstanceOf(Prim::Static(PRIM_INFER_POINT), _netlist, [this](Instance* ipoint) {
     _nodes.push_back(std::make_unique<UnsignedHeapNode>(ipoint->Sequence(), ipoint));
     _heap.Insert(_nodes.back().get());
   });
@@ -391,13 +391,13 @@ void InferencePass::RemoveMarks() {
 }
 
 void InferencePass::ReportUnconverted() {
-  ForEachReference(Prim::Static(PRIM_CLOCK), _netlist, [](Instance* event) {
+  ForEachInstanceOf(Prim::Static(PRIM_CLOCK), _netlist, [](Instance* event) {
     event->Error("couldn't implement registers for assignments on this clock edge");
     delete event;
   });
   if (Message::ErrorCount()) return;
-  ForEachReference(Prim::Static(PRIM_INFER_POINT), _netlist,
-                   [](Instance*) { KESTRIN_REPORT_INTERNAL("Found unconverted infer point after inferencing pass"); });
+  ForEachInstanceOf(Prim::Static(PRIM_INFER_POINT), _netlist,
+                    [](Instance*) { KESTRIN_REPORT_INTERNAL("Found unconverted infer point after inferencing pass"); });
 }
 } // namespace
 

@@ -31,7 +31,7 @@ void Netlist::DisconnectSillyFaninCones() {
       if (ref->Direction() == DIR_OUTPUT && RepeatsNet(net, ref->GetInst(), cache))
         ref->GetInst()->Disconnect(ref->GetPort());
   }
-  ForEachReference(Prim::Static(PRIM_MUX), this, [&cache](Instance* mux) {
+  ForEachInstanceOf(Prim::Static(PRIM_MUX), this, [&cache](Instance* mux) {
     if (!kestrin_is_clock_event(mux->GetControl())) return;
     ReplaceByReduced(mux, mux->View()->GetInput1(), cache);
     ReplaceByReduced(mux, mux->View()->GetInput2(), cache);
@@ -155,7 +155,7 @@ public:
   void Run() {
     // What stands behind an infer point is reduced with the signal known, and first.
     for (prim_type_enum type : {PRIM_INFER_POINT, PRIM_MUX})
-      ForEachReference(Prim::Static(type), _netlist, [this](Instance* root) { _roots.emplace_back(root); });
+      ForEachInstanceOf(Prim::Static(type), _netlist, [this](Instance* root) { _roots.emplace_back(root); });
     for (const PendingInstance& root : _roots) {
       if (!root.IsAlive()) continue;
       if (root.inst->Type() == PRIM_INFER_POINT)

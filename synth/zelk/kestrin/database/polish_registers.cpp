@@ -144,10 +144,10 @@ private:
 } // namespace
 
 void Netlist::ToSetResetRegisters() {
-  ForEachReference(Prim::Static(PRIM_DFFRS), this, [](Instance* reg) {
+  ForEachInstanceOf(Prim::Static(PRIM_DFFRS), this, [](Instance* reg) {
     if (reg->GetZ() && reg->GetZ()->IsGnd()) reg->Disconnect(reg->View()->GetZ());
   });
   SetResetConversion conversion(this);
   for (prim_type_enum type : {PRIM_DFF, PRIM_DLATCH})
-    ForEachReference(Prim::Static(type), this, [&](Instance* old) { conversion.Convert(old); });
+    ForEachInstanceOf(Prim::Static(type), this, [&](Instance* old) { conversion.Convert(old); });
 }
