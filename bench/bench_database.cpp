@@ -85,8 +85,41 @@ void FoldGates(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+/// The largest design: two equal chains are built, merged into one, and swept from their end. An anonymous net and a
+/// gate cost the object itself, a slot in the table of the netlist and three connections; nothing of it depends on how
+/// many there are.
+void BuildMergeSweepDelete(benchmark::State& state) {
+  for (auto _ : state) {
+    auto netlist = ChainOfGates(state.range(0) / 2);
+    Net* input = netlist->GetNet("i");
+    Net* ends[2] = {};
+    for (Net* net : NetsOf(netlist.get()))
+      if (net->IsFanoutFree()) ends[0] = net;
+    Net* net = input;
+    for (int64_t i = 0; i < state.range(0) / 2; i++) net = netlist->And(net, input, 0);
+    ends[1] = net;
+    const double objects = static_cast<double>(netlist->NumOfNets() + netlist->NumOfInsts());
+    state.counters["bytes_per_object"] = static_cast<double>(netlist->MemUsage()) / objects;
+    netlist->Or(ends[0], ends[1], 0);
+    netlist->EliminateCommonSubexpressions();
+    state.counters["gates_left"] = netlist->NumOfInsts();
+    for (Net* end : NetsOf(netlist.get()))
+      if (end->IsFanoutFree()) netlist->RegisterPotentiallyFanoutFreeNet(end);
+    netlist->SweepPotentiallyFanoutFreeNets();
+    if (netlist->NumOfInsts()) state.SkipWithError("gates that nothing reads are left");
+    netlist.reset();
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
 } // namespace
 
+BENCHMARK(BuildMergeSweepDelete)
+    ->Arg(50'000)
+    ->Arg(500'000)
+    ->Arg(5'000'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
 BENCHMARK(BuildGates)->Range(1 << 10, 1 << 18)->RangeMultiplier(16);
 BENCHMARK(DeleteGates)->Range(1 << 10, 1 << 18)->RangeMultiplier(16);
 BENCHMARK(NameNets)->Range(1 << 10, 1 << 18)->RangeMultiplier(16);
