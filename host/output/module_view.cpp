@@ -299,8 +299,11 @@ BITS MODULE_VIEW::group_outputs(const NODE_GROUP& group) const {
 
 BIT MODULE_VIEW::component_port(const CDB_COMPONENT_PORT* port) const {
   if (!port) return {BIT::UNCONNECTED};
-  if (port->get_oterm() && output(port->get_oterm()).is_net()) return output(port->get_oterm());
-  return input(port->get_iterm());
+  BIT read = input(port->get_iterm());
+  // A bidirectional port that reads a constant drives nothing that anyone reads.
+  bool is_tied = read.kind == BIT::ZERO || read.kind == BIT::ONE;
+  if (port->get_oterm() && !is_tied && output(port->get_oterm()).is_net()) return output(port->get_oterm());
+  return read;
 }
 
 namespace {

@@ -45,7 +45,7 @@ private:
   /// `{...}` over bits with the highest first; slices of vectors are joined.
   std::string value(const BITS& bits) const;
   std::string value(const BIT& bit) const { return value(BITS{bit}); }
-  /// The same as the target of an assignment: bits that drive nothing get a wire of their own.
+  /// The same as the target of an assignment or a port that drives: bits that are no nets get a wire of their own.
   std::string target(const BITS& bits);
   std::string slice(const SIGNAL& signal, size_t low, size_t high) const;
   /// A bit for an event or a condition: constants are given by a wire.
@@ -208,8 +208,9 @@ std::string VERILOG_MODULE::target(const BITS& bits) {
       parts.push_back(value(*bit));
       continue;
     }
-    std::string name = verilog_identifier(m_names.make_unique("unused"));
-    m_helpers.push_back(fmt::format("wire {};", name));
+    bool is_tied = bit->kind == BIT::ZERO || bit->kind == BIT::ONE;
+    std::string name = verilog_identifier(m_names.make_unique(is_tied ? "tied" : "unused"));
+    m_helpers.push_back(fmt::format("wire {}{};", name, is_tied ? " = " + value(*bit) : ""));
     parts.push_back(name);
   }
   return parts.size() == 1 ? parts.front() : fmt::format("{{{}}}", fmt::join(parts, ", "));

@@ -90,6 +90,17 @@ TEST(VerilogWriter, RegistersAndLogicOfOneNameStayApart) {
   EXPECT_THAT(text, HasSubstr("wire [1:1] s_0;"));
 }
 
+TEST(VerilogWriter, ABidirectionalPortThatReadsAConstantIsOnATiedWire) {
+  NETLIST_BUILDER builder("m");
+  auto* cell = builder.add(new CDB_SGATE_COMPONENT("cell", CDB_SGATE_COMPONENT::PROTOTYPE_KNOWN), "u");
+  CDB_COMPONENT_PORT* port = cell->retrieve_known_port("p", CDB_IO_BIDIR);
+  port->retrieve_iterm()->set_vcc();
+  builder.bus({port->retrieve_oterm(), WIRE::one()});
+  std::string text = verilog(builder);
+  EXPECT_THAT(text, HasSubstr("wire tied = 1'b1;"));
+  EXPECT_THAT(text, HasSubstr("u(.p(tied))"));
+}
+
 TEST(VerilogWriter, NamesThatMeetAreMadeDifferent) {
   NETLIST_BUILDER n("m");
   WIRE a = n.input("a");
