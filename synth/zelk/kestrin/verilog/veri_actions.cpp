@@ -928,7 +928,8 @@ void number_generate_construct(VeriModuleItem* item) {
   }
   const std::string number = std::to_string(++parser.generate_constructs[parser.scope]);
   std::string name = "genblk" + number;
-  for (std::string zeros = "0"; parser.scope->FindHere(name.c_str()); zeros += "0") name = "genblk" + zeros + number;
+  for (size_t zeros = 1; parser.scope->FindHere(name.c_str()); zeros++)
+    name = std::string("genblk").append(zeros, '0').append(number);
   BlockNamer namer(name);
   namer.TraverseNode(item);
 }

@@ -441,6 +441,7 @@ private:
   OwnedValue _value;
 };
 
+// NOLINTBEGIN(bugprone-macro-parentheses): names of classes take none
 #define VERI_LITERAL(name)                                                                                             \
   class name : public VeriLiteral {                                                                                    \
   public:                                                                                                              \
@@ -454,6 +455,7 @@ VERI_LITERAL(VeriTimeLiteral)
 /// Based numbers and strings.
 VERI_LITERAL(VeriVectorLiteral)
 #undef VERI_LITERAL
+// NOLINTEND(bugprone-macro-parentheses)
 
 // Names.
 
