@@ -587,7 +587,8 @@ void JSON_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
   size_t address_width = 1;
   while ((1UL << address_width) < memory.depth) address_width++;
   auto append = [](BITS& bits, const BITS& more) { bits.insert(bits.end(), more.begin(), more.end()); };
-  BITS read_address, read_data, write_address, write_data, write_enable;
+  BITS read_address, read_data, write_address, write_data, write_enable, write_clock;
+  std::string is_clocked, rises; // by write port, the last one first
   for (const RAM_READ_PORT& port : memory.reads) {
     for (unsigned part = 0; part < port.words; part++)
       append(read_address, word_address(port.address, port.words, part, address_width));
@@ -597,6 +598,9 @@ void JSON_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
     for (unsigned part = 0; part < port.words; part++) {
       append(write_address, word_address(port.address, port.words, part, address_width));
       append(write_enable, word_enables(port, part, memory.width));
+      write_clock.push_back(port.is_clocked ? port.clock : BIT{BIT::UNKNOWN});
+      is_clocked.insert(0, 1, port.is_clocked ? '1' : '0');
+      rises.insert(0, 1, port.clock_falls ? '0' : '1');
     }
     append(write_data, port.data);
   }
@@ -618,13 +622,14 @@ void JSON_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
     cell.digits(parameter, repeated(reads * writes, '0'));
   for (const char* parameter : {"RD_ARST_VALUE", "RD_SRST_VALUE", "RD_INIT_VALUE"})
     cell.digits(parameter, repeated(reads * memory.width, 'x'));
-  cell.digits("RD_CLK_POLARITY", repeated(reads, '1')).digits("WR_CLK_POLARITY", repeated(writes, '1'));
-  cell.digits("WR_CLK_ENABLE", repeated(writes, '0')).digits("WR_WIDE_CONTINUATION", repeated(writes, '0'));
+  if (!writes) is_clocked = rises = "0";
+  cell.digits("RD_CLK_POLARITY", repeated(reads, '1')).digits("WR_CLK_POLARITY", rises);
+  cell.digits("WR_CLK_ENABLE", is_clocked).digits("WR_WIDE_CONTINUATION", repeated(writes, '0'));
   cell.digits("WR_PRIORITY_MASK", repeated(writes * writes, '0'));
   cell.in("RD_CLK", BITS(reads, BIT{BIT::UNKNOWN})).in("RD_EN", BITS(reads, BIT{BIT::ONE}));
   cell.in("RD_ARST", BITS(reads, BIT{BIT::ZERO})).in("RD_SRST", BITS(reads, BIT{BIT::ZERO}));
   cell.in("RD_ADDR", read_address).out("RD_DATA", read_data);
-  cell.in("WR_CLK", BITS(writes, BIT{BIT::UNKNOWN})).in("WR_EN", write_enable);
+  cell.in("WR_CLK", write_clock).in("WR_EN", write_enable);
   add(cell.in("WR_ADDR", write_address).in("WR_DATA", write_data), ram);
 }
 

@@ -2,6 +2,7 @@
 #include "ram_view.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "mif_file.h"
 
@@ -40,6 +41,7 @@ RAM_VIEW::RAM_VIEW(const MODULE_VIEW& view, const RAM& ram) : width(narrowest_po
                         view.input_bits(ram, terms.write_address, sizes.write_address),
                         view.input_bits(ram, terms.write_data, sizes.write_data),
                         view.input_bits(ram, terms.byte_enable, sizes.byte_enable), words});
+      move_registers_into(view, writes.back());
       depth = std::max(depth, static_cast<unsigned long>(ram.get_write_depth()) * words);
     }
     if (sizes.read_data) {
@@ -50,6 +52,56 @@ RAM_VIEW::RAM_VIEW(const MODULE_VIEW& view, const RAM& ram) : width(narrowest_po
     }
   }
   if (!ram.get_mif_file().empty()) read_contents(ram.get_mif_file());
+}
+
+namespace {
+
+/// Registers without asynchronous controls, by the net that they drive.
+std::unordered_map<int, const CDB_SGATE_NODE*> plain_registers(const MODULE_VIEW& view) {
+  std::unordered_map<int, const CDB_SGATE_NODE*> registers;
+  for (const NODE_GROUP& group : view.get_groups()) {
+    if (group.first()->get_sgate_type() != CDB_SGATE_DFF_ENUM) continue;
+    REGISTER_CONTROLS controls = view.controls(*group.first());
+    BIT inactive{controls.is_async_low ? BIT::ONE : BIT::ZERO};
+    auto is_inactive = [&](BIT control) { return control == inactive || control.kind == BIT::ZERO; };
+    if (!is_inactive(controls.reset) || !is_inactive(controls.set) || controls.load.kind != BIT::ZERO) continue;
+    BITS outputs = view.group_outputs(group);
+    for (size_t i = 0; i < outputs.size(); i++)
+      if (outputs[i].is_net()) registers[outputs[i].net] = group.nodes[i];
+  }
+  return registers;
+}
+
+} // namespace
+
+/// A port whose enable, address and data are all held in registers of one clock writes what these are about to hold, at
+/// the edge at which they take it.
+void RAM_VIEW::move_registers_into(const MODULE_VIEW& view, RAM_WRITE_PORT& port) {
+  std::unordered_map<int, const CDB_SGATE_NODE*> registers = plain_registers(view);
+  const CDB_SGATE_NODE* first = nullptr;
+  bool is_clocked = true;
+  auto next_value = [&](BIT bit) {
+    if (!bit.is_net()) return bit;
+    auto found = registers.find(bit.net);
+    if (found == registers.end()) {
+      is_clocked = false;
+      return bit;
+    }
+    if (!first) first = found->second;
+    REGISTER_CONTROLS controls = view.controls(*found->second);
+    REGISTER_CONTROLS of_first = view.controls(*first);
+    if (controls.clock != of_first.clock || controls.clock_falls != of_first.clock_falls) is_clocked = false;
+    return view.group_inputs({{found->second}}, CDB_TERM_DATA).front();
+  };
+  RAM_WRITE_PORT moved = port;
+  moved.enable = next_value(port.enable);
+  for (BITS* bits : {&moved.address, &moved.data, &moved.lanes})
+    for (BIT& bit : *bits) bit = next_value(bit);
+  if (!is_clocked || !first) return;
+  port = moved;
+  port.is_clocked = true;
+  port.clock = view.controls(*first).clock;
+  port.clock_falls = view.controls(*first).clock_falls;
 }
 
 void RAM_VIEW::read_contents(const std::string& name) {

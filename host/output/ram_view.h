@@ -20,6 +20,10 @@ struct RAM_WRITE_PORT {
   BITS data;
   BITS lanes; // enables of equal parts of the data; empty without such
   unsigned words;
+  /// The port writes at edges of this clock. Without one it writes while the enable is 1.
+  bool is_clocked = false;
+  BIT clock{};
+  bool clock_falls = false;
 };
 
 struct RAM_VIEW {
@@ -32,6 +36,7 @@ struct RAM_VIEW {
   std::vector<std::string> contents;
 
 private:
+  void move_registers_into(const MODULE_VIEW& view, RAM_WRITE_PORT& port);
   void read_contents(const std::string& file);
 };
 

@@ -502,15 +502,20 @@ std::string VERILOG_MODULE::ram_word(const std::string& name, const BITS& addres
 void VERILOG_MODULE::write_ram_port(const RAM_VIEW& memory, const std::string& name, const RAM_WRITE_PORT& port) {
   unsigned lane_width = port.lanes.empty() ? memory.width : static_cast<unsigned>(port.data.size() / port.lanes.size());
   unsigned step = std::max(std::min(lane_width, memory.width), 1U);
-  print("  always @*\n    if ({}) begin\n", event(port.enable));
+  if (port.is_clocked)
+    print("  always @({} {})\n    if ({}) begin\n", port.clock_falls ? "negedge" : "posedge", event(port.clock),
+          value({port.enable}));
+  else
+    print("  always @*\n    if ({}) begin\n", event(port.enable));
+  const char* becomes = port.is_clocked ? "<=" : "=";
   for (unsigned low = 0; low + step <= port.data.size(); low += step) {
     std::string place = ram_word(name, port.address, port.words, low / memory.width);
     if (step != memory.width) place += fmt::format("[{}:{}]", low % memory.width + step - 1, low % memory.width);
     std::string data = value(BITS(port.data.begin() + low, port.data.begin() + low + step));
     if (port.lanes.empty())
-      print("      {} = {};\n", place, data);
+      print("      {} {} {};\n", place, becomes, data);
     else
-      print("      if ({}) {} = {};\n", value(port.lanes[low / lane_width]), place, data);
+      print("      if ({}) {} {} {};\n", value({port.lanes[low / lane_width]}), place, becomes, data);
   }
   print("    end\n");
 }
