@@ -472,7 +472,15 @@ void JSON_MODULE::write_operator(const CDB_SGATE_OPERATOR& node) {
   case CDB_OPERATOR_EQUAL: return add_binary("$eq", a, b, y, node);
   case CDB_OPERATOR_N_TO_1_MUX: return add_binary("$shiftx", b, a, y, node);
   case CDB_OPERATOR_SELECTOR: return write_selector(node, y);
-  case CDB_OPERATOR_DECODER: return add_binary("$shl", {{BIT::ONE}}, a, y, node);
+  case CDB_OPERATOR_DECODER:
+    if (!is_sparse_decoder(y)) return add_binary("$shl", {{BIT::ONE}}, a, y, node);
+    for (size_t line = 0; line < y.size(); line++) {
+      if (!y[line].is_net()) continue;
+      BITS number;
+      for (size_t bit = 0; bit < a.size(); bit++) number.push_back({line >> bit & 1 ? BIT::ONE : BIT::ZERO});
+      add_binary("$eq", a, number, {y[line]}, node);
+    }
+    return;
   }
 }
 

@@ -22,6 +22,13 @@ struct BIT {
 /// Bits of a value, least significant first.
 using BITS = std::vector<BIT>;
 
+/// Whether so few lines of a wide decoder are used that a comparison for each reads better than a shift.
+inline bool is_sparse_decoder(const BITS& outputs) {
+  size_t used = 0;
+  for (const BIT& bit : outputs) used += bit.is_net() ? 1 : 0;
+  return outputs.size() > 16 && used * 4 < outputs.size();
+}
+
 /// A scalar or a vector. Bit k of the vector has the index right + k, or right - k when left is below right.
 struct SIGNAL {
   std::string name;

@@ -265,10 +265,17 @@ void VERILOG_MODULE::write_buffer(const NODE_GROUP& group) {
 
 void VERILOG_MODULE::write_gate(const NODE_GROUP& group) {
   static constexpr const char* symbols[] = {" & ", " | ", " ^ ", "", ""}; // by CDB_COMB_TYPE
+  static constexpr unsigned long_list = 8;
   CDB_COMB_TYPE type = static_cast<const CDB_SGATE_COMB*>(group.first())->get_comb_type();
+  auto count = static_cast<unsigned>(group.first()->get_iterms().size());
+  if (count > long_list && group.nodes.size() == 1) {
+    // A reduction reads better than a chain of operators, and readers need no recursion for it.
+    BITS bits;
+    for (unsigned i = 0; i < count; i++) bits.push_back(m_view.group_inputs(group, CDB_TERM_UNORDERED, i).front());
+    return assign(m_view.group_outputs(group), is_inverted(group), std::string(1, symbols[type][1]) + value(bits));
+  }
   std::vector<std::string> inputs;
-  for (unsigned i = 0; i < group.first()->get_iterms().size(); i++)
-    inputs.push_back(value(m_view.group_inputs(group, CDB_TERM_UNORDERED, i)));
+  for (unsigned i = 0; i < count; i++) inputs.push_back(value(m_view.group_inputs(group, CDB_TERM_UNORDERED, i)));
   if (inputs.empty()) inputs.emplace_back(type == CDB_COMB_AND ? "1'b1" : "1'b0");
   assign(m_view.group_outputs(group), is_inverted(group) != (type == CDB_COMB_NOT),
          fmt::format("{}", fmt::join(inputs, symbols[type])));
@@ -457,6 +464,12 @@ std::string VERILOG_MODULE::operator_value(const CDB_SGATE_OPERATOR& node) const
 
 void VERILOG_MODULE::write_operator(const CDB_SGATE_OPERATOR& node) {
   BITS outputs = m_view.output_bits(node, CDB_OPERATOR_OUTPUT, node.get_output_width(CDB_OPERATOR_OUTPUT));
+  if (node.get_operator_type() == CDB_OPERATOR_DECODER && is_sparse_decoder(outputs)) {
+    std::string word = operand(node, CDB_OPERATOR_INPUT_1);
+    for (size_t line = 0; line < outputs.size(); line++)
+      if (outputs[line].is_net()) assign({outputs[line]}, false, fmt::format("{} == {}", word, line));
+    return;
+  }
   if (const CDB_SGATE_OTERM* carry = node.find_oterm(CDB_OPERATOR_CARRY_OUT)) {
     // The carry stands behind the widest input, even where fewer output bits are used.
     unsigned width = std::max(node.get_input_width(CDB_OPERATOR_INPUT_1), node.get_input_width(CDB_OPERATOR_INPUT_2));
