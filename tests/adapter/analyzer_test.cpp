@@ -228,6 +228,16 @@ TEST_F(AnalyzerTest, AttributesOfPortsReachTheirBits) {
                                             "FAST_OUTPUT_REGISTER y[0] on"));
 }
 
+TEST_F(AnalyzerTest, AttributesOfTheLanguageAreKnownAndHaveTheirEffect) {
+  ASSERT_TRUE(analyze("m.v", "module m(input [1:0] s, input a, b, output reg y);\n"
+                             "  always @* (* full_case *) case (s) 0: y = a; 1: y = b; endcase\nendmodule\n"));
+  ASSERT_TRUE(resolve());
+  std::unique_ptr<UNIT_RESULT> result = elaborate("m");
+  ASSERT_TRUE(result && result->success);
+  for (const auto& node : result->get_netlist()->get_nodes()) EXPECT_NE(node->get_sgate_type(), CDB_SGATE_LATCH_ENUM);
+  EXPECT_THAT(sink.texts, testing::Not(Contains(testing::StartsWith("WZELK_INVALID_ATTRIBUTE_TYPE"))));
+}
+
 TEST_F(AnalyzerTest, AnErrorOfAnElaborationIsQueuedAndGivesNoHierarchy) {
   ASSERT_TRUE(analyze("m.v", "module m(input a, output y);\n  wire w = missing.inner;\n  assign y = a;\nendmodule\n"));
   resolve();

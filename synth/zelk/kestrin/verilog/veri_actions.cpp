@@ -260,7 +260,7 @@ Map* veri_add_attribute(Map* attributes, const char* name, VeriExpression* value
   const char* file = LineFile::GetFileName(place);
   const unsigned line = LineFile::GetLineNo(place);
   KernelServices::Get().CheckAttributeOrDirective(name, file, line, /*is_attribute=*/true, nullptr);
-  if (!KernelServices::Get().CheckAttributeName(name, file, line)) {
+  if (!veri_is_language_attribute(name) && !KernelServices::Get().CheckAttributeName(name, file, line)) {
     delete value;
     return attributes;
   }
@@ -928,8 +928,7 @@ void number_generate_construct(VeriModuleItem* item) {
   }
   const std::string number = std::to_string(++parser.generate_constructs[parser.scope]);
   std::string name = "genblk" + number;
-  for (size_t zeros = 1; parser.scope->FindHere(name.c_str()); zeros++)
-    name = std::string("genblk").append(zeros, '0').append(number);
+  for (std::string zeros = "0"; parser.scope->FindHere(name.c_str()); zeros += "0") name = "genblk" + zeros + number;
   BlockNamer namer(name);
   namer.TraverseNode(item);
 }

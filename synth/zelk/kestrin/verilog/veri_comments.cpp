@@ -225,7 +225,8 @@ bool VeriScanner::ReadPragmaAttribute(std::string_view word, char* behind) {
 
 void VeriScanner::SetAttributePragma(std::string_view name, std::string_view value) {
   const std::string attribute(name);
-  const bool is_known = KernelServices::Get().CheckAttributeName(attribute.c_str(), File(), Line());
+  const bool is_known = veri_is_language_attribute(attribute.c_str()) ||
+                        KernelServices::Get().CheckAttributeName(attribute.c_str(), File(), Line());
   CheckPragma(name);
   if (is_known) VeriPragmas::Set(attribute.c_str(), std::string(value).c_str(), _in.linefile);
 }

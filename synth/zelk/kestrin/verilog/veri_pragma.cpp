@@ -1,6 +1,8 @@
 // The stores of pending pragmas and annotations.
 #include "verilog/veri_pragma.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "verilog/veri_message.h"
@@ -20,6 +22,13 @@ VeriPragmas::~VeriPragmas() {
     Strings::free_string(name);
     Strings::free_string(value);
   }
+}
+
+bool veri_is_language_attribute(const char* name) {
+  static constexpr const char* names[] = {"full_case", "parallel_case", "synthesis_full_case", "norvel_loop_limit",
+                                          "critical"};
+  return std::any_of(std::begin(names), std::end(names),
+                     [name](const char* known) { return Strings::compare(known, name) != 0; });
 }
 
 void VeriPragmas::Set(const char* name, const char* value, linefile_type linefile) {

@@ -31,6 +31,10 @@ private:
   Map _values; // owned name -> owned value
 };
 
+/// Whether an attribute means something to elaboration alone: such names are known, though no object of the database
+/// takes them.
+bool veri_is_language_attribute(const char* name);
+
 /// The annotations of a module, by the key that was in force: "module", or the name of a port.
 class VeriAnnotations {
 public:

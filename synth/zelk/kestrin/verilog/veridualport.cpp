@@ -222,12 +222,10 @@ VeriDualPortValue::Bits VeriDualPortValue::MergeBits(const std::vector<const Bit
   const Bits* present = *std::find_if(inputs.begin(), inputs.end(), [](const Bits* bits) { return bits != nullptr; });
   for (size_t bit = 0; bit < present->size(); bit++) {
     std::vector<Net*> column;
-    column.reserve(inputs.size());
     for (const Bits* input : inputs) column.push_back(input ? (*input)[bit] : nullptr);
     place_of_bit.push_back(places.try_emplace(std::move(column), places.size()).first->second);
   }
   std::vector<OwnedValue> values;
-  values.reserve(inputs.size());
   for (size_t i = 0; i < inputs.size(); i++) {
     Bits distinct(places.size());
     for (const auto& [column, place] : places) distinct[place] = column[i];
@@ -271,7 +269,7 @@ void VeriDualPortValue::MergeWrite(unsigned port, const std::vector<const VeriDu
   _writes[port] = std::move(merged);
 }
 
-OwnedValue VeriDualPortValue::Merge(const std::vector<OwnedValue>& inputs, const Choice& select) {
+OwnedValue VeriDualPortValue::Merge(std::vector<OwnedValue> inputs, const Choice& select) {
   std::vector<const VeriDualPortValue*> values;
   const VeriDualPortValue* first = nullptr;
   for (const OwnedValue& input : inputs) {

@@ -441,7 +441,6 @@ private:
   OwnedValue _value;
 };
 
-// NOLINTBEGIN(bugprone-macro-parentheses): names of classes take none
 #define VERI_LITERAL(name)                                                                                             \
   class name : public VeriLiteral {                                                                                    \
   public:                                                                                                              \
@@ -455,7 +454,6 @@ VERI_LITERAL(VeriTimeLiteral)
 /// Based numbers and strings.
 VERI_LITERAL(VeriVectorLiteral)
 #undef VERI_LITERAL
-// NOLINTEND(bugprone-macro-parentheses)
 
 // Names.
 

@@ -341,7 +341,6 @@ private:
 };
 
 /// Procedural continuous assignments, none of which is supported: a target, and a value for two of them.
-// NOLINTBEGIN(bugprone-macro-parentheses): names of classes take none
 #define VERI_PROCEDURAL_CLASS(name)                                                                                    \
   class name : public VeriStatement {                                                                                  \
   public:                                                                                                              \
@@ -361,6 +360,5 @@ VERI_PROCEDURAL_CLASS(VeriDeAssign)
 VERI_PROCEDURAL_CLASS(VeriForce)
 VERI_PROCEDURAL_CLASS(VeriRelease)
 #undef VERI_PROCEDURAL_CLASS
-// NOLINTEND(bugprone-macro-parentheses)
 
 #endif

@@ -576,7 +576,7 @@ public:
                           bool non_blocking);
   /// The merge of branches of a flow by a selection among values.
   using Choice = std::function<OwnedValue(std::vector<OwnedValue>)>;
-  static OwnedValue Merge(const std::vector<OwnedValue>& inputs, const Choice& select);
+  static OwnedValue Merge(std::vector<OwnedValue> inputs, const Choice& select);
   /// Puts registers into what is written.
   void Register(Net* clock, Net* enable, const VeriTreeNode* from);
   /// The end of a process: binds the ports that it uses.

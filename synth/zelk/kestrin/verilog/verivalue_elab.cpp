@@ -67,7 +67,7 @@ bool unify(Inputs& inputs, const VeriTreeNode* from) {
 /// Applies a selection to each element of arrays or structs.
 OwnedValue select_elements(Inputs& inputs, const std::function<OwnedValue(Inputs)>& select, const VeriTreeNode* from) {
   const VeriValue* first = first_of(inputs);
-  if (first->IsDualPortValue()) return VeriDualPortValue::Merge(inputs, select);
+  if (first->IsDualPortValue()) return VeriDualPortValue::Merge(std::move(inputs), select);
   unsigned count = first->NumOfElements();
   for (const OwnedValue& input : inputs) {
     if (!input) continue;

@@ -543,7 +543,7 @@ OwnedValue select_elements(Net* condition, OwnedValue one, OwnedValue zero, cons
     std::vector<OwnedValue> branches;
     branches.push_back(std::move(zero));
     branches.push_back(std::move(one));
-    return VeriDualPortValue::Merge(branches, [&](std::vector<OwnedValue> values) {
+    return VeriDualPortValue::Merge(std::move(branches), [&](std::vector<OwnedValue> values) {
       return VeriValue::Select(condition, std::move(values[1]), std::move(values[0]), from);
     });
   }

@@ -7,9 +7,7 @@ void VeriVisitor::TraverseNode(VeriTreeNode* node) {
   if (node) node->Accept(*this);
 }
 
-// NOLINTBEGIN(bugprone-macro-parentheses): names of classes take none
 #define VERI_CLASS(name, base)                                                                                         \
   void name::Accept(VeriVisitor& visitor) { visitor.Visit(*this); }                                                    \
   void VeriVisitor::Visit(name& node) { node.VisitChildren(*this); }
 #include "verilog/veri_classes.def"
-// NOLINTEND(bugprone-macro-parentheses)

@@ -3,7 +3,6 @@
 #ifndef KESTRIN_VERILOG_VERIVISITOR_H
 #define KESTRIN_VERILOG_VERIVISITOR_H
 
-// NOLINTBEGIN(bugprone-macro-parentheses): names of classes take none
 #define VERI_CLASS(name, base) class name;
 #include "verilog/veri_classes.def"
 class VeriTreeNode;
@@ -16,7 +15,5 @@ public:
 #define VERI_CLASS(name, base) virtual void Visit(name& node);
 #include "verilog/veri_classes.def"
 };
-
-// NOLINTEND(bugprone-macro-parentheses)
 
 #endif
