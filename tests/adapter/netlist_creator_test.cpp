@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <random>
+
 #include "database/netlistchecker.h"
 #include "database/primitives.h"
 #include "host/scratch_dir.h"
@@ -253,6 +255,46 @@ TEST_F(CreatorTest, AMistakeIsAnInternalErrorWithItsLine) {
         << mistake.line;
     forget();
   }
+}
+
+// Whatever stands in the file, the reader ends with a netlist or with a mistake.
+TEST_F(CreatorTest, DamagedTextDoesNoHarm) {
+  const std::string text = R"(PORT NAME=a DIRECTION=INPUT LEFT=3 RIGHT=0 LINE=10
+PORT NAME=y DIRECTION=OUTPUT LEFT=0 RIGHT=3
+NETBUS NAME=b LEFT=0 RIGHT=3
+NET NAME=c POWER_UP="1"
+GATE TYPE=DFF NAME=r INPUT=a[1] CLOCK=c OUTPUT=b[2]
+OP TYPE=ADDER INPUT1=a INPUT2=b CIN=c OUTPUT=y
+OP TYPE=NTO1MUX SEL=b[0:1] DATA=a OUTPUT=c
+RAM READ_ADDRESS=b READ_DATA=y WRITE_ENABLE=c WRITE_ADDRESS=b WRITE_DATA=a
+CELL NAME=k
+NETLIST NAME=child
+PORT NAME=x DIRECTION=INOUT
+SET NETLIST=n
+USER_INSTANCE NAME=u VIEW=child
+CONNECT INSTANCE=u PORT=x NET=b[1]
+ATTRIBUTE OBJECT=u NAME=noprune VALUE=1
+SET OBJECT=r NAME=q
+)";
+  ASSERT_NE(read(text), nullptr) << testing::PrintToString(m_errors.texts);
+  forget();
+  const std::string letters = "ab1=,[]:\". -9\n/\t";
+  std::mt19937 random(3);
+  unsigned mistakes = 0;
+  for (int round = 0; round < 2000; round++) {
+    std::string damaged = text;
+    for (unsigned left = 1 + random() % 3; left > 0; left--) {
+      const size_t at = random() % damaged.size();
+      switch (random() % 3) {
+      case 0: damaged[at] = letters[random() % letters.size()]; break;
+      case 1: damaged.erase(at, 1 + random() % 10); break;
+      default: damaged.insert(at, damaged.substr(random() % damaged.size(), random() % 30));
+      }
+    }
+    if (!read(damaged)) mistakes += m_errors.texts.size() == 1;
+    forget();
+  }
+  EXPECT_GT(mistakes, 1000U);
 }
 
 class PROBE : public ZELK_KESTRIN_ELABORATOR {
