@@ -29,7 +29,7 @@ constexpr FAULT faults[] = {
     {SIGABRT, "internal error: aborted\n"},
 };
 
-void end_process(int signal) {
+[[maybe_unused]] void end_process(int signal) { // unused under sanitizers, which report faults themselves
   constexpr int STATUS = 3;
   for (const FAULT& fault : faults) {
     if (fault.signal != signal) continue;
