@@ -107,7 +107,8 @@ def synthesize(design, host, directory):
     """The gate netlist of a design, as zelk-host writes it."""
     netlist = directory / "gate.v"
     parameters = [word for k, v in design.parameters.items() for word in ("-G", f"{k}={v}")]
-    run([host, "--quiet", "--top", design.top, *parameters, *design.host_arguments, "-o", netlist], directory)
+    settings = ["--set", design.options["set"]] if "set" in design.options else []
+    run([host, "--quiet", "--top", design.top, *settings, *parameters, *design.host_arguments, "-o", netlist], directory)
     return netlist
 
 
