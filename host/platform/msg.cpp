@@ -17,7 +17,7 @@ namespace {
 
 constexpr unsigned MAX_ARGUMENTS = 9;
 
-/// A placeholder %N!x! at a position of a text; length 0 when there is none.
+/// An argument mark %N!x! at a position of a text; length 0 when there is none.
 struct PLACEHOLDER {
   unsigned number = 0;
   char type = 0;

@@ -40,11 +40,11 @@ REFUSED = {
     "argument of another type": ('SV-1001 error 10004 NEW\n  "%s"\n  "%1!d! at %2!s!"', "does not give the arguments"),
     "argument left out": ('SV-1001 error 10004 NEW\n  "%s %s"\n  "%1!s! at %2!s!"', "does not give the arguments"),
     "no place for the location": ('SV-1001 error 10004 NEW\n  "%s"\n  "%1!s!"', "does not give the arguments"),
-    "hole in the placeholders": ('SV-1001 error 10004 NEW\n  "x"\n  "at %2!s!"', "a placeholder is missing"),
-    "placeholder of two types": ('SV-1001 error 10004 NEW\n  "x"\n  "%1!s! %1!d!"', "two types"),
-    "unknown placeholder": ('SV-1001 error 10004 NEW\n  "x"\n  "at %1!f!"', "unknown placeholder"),
-    "conversion with a modifier": ('SV-1001 error 10004 NEW\n  "%5d"\n  "%1!d! at %2!s!"', "has no placeholder"),
-    "percent sign": ('SV-1001 error 10004 NEW\n  "5%%"\n  "at %1!s!"', "has no placeholder"),
+    "hole in the argument marks": ('SV-1001 error 10004 NEW\n  "x"\n  "at %2!s!"', "an argument mark is missing"),
+    "argument mark of two types": ('SV-1001 error 10004 NEW\n  "x"\n  "%1!s! %1!d!"', "two types"),
+    "unknown argument mark": ('SV-1001 error 10004 NEW\n  "x"\n  "at %1!f!"', "unknown argument mark"),
+    "conversion with a modifier": ('SV-1001 error 10004 NEW\n  "%5d"\n  "%1!d! at %2!s!"', "has no argument mark"),
+    "percent sign": ('SV-1001 error 10004 NEW\n  "5%%"\n  "at %1!s!"', "has no argument mark"),
     "number out of range": ('SV-1001 error 11001 NEW\n  "x"\n  "at %1!s!"', "out of range"),
     "unknown severity": ('SV-1001 fatal 10004 NEW\n  "x"\n  "at %1!s!"', "unknown severity"),
     "unknown family": ('HDL-1001 error 10004 NEW\n  "x"\n  "at %1!s!"', "unknown family"),
@@ -72,7 +72,7 @@ class Generator(unittest.TestCase):
         make_messages.check(messages)
         return messages
 
-    def test_functions_take_their_arguments_in_the_order_of_the_placeholders(self):
+    def test_functions_take_their_arguments_in_the_order_of_the_argument_marks(self):
         header = make_messages.adapter_header(self.messages(GOOD))
         self.assertIn("MSG_E* BOTH(int a1, char const* a2, char const* a3);", header)
         self.assertIn("MSG_W* DRIVEN(char const* a1, char const* a2);", header)

@@ -79,15 +79,15 @@ class Message:
             self.check_arguments()
 
     def check_arguments(self):
-        placeholders = {}
+        argument_marks = {}
         for position, kind in PLACEHOLDER.findall(self.text):
             if kind not in TYPES:
-                self.fail(f"unknown placeholder %{position}!{kind}!")
-            if placeholders.setdefault(int(position), kind) != kind:
-                self.fail(f"two types of placeholder {position}")
-        if sorted(placeholders) != list(range(1, len(placeholders) + 1)):
-            self.fail("a placeholder is missing in between")
-        self.arguments = "".join(placeholders[position] for position in sorted(placeholders))
+                self.fail(f"unknown argument mark %{position}!{kind}!")
+            if argument_marks.setdefault(int(position), kind) != kind:
+                self.fail(f"two types of argument mark {position}")
+        if sorted(argument_marks) != list(range(1, len(argument_marks) + 1)):
+            self.fail("an argument mark is missing in between")
+        self.arguments = "".join(argument_marks[position] for position in sorted(argument_marks))
         for form in self.formats:
             if conversions(self, form) + "s" != self.arguments:
                 self.fail(f'"{form}" does not give the arguments of "{self.text}"')
@@ -97,7 +97,7 @@ def conversions(message, form):
     found = ""
     for modifiers, letter in KERNEL_CONVERSION.findall(form):
         if modifiers or letter not in TYPES:
-            message.fail(f'conversion "%{modifiers}{letter}" of "{form}" has no placeholder')
+            message.fail(f'conversion "%{modifiers}{letter}" of "{form}" has no argument mark')
         found += letter
     return found
 
