@@ -55,7 +55,7 @@ Lines ErrorsOf(const std::string& text, veri_dialect dialect = VERI_2K) {
 // The language.
 
 TEST(Grammar, PrintedExamplesReadBackAsTheSameTree) {
-  const std::filesystem::path examples = std::filesystem::path(__FILE__).parent_path() / "../../examples";
+  const std::filesystem::path examples = ZELK_EXAMPLES;
   unsigned count = 0;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(examples)) {
     if (entry.path().extension() != ".v") continue;
