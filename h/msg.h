@@ -82,6 +82,8 @@ public:
                                  int line) = 0;
   /// Debug output; called only while debug output is on.
   virtual void on_debug(const std::string& tag, const std::string& text) = 0;
+  /// Nothing more follows, and the process ends with the given status. Called once.
+  virtual void finish(int) {}
 };
 
 /// Counts messages by kind and passes them to the sink. A disabled number is neither counted nor passed on, except that

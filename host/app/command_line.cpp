@@ -152,6 +152,9 @@ PARSER::PARSER(COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project) : m_comma
   m_app.add_option("--color", command.color, "auto, always or never")
       ->type_name("WHEN")
       ->check(CLI::IsMember({"auto", "always", "never"}));
+  m_app.add_option("--diagnostics", command.diagnostics, "Form of the messages: text, json or sarif")
+      ->type_name("FORM")
+      ->check(CLI::IsMember({"text", "json", "sarif"}));
 }
 
 bool PARSER::takes_value(const std::string& option) const {

@@ -16,6 +16,7 @@ struct COMMAND_LINE {
   bool werror = false;
   bool progress = false;
   std::string color = "auto";
+  std::string diagnostics = "text";
 };
 
 enum class PARSE_RESULT { RUN, DONE, WRONG_USAGE };

@@ -44,6 +44,25 @@ EXIT_STATUS run_design(const COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& proj
   return is_good && !has_errors() && !warnings_count(command) ? EXIT_DONE : EXIT_DESIGN_ERRORS;
 }
 
+std::unique_ptr<MSG_SINK> make_diagnostics(const COMMAND_LINE& command) {
+  DIAGNOSTICS_DETAIL detail = command.quiet ? DETAIL_QUIET : DETAIL_ALL;
+  if (command.diagnostics == "json") return make_json_diagnostics(stderr, detail);
+  if (command.diagnostics == "sarif") return make_sarif_diagnostics(stderr, detail);
+  return std::make_unique<TEXT_DIAGNOSTICS>(stderr, color_of(command), detail);
+}
+
+EXIT_STATUS load_and_run(const COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project, ANALYZER_LIBRARY& library) {
+  std::string problem;
+  try {
+    if (library.load(problem)) return run_design(command, project, library);
+  } catch (const std::exception& thrown) {
+    problem = thrown.what();
+  }
+  MSG_INTERNAL_ERROR::report(problem.c_str(), "HOST", __FILE__, __LINE__);
+  FIO_OUTPUT_FILE::remove_all();
+  return EXIT_INTERNAL_ERROR;
+}
+
 EXIT_STATUS run_program(int argc, char** argv) {
   COMMAND_LINE command;
   // The library outlives the project, whose design units hold its elaborators.
@@ -54,17 +73,11 @@ EXIT_STATUS run_program(int argc, char** argv) {
   case PARSE_RESULT::WRONG_USAGE: return EXIT_WRONG_USAGE;
   case PARSE_RESULT::RUN: break;
   }
-  TEXT_DIAGNOSTICS diagnostics(stderr, color_of(command),
-                               command.quiet ? TEXT_DIAGNOSTICS::DETAIL_QUIET : TEXT_DIAGNOSTICS::DETAIL_ALL);
-  msg_get_default_report()->set_sink(&diagnostics);
-  std::string problem;
-  if (!library.load(problem)) {
-    std::fprintf(stderr, "zelk-host: %s\n", problem.c_str());
-    return EXIT_INTERNAL_ERROR;
-  }
-  EXIT_STATUS status = run_design(command, project, library);
-  diagnostics.print_summary();
+  std::unique_ptr<MSG_SINK> diagnostics = make_diagnostics(command);
+  msg_get_default_report()->set_sink(diagnostics.get());
+  EXIT_STATUS status = load_and_run(command, project, library);
   msg_get_default_report()->set_sink(nullptr);
+  diagnostics->finish(status);
   return status;
 }
 

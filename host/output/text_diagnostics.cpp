@@ -2,27 +2,12 @@
 #include "text_diagnostics.h"
 
 #include <fmt/format.h>
-#include <string_view>
 
 namespace {
 
-struct LOOK {
-  const char* word;
-  const char* style;
-};
-
-constexpr LOOK looks[] = {
-    {"error", "\033[1;31m"}, {"info", "\033[1;36m"}, {"warning", "\033[1;35m"}}; // by MSG_KIND_ENUM
+constexpr const char* styles[] = {"\033[1;31m", "\033[1;36m", "\033[1;35m"}; // by MSG_KIND_ENUM
 constexpr const char* STYLE_OFF = "\033[0m";
 constexpr const char* STYLE_DIM = "\033[2m";
-
-/// Messages that only make sense after another one.
-bool is_note(const MSG_BASE& message) {
-  if (message.get_kind() != MSG_KIND_INFO) return false;
-  for (std::string_view part : {"SEE_DECLARATION", "DECLARED_HERE", "_IS_HERE"})
-    if (message.get_name().find(part) != std::string::npos) return true;
-  return false;
-}
 
 std::string plural(unsigned count, const char* word) {
   return fmt::format("{} {}{}", count, word, count == 1 ? "" : "s");
@@ -35,12 +20,11 @@ std::string TEXT_DIAGNOSTICS::styled(const char* style, const std::string& text)
 }
 
 void TEXT_DIAGNOSTICS::on_message(const MSG_BASE& message) {
-  if (m_detail == DETAIL_QUIET && message.get_kind() == MSG_KIND_INFO && !is_note(message)) return;
-  const LOOK& look = looks[message.get_kind()];
-  std::string indent = is_note(message) ? "  " : "";
-  std::string word = is_note(message) ? "note" : look.word;
-  std::string text = fmt::format("{}{}: {}\n", indent, styled(look.style, fmt::format("{} {}", word, message.get_id())),
-                                 message.get_text());
+  if (!is_shown(message, m_detail)) return;
+  const char* indent = is_note(message) ? "  " : "";
+  const char* word = is_note(message) ? "note" : severity_word(message.get_kind());
+  std::string head = styled(styles[message.get_kind()], fmt::format("{} {}", word, message.get_id()));
+  std::string text = fmt::format("{}{}: {}\n", indent, head, message.get_text());
   std::string source;
   if (message.has_location() && m_lines.get(message.get_file(), message.get_line(), source))
     text += fmt::format("{}{} {}\n", indent, styled(STYLE_DIM, fmt::format("{:>6} |", message.get_line())), source);
@@ -49,8 +33,8 @@ void TEXT_DIAGNOSTICS::on_message(const MSG_BASE& message) {
 
 void TEXT_DIAGNOSTICS::on_internal_error(const std::string& text, const std::string& area, const std::string& file,
                                          int line) {
-  std::string all = fmt::format("{}: {} ({}, {}:{})\n", styled(looks[MSG_KIND_ERROR].style, "internal error"), text,
-                                area, file, line);
+  std::string all =
+      fmt::format("{}: {} ({}, {}:{})\n", styled(styles[MSG_KIND_ERROR], "internal error"), text, area, file, line);
   std::fwrite(all.data(), 1, all.size(), m_stream);
   std::fflush(m_stream);
 }
@@ -60,7 +44,7 @@ void TEXT_DIAGNOSTICS::on_debug(const std::string& tag, const std::string& text)
   std::fwrite(all.data(), 1, all.size(), m_stream);
 }
 
-void TEXT_DIAGNOSTICS::print_summary() {
+void TEXT_DIAGNOSTICS::finish(int) {
   MSG_REPORT* report = msg_get_default_report();
   std::string text = fmt::format("{}, {}", plural(report->get_message_count(MSG_KIND_ERROR), "error"),
                                  plural(report->get_message_count(MSG_KIND_WARNING), "warning"));

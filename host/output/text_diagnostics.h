@@ -6,20 +6,20 @@
 #include <cstdio>
 #include <string>
 
-#include "msg.h"
+#include "diagnostics.h"
 #include "platform/source_lines.h"
 
 class TEXT_DIAGNOSTICS : public MSG_SINK {
 public:
   enum COLOR { COLOR_OFF, COLOR_ON };
-  enum DETAIL { DETAIL_ALL, DETAIL_QUIET }; // quiet: errors and warnings only
-  TEXT_DIAGNOSTICS(FILE* stream, COLOR color, DETAIL detail) : m_stream(stream), m_color(color), m_detail(detail) {}
+  TEXT_DIAGNOSTICS(FILE* stream, COLOR color, DIAGNOSTICS_DETAIL detail)
+      : m_stream(stream), m_color(color), m_detail(detail) {}
 
   void on_message(const MSG_BASE& message) override;
   void on_internal_error(const std::string& text, const std::string& area, const std::string& file, int line) override;
   void on_debug(const std::string& tag, const std::string& text) override;
-  /// The last line of a run.
-  void print_summary();
+  /// Prints the last line of a run: the counts.
+  void finish(int status) override;
 
 private:
   std::string styled(const char* style, const std::string& text) const;
@@ -27,7 +27,7 @@ private:
   FILE* m_stream;
   SOURCE_LINES m_lines;
   COLOR m_color;
-  DETAIL m_detail;
+  DIAGNOSTICS_DETAIL m_detail;
 };
 
 #endif

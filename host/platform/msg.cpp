@@ -179,6 +179,7 @@ void MSG_INTERNAL_ERROR::report(const char* text, const char* area, const char* 
 void MSG_INTERNAL_ERROR::report_and_exit(const char* text, const char* area, const char* file, int line) {
   constexpr int STATUS = 3;
   report(text, area, file, line);
+  if (MSG_SINK* sink = msg_get_default_report()->get_sink()) sink->finish(STATUS);
   FIO_OUTPUT_FILE::remove_all();
   std::fflush(nullptr);
   // No statics are taken down: the state that they would walk is the one found broken.

@@ -215,7 +215,7 @@ TEST(MemoryFile, WordsAndRangesByAddress) {
   EXPECT_FALSE(MIF_FILE().read(scratch.path("none.mif")));
 }
 
-std::string shown(const MSG_BASE& message, TEXT_DIAGNOSTICS::DETAIL detail = TEXT_DIAGNOSTICS::DETAIL_ALL) {
+std::string shown(const MSG_BASE& message, DIAGNOSTICS_DETAIL detail = DETAIL_ALL) {
   SCRATCH_DIR scratch;
   std::string path = scratch.path("out");
   FILE* stream = std::fopen(path.c_str(), "w");
@@ -241,7 +241,7 @@ TEST(TextDiagnostics, TheSourceLineStandsUnderTheMessage) {
   EXPECT_EQ(shown(located<MSG_W>("text", file, 9)), "warning 10161: text\n");
   EXPECT_EQ(shown(located<MSG_I>("see/IZELK_HDL_SEE_DECLARATION", file, 1)),
             "  note 10161: see\n       1 | module m;\n");
-  EXPECT_EQ(shown(located<MSG_I>("text", file, 1), TEXT_DIAGNOSTICS::DETAIL_QUIET), "");
+  EXPECT_EQ(shown(located<MSG_I>("text", file, 1), DETAIL_QUIET), "");
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Derives the message code from the catalogue.
 
-usage: make_messages.py CATALOGUE OUTPUT_FOLDER     writes kernel/ and adapter/ below the folder
+usage: make_messages.py CATALOGUE OUTPUT_FOLDER     writes kernel/, adapter/ and host/ below the folder
        make_messages.py --check CATALOGUE           only checks
 
 A catalogue is blocks of lines with blank lines between them; lines that begin with "#" are comments. A block is
@@ -239,6 +239,13 @@ def adapter_translation(messages):
     return "".join(out)
 
 
+def host_ids(messages):
+    rows = sorted((message.number, message.id) for message in numbered(messages) if message.id)
+    out = [BANNER, "// KERNEL_ID(host number, id of the front end's message behind it), in the order of the numbers.\n"]
+    out += [f'KERNEL_ID({number}, "{kernel_id}")\n' for number, kernel_id in rows]
+    return "".join(out)
+
+
 def write(folder, name, text):
     path = os.path.join(folder, name)
     os.makedirs(os.path.dirname(path), exist_ok=True)
@@ -263,6 +270,7 @@ def main(arguments):
         write(arguments[1], "adapter/zelk_msgs.h", adapter_header(messages))
         write(arguments[1], "adapter/zelk_msgs.cpp", adapter_functions(messages))
         write(arguments[1], "adapter/zelk_msg_handler_auto.cpp", adapter_translation(messages))
+        write(arguments[1], "host/kernel_ids.def", host_ids(messages))
     return 0
 
 
