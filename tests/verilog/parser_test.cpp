@@ -165,8 +165,16 @@ package p;
   function void nothing(); endfunction : nothing
 endpackage : p
 interface bus #(parameter W = 4) (input logic clk);
-  logic [W-1:0] d; modport mst (output d, input clk), slv (input d);
+  logic [W-1:0] d; function automatic int f(int x); return x; endfunction
+  modport mst (output d, (* x = 1 *) input clk, import f, input .low(d[1:0])), slv (input d, clk);
+  modport tb (import function int f(int x));
 endinterface
+module nest #(parameter type T = logic, U = int, localparam type L = T, type V) (interface g, interface.mst h [2]);
+  localparam type A = logic, B = U; parameter type C = B;
+  module inner #(int N = 1) (input T x); endmodule : inner
+  interface inner_bus; wire w; endinterface
+  inner #(2) i (.x(g.d));
+endmodule
 module m import p::*; #(int W = 8, parameter type T = logic, localparam D = W * 2) (
   input logic clk, rst, input byte_t a, output state_t st, output logic [W-1:0] q [3:0], bus.mst b, bus b2,
   input var int z, inout wire w, logic l, output p::pkt_t pk);

@@ -342,6 +342,85 @@ TEST(Module, AnExternDeclarationWithoutPortDeclarationsIsIgnored) {
             Lines{"1: warning: ignored extern module declaration with list of ports"});
 }
 
+// Interfaces.
+
+constexpr auto bus_text = "interface bus(input logic clk);\n"
+                          "logic d, v; function automatic int f(int x); return x; endfunction\n"
+                          "modport mst(output d, import f, input .low(v)), slv(input d);\n"
+                          "endinterface\n";
+
+TEST(Interface, PortsOfferWhatTheInterfaceOrItsModportLists) {
+  Analysis analysis;
+  EXPECT_EQ(
+      analysis.Errors(std::string(bus_text) +
+                          "module m(bus b, bus.mst p, bus.slv s [2], interface g, bus.foo q, unknown u, n k);\n"
+                          "assign b.d = b.v & b.clk & b.x;\n"
+                          "assign p.d = p.low;\n"
+                          "assign p.v = s[0].d & g.anything & u.anything;\n"
+                          "initial b.d = p.f(1) + s[1].clk;\n"
+                          "endmodule\n"
+                          "module n; endmodule\n",
+                      VERI_SV),
+      (Lines{"5: error: foo is not declared under this prefix", "5: error: unknown is not declared",
+             "5: error: n is not declared", "6: error: x is not declared under this prefix",
+             "8: error: v is not declared under this prefix", "9: error: clk is not declared under this prefix"}));
+  const VeriVariable* port = Analysis::Variable("m", "p");
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(port->GetInterface(), Analysis::Module("bus"));
+  ASSERT_NE(port->GetModport(), nullptr);
+  EXPECT_EQ(port->GetModport()->FindPort("d")->Object(), Analysis::Variable("bus", "d"));
+  EXPECT_TRUE(Analysis::Variable("m", "g")->IsGenericInterfacePort());
+}
+
+TEST(Interface, AModportListsObjectsOfTheInterface) {
+  Analysis analysis;
+  EXPECT_EQ(analysis.Errors("interface bus;\nlogic d;\nmodport m(input d, e, import d);\nmodport m(input d, d);\n"
+                            "endinterface\n",
+                            VERI_SV),
+            (Lines{"3: error: d is already declared", "4: error: m is already declared",
+                   "4: error: d is already declared", "1: error: design unit bus ignored due to previous errors"}));
+  EXPECT_EQ(analysis.Errors("interface bus2;\nlogic d;\nmodport m(input d, e,\nimport g);\nendinterface\n", VERI_SV),
+            (Lines{"3: error: modport port e does not correspond to an object in the enclosing interface",
+                   "4: error: modport port g does not correspond to an object in the enclosing interface"}));
+}
+
+TEST(Interface, APortOfOneHasNeitherDirectionNorValue) {
+  Analysis analysis;
+  EXPECT_EQ(analysis.Errors("module m(\ninput bus b,\nbus c = 1);\nendmodule\n", VERI_SV),
+            (Lines{"2: error: can't declare interface port with a direction",
+                   "3: error: interface ports can't have initial values",
+                   "1: error: design unit m ignored due to previous errors"}));
+}
+
+TEST(Module, ANestedOneIsKnownInsideOnly) {
+  Analysis analysis;
+  EXPECT_EQ(analysis.Errors("module top(input logic a, output logic y);\n"
+                            "  parameter W = 2;\n"
+                            "  module inner(input logic [W-1:0] x, output logic z); assign z = x[0] & q; endmodule\n"
+                            "  inner i(.x({a, a}), .z(y));\n"
+                            "endmodule\n",
+                            VERI_SV),
+            Lines{"3: error: q is not declared"});
+  EXPECT_EQ(Analysis::Module("inner"), nullptr);
+  const VeriModule* inner = Analysis::Module("top")->GetScope()->FindNestedModule("inner");
+  ASSERT_NE(inner, nullptr);
+  EXPECT_EQ(inner->EnclosingModule(), Analysis::Module("top"));
+  EXPECT_TRUE(Analysis::Variable("top", "y")->Is(IDF_ASSIGNED)) << "by the direction of the nested module's port";
+}
+
+TEST(Module, TypeParametersStandAmongTheOthersInOrder) {
+  Analysis analysis;
+  EXPECT_EQ(
+      analysis.Errors("module m #(int W = 1, parameter type T = logic, U = bit, localparam type L = T, int V = 2);"
+                      "\nT t; L l;\nendmodule\n",
+                      VERI_SV),
+      Lines());
+  std::string names;
+  for (const VeriValuedId* formal : Analysis::Module("m")->OverridableFormals()) names += formal->Name();
+  EXPECT_EQ(names, "WTUV");
+  EXPECT_EQ(Analysis::Module("m")->TypeParams().size(), 3U);
+}
+
 TEST(Generate, OnlyTheLoopAssignsToItsGenvar) {
   Analysis analysis;
   EXPECT_EQ(analysis.Errors("module m;\n"

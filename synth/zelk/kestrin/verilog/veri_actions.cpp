@@ -38,6 +38,7 @@ struct ParserState {
   bool has_kept = false;
   unsigned unread_count = 0; // since a token came from the scanner
   int last_code = 0;
+  int stray_unit = VERI_MODULE;
   const char* last_text = nullptr;
   const char* package = nullptr; // the name in front of the last "::"
 };
@@ -127,6 +128,14 @@ int classify_name(const veri_token& token) {
   return VERI_PACKAGE_ID;
 }
 
+/// A word that begins a design unit where none can begin. Modules of SystemVerilog can be nested.
+bool is_stray_unit(int code) {
+  const bool can_nest = VeriNode::IsSystemVerilog();
+  const bool begins_unit = code == VERI_PRIMITIVE || code == VERI_PACKAGE || code == VERI_CONFIG ||
+                           (!can_nest && (code == VERI_MODULE || code == VERI_MACROMODULE));
+  return begins_unit && parser.scope->ModuleScope();
+}
+
 } // namespace
 
 veri_token veri_next_token() {
@@ -137,8 +146,14 @@ veri_token veri_next_token() {
   if (token.code == VERI_SCOPE_OP) parser.package = parser.last_text;
   parser.last_code = token.code;
   parser.last_text = token.text;
+  if (is_stray_unit(token.code)) {
+    parser.stray_unit = token.code;
+    token.code = VERI_STRAY_UNIT;
+  }
   return token;
 }
+
+int veri_stray_unit() { return parser.stray_unit; }
 
 void veri_unread(int code, veri_location place) {
   // Each time, a construct ends; there cannot be more of these than the parser's stack holds.
@@ -615,6 +630,20 @@ VeriModuleItem* veri_param_port(unsigned token, VeriTypeDef* type, VeriIdDecl* i
   return veri_param_decl(token, type, veri_list<VeriIdDecl>(id), place);
 }
 
+VeriModuleItem* veri_local_type(VeriModuleItem* type) {
+  veri_need_systemverilog(static_cast<veri_location>(type->Linefile()), "a local parameter in a parameter list");
+  static_cast<VeriTypeDecl*>(type)->GetId()->SetParamToken(VERI_LOCALPARAM);
+  return type;
+}
+
+VeriModuleItems* veri_append_type_port(VeriModuleItems* ports, const char* name, VeriRanges* ranges, VeriTypeDef* type,
+                                       veri_location place) {
+  const auto* former = dynamic_cast<const VeriTypeDecl*>(ports->GetLast());
+  if (!former) veri_error(place, "syntax error near %s", "\"=\", expecting an operand");
+  const unsigned token = former ? former->GetId()->ParamToken() : static_cast<unsigned>(VERI_PARAMETER);
+  return veri_append(ports, veri_type_decl(type, name, ranges, place, token));
+}
+
 VeriModuleItems* veri_append_param_port(VeriModuleItems* ports, VeriIdDecl* id) {
   VeriModuleItem* last = ports->GetLast();
   auto* decl = dynamic_cast<VeriParamDecl*>(last);
@@ -627,15 +656,23 @@ VeriModuleItems* veri_append_param_port(VeriModuleItems* ports, VeriIdDecl* id) 
   return ports;
 }
 
-VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* ranges, veri_location place) {
+VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* ranges, veri_location place,
+                               unsigned param_token) {
   auto id = std::make_unique<VeriDataType>(name, place);
   id->SetType(type);
+  id->SetParamToken(param_token);
   id->SetUnpackedRanges(ranges);
   VeriDataType* declared = id.get();
   auto* decl = new VeriTypeDecl(type, new VeriIdDecl(std::move(id), ranges, nullptr, place), place);
   declared->SetModuleItem(decl);
   declare_id(declared);
   return decl;
+}
+
+VeriModuleItems* veri_close_type_params(VeriModuleItems* params, unsigned token) {
+  for (VeriModuleItem* item : *params) static_cast<VeriTypeDecl*>(item)->GetId()->SetParamToken(token);
+  veri_closed(params->GetFirst());
+  return params;
 }
 
 VeriModuleItem* veri_import(const char* package, const char* name, veri_location place) {
@@ -745,13 +782,14 @@ VeriExpression* veri_with_port_attributes(VeriExpression* port, Map* attributes)
   return port;
 }
 
-VeriExpression* veri_interface_port(const char* interface, const char* modport, const char* name, VeriRanges* ranges,
-                                    veri_location place) {
+VeriExpression* veri_interface_port(const char* interface, const char* modport, VeriIdDecl* id, veri_location place) {
   veri_need_systemverilog(place, "an interface port");
-  VeriName* type = new VeriIdRef(interface, place);
-  if (modport) type = new VeriSelectedName(type, modport, place);
-  VeriIdDecl* id = veri_new_variable(name, ranges, nullptr, place);
-  auto* decl = new VeriDataDecl(0, 0, new VeriTypeName(type, nullptr, place), veri_list<VeriIdDecl>(id), place);
+  VeriName* type = interface ? new VeriIdRef(interface, place) : nullptr;
+  if (id->Value()) {
+    veri_error(place, "interface ports can't have initial values");
+    delete id->TakeValue();
+  }
+  auto* decl = new VeriDataDecl(0, 0, new VeriInterfaceTypeDef(type, modport, place), veri_list<VeriIdDecl>(id), place);
   declare_ansi_port(decl, id);
   return new VeriAnsiPortDecl(decl, place);
 }
@@ -1153,6 +1191,48 @@ VeriModuleItem* veri_end_generate_block(VeriScopeHead* head, VeriModuleItems* it
 VeriModuleItem* veri_end_single_generate(VeriScopeHead* head, VeriModuleItem* item) {
   if (item) head->place = static_cast<veri_location>(item->Linefile());
   return veri_end_generate_block(head, veri_append_item(new VeriModuleItems, item, nullptr), nullptr, 0);
+}
+
+VeriModuleItem* veri_nested_module(VeriDesignUnit* unit, veri_location place) {
+  if (!unit) return nullptr;
+  auto* module = static_cast<VeriModule*>(unit);
+  module->GetId()->SetLibrary(parser.work);
+  if (*module->Name()) declare_id(module->GetId());
+  return new VeriNestedModule(module, place);
+}
+
+VeriScopeHead* veri_open_modport(const char* name, veri_location place) {
+  auto* head = new VeriScopeHead(VERI_MODPORT, place);
+  auto id = std::make_unique<VeriModportId>(name, place);
+  declare_id(id.get());
+  push_scope(head, SCOPE_BLOCK, id.get());
+  head->id = std::make_unique<VeriIdDecl>(std::move(id), nullptr, nullptr, place);
+  parser.port_direction = VERI_INOUT;
+  return head;
+}
+
+VeriModport* veri_end_modport(VeriScopeHead* head, VeriNodes<VeriModportPorts>* ports) {
+  const std::unique_ptr<VeriScopeHead> owned(head);
+  std::unique_ptr<VeriScope> scope = pop_scope(head);
+  return new VeriModport(head->id.release(), ports, std::move(scope), head->place);
+}
+
+void veri_modport_direction(unsigned direction) { parser.port_direction = direction; }
+
+VeriModportPorts* veri_modport_port(const char* name, VeriExpression* expression, veri_location place) {
+  VeriIdDecl* declaration = veri_new_variable(name, nullptr, expression, place);
+  declaration->IdAs<VeriVariable>()->SetDir(parser.port_direction);
+  declare_id(declaration->GetId());
+  return new VeriModportPorts(parser.port_direction, declaration, place);
+}
+
+VeriModportPorts* veri_modport_prototype(VeriScopeHead* head, VeriModuleItems* ports) {
+  const std::unique_ptr<VeriScopeHead> owned(head);
+  const std::unique_ptr<VeriModuleItems> owned_ports(ports);
+  const std::unique_ptr<VeriScope> scope = pop_scope(head);
+  const std::string name = head->id->GetId()->Name();
+  head->id.reset();
+  return veri_modport_port(name.c_str(), nullptr, head->place);
 }
 
 VeriTable* veri_add_row(VeriTable* table, std::string* row) {

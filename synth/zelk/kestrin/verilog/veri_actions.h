@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "verilog/veri_lex.h"
+#include "verilog/veri_message.h"
 #include "verilog/verilibrary.h"
 #include "verilog/verimodule.h"
 #include "verilog/verimoduleitem.h"
@@ -19,7 +20,7 @@ using veri_location = unsigned;
 using VeriRanges = VeriNodes<VeriRange>;
 
 /// Codes of names that the parser tells apart, above those of the scanner.
-enum veri_name_code : int { VERI_TYPE_ID = 1001, VERI_PACKAGE_ID = 1002 };
+enum veri_name_code : int { VERI_TYPE_ID = 1001, VERI_PACKAGE_ID = 1002, VERI_STRAY_UNIT = 1003 };
 
 class VeriParser {
 public:
@@ -71,6 +72,8 @@ struct VeriScopeHead {
 veri_token veri_next_token();
 /// The token comes again; nothing may have been read behind it.
 void veri_unread(int code, veri_location place);
+/// The word of the last token that was one of a design unit where none can begin.
+int veri_stray_unit();
 /// Drops tokens up to this one, which comes next; parentheses in between are counted for a closing one.
 void veri_skip_to(int code);
 
@@ -127,12 +130,15 @@ void veri_time_unit(const char* unit, const char* precision);
 
 // Ports and parameters of a head.
 VeriModuleItem* veri_param_port(unsigned token, VeriTypeDef* type, VeriIdDecl* id, veri_location place);
+VeriModuleItem* veri_local_type(VeriModuleItem* type);
+/// `name = type` without a keyword, behind a parameter that stands for a type.
+VeriModuleItems* veri_append_type_port(VeriModuleItems* ports, const char* name, VeriRanges* ranges, VeriTypeDef* type,
+                                       veri_location place);
 VeriModuleItems* veri_append_param_port(VeriModuleItems* ports, VeriIdDecl* id);
 VeriExpressions* veri_port_list(VeriExpressions* ports);
 VeriExpression* veri_ansi_port(unsigned direction, unsigned net_type, VeriTypeDef* type, VeriIdDecl* id,
                                veri_location place);
-VeriExpression* veri_interface_port(const char* interface, const char* modport, const char* name, VeriRanges* ranges,
-                                    veri_location place);
+VeriExpression* veri_interface_port(const char* interface, const char* modport, VeriIdDecl* id, veri_location place);
 /// Attributes of a port are those of its declaration.
 VeriExpression* veri_with_port_attributes(VeriExpression* port, Map* attributes);
 VeriExpressions* veri_continue_ansi_port(VeriExpressions* ports, VeriIdDecl* id, Map* attributes);
@@ -153,7 +159,11 @@ VeriModuleItem* veri_net_decl(unsigned net_type, VeriTypeDef* type, VeriIdDecls*
 VeriModuleItem* veri_data_decl(VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriModuleItem* veri_lifetime_decl(unsigned lifetime, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriModuleItem* veri_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
-VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* ranges, veri_location place);
+/// `param_token`: 0 for a typedef; the type of a parameter may be null.
+VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* ranges, veri_location place,
+                               unsigned param_token = 0);
+/// The parameters of one declaration get its token.
+VeriModuleItems* veri_close_type_params(VeriModuleItems* params, unsigned token);
 VeriModuleItem* veri_import(const char* package, const char* name, veri_location place);
 /// Typing errors in a list of declared names.
 VeriIdDecls* veri_misplaced_value(VeriIdDecls* ids, VeriExpression* value, veri_location place);
@@ -189,6 +199,14 @@ VeriScopeHead* veri_open_generate_block(const char* label, veri_location place);
 VeriModuleItem* veri_end_generate_block(VeriScopeHead* head, VeriModuleItems* items, const char* label,
                                         veri_location label_place);
 VeriModuleItem* veri_end_single_generate(VeriScopeHead* head, VeriModuleItem* item);
+VeriModuleItem* veri_nested_module(VeriDesignUnit* module, veri_location place);
+// Modports. A port without direction has that of the one before it.
+VeriScopeHead* veri_open_modport(const char* name, veri_location place);
+VeriModport* veri_end_modport(VeriScopeHead* head, VeriNodes<VeriModportPorts>* ports);
+void veri_modport_direction(unsigned direction);
+VeriModportPorts* veri_modport_port(const char* name, VeriExpression* expression, veri_location place);
+/// The prototype of a subprogram, of which the name is kept.
+VeriModportPorts* veri_modport_prototype(VeriScopeHead* head, VeriModuleItems* ports);
 VeriTable* veri_add_row(VeriTable* table, std::string* row);
 std::string* veri_join_row(std::string* row, std::string* symbols);
 

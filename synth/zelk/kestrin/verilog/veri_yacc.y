@@ -78,6 +78,10 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
   VeriModuleItems* items;
   VeriInst* inst;
   VeriNodes<VeriInst>* insts;
+  VeriModport* modport;
+  VeriNodes<VeriModport>* modports;
+  VeriModportPorts* modport_port;
+  VeriNodes<VeriModportPorts>* modport_ports;
   VeriNetRegAssign* assign;
   VeriNodes<VeriNetRegAssign>* assigns;
   VeriDefParamAssign* defparam;
@@ -99,7 +103,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 }
 
 %destructor { veri_discard($$); } <expr> <exprs> <name> <indexed> <range> <ranges> <type> <parts> <id> <ids> <data>
-  <datas> <item> <items> <inst> <insts> <assign> <assigns> <defparam> <defparams> <gen_case_item> <gen_case_items>
+  <datas> <item> <items> <inst> <insts> <modport> <modports> <modport_port> <modport_ports> <assign> <assigns> <defparam> <defparams> <gen_case_item> <gen_case_items>
   <stmt> <stmts> <case_item> <case_items> <control> <assignment> <table> <unit> <body> <scope>
 %destructor { VeriTreeNode::DeleteAttributes($$); } <attributes>
 %destructor { delete $$; } <string>
@@ -109,6 +113,8 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %token VERI_TYPE_ID 1001
 /* The name of a package in front of "::". */
 %token VERI_PACKAGE_ID 1002
+/* The word that begins a design unit, where none can begin: the end of the one around is missing. */
+%token VERI_STRAY_UNIT 1003
 
 %type <text> VERI_ID VERI_TYPE_ID VERI_PACKAGE_ID VERI_BASE VERI_BASED_VALUE VERI_UNSIZED_LITERAL
   VERI_STRING_LITERAL VERI_SYSTEM_ID VERI_UDP_EDGE VERI_UDP_WILDCARD_EDGE VERI_UDP_VALUE VERI_TIME_LITERAL
@@ -117,7 +123,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <text> any_id package_id label_opt closing_label
 %type <token> module_keyword direction net_type signing signing_opt vector_type atom_type gate_type case_keyword
   lifetime_opt packed_opt operator_assign increment always_keyword unique_priority unique_priority_opt join_keyword
-  scalared_opt struct_keyword
+  scalared_opt struct_keyword unit_end
 %type <attributes> attrs trailing_attrs inner_attrs attribute_instances attribute_specs
 %type <expr> expr primary literal concat mintypmax lvalue index port_expr port_expr_opt port_reference connection
   ansi_port interface_port init_opt argument event_expr assignment_pattern param_value delay_value cast_type
@@ -129,7 +135,8 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <indexed> indexed_name
 %type <range> dimension packed_dim
 %type <ranges> dimensions dimensions_opt packed_dims packed_dims_opt
-%type <type> data_type keyword_type data_type_or_implicit implicit_type type_name void_or_data_type enum_base_opt
+%type <type> data_type keyword_type data_type_or_implicit implicit_type shaped_type type_name void_or_data_type
+  enum_base_opt type_value_opt
 %type <parts> keyed_parts
 %type <id> variable_id param_assign member_id enum_element genvar_id
 %type <ids> variable_ids param_assigns member_ids enum_elements genvar_ids
@@ -139,9 +146,13 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
   type_decl port_decl function_decl task_decl generate_region gen_conditional gen_body gen_cond_body gen_begin_block
   gen_single instantiation gate_instantiation continuous_assign process defparam_item genvar_decl specify_block
   ignored_item tf_port_decl specparam_decl udp_item gen_if gen_case gen_for module_only_item
-  param_port modport_decl timeunits import_item
+  param_port modport_decl timeunits import_item type_param
 %type <items> module_items param_ports_opt param_ports param_port_list tf_ports_opt tf_ports tf_port_list
-  import_decl import_items unit_imports udp_items gen_items
+  import_decl import_items unit_imports udp_items gen_items item_group type_params
+%type <modport> modport
+%type <modports> modports
+%type <modport_port> modport_port
+%type <modport_ports> modport_ports
 %type <inst> instance
 %type <insts> instances
 %type <assign> net_assign
@@ -164,7 +175,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
   interface_end extern_module config_decl
 %type <body> body body_decls body_stmts broken_block broken_fork broken_function broken_task
 %type <scope> unit_head block_head par_head function_head task_head gen_begin_head gen_single_head
-  for_head gen_for_head primitive_head package_head interface_head
+  for_head gen_for_head primitive_head package_head interface_head modport_head
 
 /* Precedence of the operators: IEEE 1364-2005 table 5-4. */
 %precedence LOWER_THAN_BASE
@@ -200,7 +211,7 @@ source
 description
   : attrs design_unit { veri_finish_unit($2, $1); }
   | attrs package_item { veri_add_global($2, $1, @2); }
-  | attrs import_decl { veri_add_globals($2, $1, @2); }
+  | attrs item_group { veri_add_globals($2, $1, @2); }
   ;
 
 design_unit
@@ -236,6 +247,8 @@ module_end
     { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
   | unit_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items error "endmodule"
     { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
+  | unit_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items error VERI_STRAY_UNIT
+    { $$ = veri_new_module($1, $2, $3, $4, $7, $5); veri_unread(veri_stray_unit(), @9); }
   | unit_head error ";" module_items "endmodule" { $$ = veri_new_module($1, nullptr, nullptr, nullptr, $4, nullptr); }
   | unit_head error ";" module_items error "endmodule"
     { $$ = veri_new_module($1, nullptr, nullptr, nullptr, $4, nullptr); }
@@ -283,6 +296,27 @@ lifetime_opt
   : %empty { $$ = 0; }
   | "automatic" { $$ = VERI_AUTOMATIC; }
   | "static" { $$ = VERI_STATIC; }
+  ;
+
+/* Declarations that make several items. */
+item_group
+  : import_decl
+  | "parameter" "type" type_params ";" { $$ = veri_close_type_params($3, VERI_PARAMETER); }
+  | "localparam" "type" type_params ";" { $$ = veri_close_type_params($3, VERI_LOCALPARAM); }
+  ;
+
+type_params
+  : type_param { $$ = veri_list<VeriModuleItem>($1); }
+  | type_params "," type_param { $$ = veri_append($1, $3); }
+  ;
+
+type_param
+  : any_id type_value_opt { $$ = veri_type_decl($2, $1, nullptr, @1, VERI_PARAMETER); }
+  ;
+
+type_value_opt
+  : %empty { $$ = nullptr; }
+  | "=" data_type { $$ = $2; }
   ;
 
 unit_imports
@@ -401,14 +435,16 @@ param_port_list
     }
   | param_port_list "," param_port { $$ = veri_append($1, $3); }
   | param_port_list "," param_assign { $$ = veri_append_param_port($1, $3); }
+  | param_port_list "," VERI_ID dimensions_opt "=" data_type { $$ = veri_append_type_port($1, $3, $4, $6, @3); }
   ;
 
 param_port
   : "parameter" data_type_or_implicit param_assign { $$ = veri_param_port(VERI_PARAMETER, $2, $3, @1); }
   | "localparam" data_type_or_implicit param_assign { $$ = veri_param_port(VERI_LOCALPARAM, $2, $3, @1); }
   | data_type param_assign { $$ = veri_param_port(VERI_PARAMETER, $1, $2, @1); }
-  | "parameter" "type" any_id "=" data_type { $$ = veri_type_decl($5, $3, nullptr, @3); }
-  | "type" any_id "=" data_type { $$ = veri_type_decl($4, $2, nullptr, @2); }
+  | "parameter" "type" type_param { $$ = $3; }
+  | "localparam" "type" type_param { $$ = veri_local_type($3); }
+  | "type" type_param { $$ = $2; }
   ;
 
 ports_opt
@@ -458,7 +494,9 @@ ansi_ports
   ;
 
 ansi_port
-  : direction data_type_or_implicit variable_id { $$ = veri_ansi_port($1, 0, $2, $3, @1); }
+  : direction variable_id { $$ = veri_ansi_port($1, 0, nullptr, $2, @1); }
+  | direction shaped_type variable_id { $$ = veri_ansi_port($1, 0, $2, $3, @1); }
+  | direction data_type variable_id { $$ = veri_ansi_port($1, 0, $2, $3, @1); }
   | direction net_type data_type_or_implicit variable_id { $$ = veri_ansi_port($1, $2, $3, $4, @1); }
   | direction "var" data_type_or_implicit variable_id { $$ = veri_ansi_port($1, VERI_VAR, $3, $4, @1); }
   | net_type data_type_or_implicit variable_id { $$ = veri_ansi_port(0, $1, $2, $3, @1); }
@@ -467,10 +505,15 @@ ansi_port
   ;
 
 interface_port
-  : VERI_ID VERI_ID dimensions_opt { $$ = veri_interface_port($1, nullptr, $2, $3, @1); }
-  | VERI_ID "." any_id VERI_ID dimensions_opt { $$ = veri_interface_port($1, $3, $4, $5, @1); }
-  | "interface" VERI_ID dimensions_opt { $$ = veri_interface_port("interface", nullptr, $2, $3, @1); }
-  | "interface" "." any_id VERI_ID dimensions_opt { $$ = veri_interface_port("interface", $3, $4, $5, @1); }
+  : VERI_ID variable_id { $$ = veri_interface_port($1, nullptr, $2, @1); }
+  | VERI_ID "." any_id variable_id { $$ = veri_interface_port($1, $3, $4, @1); }
+  | "interface" variable_id { $$ = veri_interface_port(nullptr, nullptr, $2, @1); }
+  | "interface" "." any_id variable_id { $$ = veri_interface_port(nullptr, $3, $4, @1); }
+  | direction VERI_ID variable_id
+    {
+      veri_error(@1, "can't declare interface port with a direction");
+      $$ = veri_interface_port($2, nullptr, $3, @2);
+    }
   ;
 
 direction
@@ -485,7 +528,9 @@ direction
 module_items
   : %empty { $$ = new VeriModuleItems; }
   | module_items attrs module_item { $$ = veri_append_item($1, $3, $2); }
-  | module_items attrs import_decl { $$ = veri_append_items($1, $3, $2); }
+  | module_items attrs item_group { $$ = veri_append_items($1, $3, $2); }
+  | module_items attrs module_decl { $$ = veri_append_item($1, veri_nested_module($3, @3), $2); }
+  | module_items attrs interface_decl { $$ = veri_append_item($1, veri_nested_module($3, @3), $2); }
   | module_items attrs ";" { $$ = veri_null_item($1, $2, @3); }
   | module_items error ";" { $$ = $1; }
   ;
@@ -558,8 +603,6 @@ param_decl
     { $$ = veri_closed(veri_param_decl(VERI_PARAMETER, $2, $3, @1)); }
   | "localparam" data_type_or_implicit param_assigns ";"
     { $$ = veri_closed(veri_param_decl(VERI_LOCALPARAM, $2, $3, @1)); }
-  | "parameter" "type" any_id "=" data_type ";" { $$ = veri_closed(veri_type_decl($5, $3, nullptr, @3)); }
-  | "localparam" "type" any_id "=" data_type ";" { $$ = veri_closed(veri_type_decl($5, $3, nullptr, @3)); }
   ;
 
 specparam_decl
@@ -700,7 +743,11 @@ data_type_or_implicit
 
 implicit_type
   : %empty { $$ = nullptr; }
-  | signing packed_dims_opt { $$ = new VeriPrimitiveTypeDef(0, $1, $2, @1); }
+  | shaped_type
+  ;
+
+shaped_type
+  : signing packed_dims_opt { $$ = new VeriPrimitiveTypeDef(0, $1, $2, @1); }
   | packed_dims { $$ = new VeriPrimitiveTypeDef(0, 0, $1, @1); }
   ;
 
@@ -892,9 +939,9 @@ body
 
 body_decls
   : attrs block_declaration { $$ = veri_add_declaration(nullptr, $2, $1); }
-  | attrs import_decl { $$ = veri_add_imports(nullptr, $2, $1); }
+  | attrs item_group { $$ = veri_add_imports(nullptr, $2, $1); }
   | body_decls attrs block_declaration { $$ = veri_add_declaration($1, $3, $2); }
-  | body_decls attrs import_decl { $$ = veri_add_imports($1, $3, $2); }
+  | body_decls attrs item_group { $$ = veri_add_imports($1, $3, $2); }
   ;
 
 body_stmts
@@ -906,6 +953,12 @@ body_stmts
 /* Bodies that a syntax error ends. Where the closing word is missing, the end of the module closes them and stays to be
    read. */
 
+unit_end
+  : "endmodule" { $$ = VERI_ENDMODULE; }
+  | "endinterface" { $$ = VERI_ENDINTERFACE; }
+  | "endpackage" { $$ = VERI_ENDPACKAGE; }
+  ;
+
 broken_block
   : block_break { $$ = nullptr; }
   | body_decls block_break { $$ = $1; }
@@ -914,7 +967,8 @@ broken_block
 
 block_break
   : error "end"
-  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); }
+  | error unit_end { veri_unread($2, @2); }
+  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
   ;
 
 broken_fork
@@ -925,7 +979,8 @@ broken_fork
 
 fork_break
   : error join_keyword
-  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); }
+  | error unit_end { veri_unread($2, @2); }
+  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
   ;
 
 broken_function
@@ -936,7 +991,8 @@ broken_function
 
 function_break
   : error "endfunction"
-  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); }
+  | error unit_end { veri_unread($2, @2); }
+  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
   ;
 
 broken_task
@@ -947,7 +1003,8 @@ broken_task
 
 task_break
   : error "endtask"
-  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); }
+  | error unit_end { veri_unread($2, @2); }
+  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
   ;
 
 block_declaration
@@ -1101,7 +1158,7 @@ gen_items
   : %empty { $$ = new VeriModuleItems; }
   | gen_items attrs gen_begin_block { $$ = veri_append_item($1, $3, $2); }
   | gen_items attrs module_item { $$ = veri_append_item($1, $3, $2); }
-  | gen_items attrs import_decl { $$ = veri_append_items($1, $3, $2); }
+  | gen_items attrs item_group { $$ = veri_append_items($1, $3, $2); }
   | gen_items attrs ";" { $$ = veri_null_item($1, $2, @3); }
   | gen_items error ";" { $$ = $1; }
   ;
@@ -1331,30 +1388,40 @@ edge_list_opt
 /* Interfaces, assertions, coverage. */
 
 modport_decl
-  : "modport" modports ";" { $$ = new VeriIgnoredItem(VERI_MODPORT, @1); }
+  : "modport" modports ";" { $$ = new VeriModportDecl($2, @1); }
   ;
 
 modports
-  : modport
-  | modports "," modport
+  : modport { $$ = veri_list<VeriModport>($1); }
+  | modports "," modport { $$ = veri_append($1, $3); }
   ;
 
 modport
-  : any_id "(" modport_ports ")"
+  : modport_head "(" modport_ports ")" { $$ = veri_end_modport($1, $3); }
+  ;
+
+modport_head
+  : any_id { $$ = veri_open_modport($1, @1); }
   ;
 
 modport_ports
-  : modport_port
-  | modport_ports "," modport_port
+  : inner_attrs modport_port { $$ = veri_list<VeriModportPorts>(veri_with($2, $1)); }
+  | modport_ports "," inner_attrs modport_port { $$ = veri_append($1, veri_with($4, $3)); }
   ;
 
 modport_port
-  : direction any_id
-  | any_id
-  | "import" any_id
-  | "export" any_id
-  | "import" "function" any_id
-  | "import" "task" any_id
+  : modport_direction any_id { $$ = veri_modport_port($2, nullptr, @2); }
+  | modport_direction "." any_id "(" expr_opt ")" { $$ = veri_modport_port($3, $5, @3); }
+  | any_id { $$ = veri_modport_port($1, nullptr, @1); }
+  | "." any_id "(" expr_opt ")" { $$ = veri_modport_port($2, $4, @2); }
+  | modport_direction function_head tf_ports_opt { $$ = veri_modport_prototype($2, $3); }
+  | modport_direction task_head tf_ports_opt { $$ = veri_modport_prototype($2, $3); }
+  ;
+
+modport_direction
+  : direction { veri_modport_direction($1); }
+  | "import" { veri_modport_direction(VERI_IMPORT); }
+  | "export" { veri_modport_direction(VERI_EXPORT); }
   ;
 
 ignored_item
@@ -1407,7 +1474,8 @@ substatement
   | error "endcase" { veri_unread(VERI_ENDCASE, @2); $$ = new VeriNullStatement(@1); }
   | error "endfunction" { veri_unread(VERI_ENDFUNCTION, @2); $$ = new VeriNullStatement(@1); }
   | error "endtask" { veri_unread(VERI_ENDTASK, @2); $$ = new VeriNullStatement(@1); }
-  | error "endmodule" { veri_unread(VERI_ENDMODULE, @2); $$ = new VeriNullStatement(@1); }
+  | error unit_end { veri_unread($2, @2); $$ = new VeriNullStatement(@1); }
+  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); $$ = new VeriNullStatement(@1); }
   ;
 
 statement_item

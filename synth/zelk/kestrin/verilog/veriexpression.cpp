@@ -518,3 +518,20 @@ void VeriStructUnionTypeDef::PrettyPrint(std::ostream& out, unsigned level) cons
   PrintLevel(out, level);
   out << '}';
 }
+
+VeriInterfaceTypeDef::VeriInterfaceTypeDef(VeriName* name, const char* modport, unsigned long linefile)
+    : VeriTypeDef(linefile), _name(Adopt(name)), _modport(modport ? modport : "") {}
+
+VeriInterfaceTypeDef::~VeriInterfaceTypeDef() { delete _name; }
+
+void VeriInterfaceTypeDef::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _name); }
+
+void VeriInterfaceTypeDef::PrettyPrint(std::ostream& out, unsigned) const {
+  if (_name)
+    Print(out, _name);
+  else
+    out << PrintToken(VERI_INTERFACE);
+  if (!ModportName()) return;
+  out << '.';
+  PrintName(out, ModportName());
+}

@@ -16,6 +16,9 @@
 
 class VeriDataDecl;
 class VeriIdDecl;
+class VeriInterfaceTypeDef;
+class VeriModport;
+class VeriModule;
 class VeriName;
 class VeriRange;
 
@@ -557,6 +560,7 @@ private:
   void ResolvePrefix(VeriScope* scope, const VeriEnv& env);
   void BindIn(const VeriScope* scope, const VeriEnv& env);
   void AnalyzeInGenerated(const VeriIdDef* block, const VeriEnv& env) const;
+  void ResolveInInterface(const VeriInterfaceTypeDef& type, const VeriEnv& env) const;
   void ReportBrokenPath(bool prefix_is_found) const;
   int MemberPosition(const VeriConstraint& prefix) const;
   VeriName* _prefix;
@@ -706,6 +710,31 @@ private:
   bool _packed;
   unsigned _signing;
   VeriNodes<VeriDataDecl>* _members;
+};
+
+/// The type of an interface port: the interface, or any for `interface`, and the modport that limits the access.
+class VeriInterfaceTypeDef : public VeriTypeDef {
+public:
+  /// A null name stands for any interface; a null modport for none.
+  VeriInterfaceTypeDef(VeriName* name, const char* modport, unsigned long linefile = 0);
+  ~VeriInterfaceTypeDef() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriInterfaceTypeDef; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope, const VeriEnv& env) override;
+  OwnedConstraint CreateConstraint() const override { return nullptr; }
+  unsigned Type() const override { return VERI_INTERFACE; }
+  VeriName* Name() const { return _name; }
+  /// Null without.
+  const char* ModportName() const { return _modport.empty() ? nullptr : _modport.c_str(); }
+  /// Known after Resolve; null for a generic port and for an unknown interface.
+  VeriModule* GetInterface() const;
+  VeriModport* GetModport() const;
+
+private:
+  VeriName* _name;
+  std::string _modport;
 };
 
 /// The type of an object: its packed type with the unpacked dimensions around it. A null type is an implicit scalar.

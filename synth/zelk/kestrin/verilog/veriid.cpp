@@ -149,6 +149,7 @@ std::unique_ptr<VeriIdDef> VeriInstId::Generate() const {
 std::unique_ptr<VeriIdDef> VeriDataType::Generate() const {
   auto clone = std::make_unique<VeriDataType>(Name(), Linefile());
   CopyTo(*clone);
+  clone->_param_token = _param_token;
   return clone;
 }
 
@@ -162,6 +163,13 @@ std::unique_ptr<VeriIdDef> VeriEnumId::Generate() const {
 std::unique_ptr<VeriIdDef> VeriStructUnionMemberId::Generate() const {
   auto clone = std::make_unique<VeriStructUnionMemberId>(Name(), Linefile());
   CopyTo(*clone);
+  return clone;
+}
+
+std::unique_ptr<VeriIdDef> VeriModportId::Generate() const {
+  auto clone = std::make_unique<VeriModportId>(Name(), Linefile());
+  CopyTo(*clone);
+  clone->_modport = _modport;
   return clone;
 }
 
@@ -248,7 +256,32 @@ void VeriVariable::Check() const {
     Warning("object %s used but never assigned", Name());
 }
 
+// Interface ports.
+
+const VeriInterfaceTypeDef* VeriVariable::InterfaceType() const {
+  const VeriTypeDef* type = Type();
+  return type && type->GetClassId() == ID_VeriInterfaceTypeDef ? static_cast<const VeriInterfaceTypeDef*>(type)
+                                                               : nullptr;
+}
+
+unsigned VeriVariable::IsGenericInterfacePort() const {
+  const VeriInterfaceTypeDef* type = InterfaceType();
+  return type && !type->Name();
+}
+
+VeriModule* VeriVariable::GetInterface() const {
+  const VeriInterfaceTypeDef* type = InterfaceType();
+  return type ? type->GetInterface() : nullptr;
+}
+
+VeriModport* VeriVariable::GetModport() const {
+  const VeriInterfaceTypeDef* type = InterfaceType();
+  return type ? type->GetModport() : nullptr;
+}
+
 // Parameters.
+
+unsigned VeriDataType::IsOverridable() const { return _param_token == VERI_PARAMETER; }
 
 VeriParamId::~VeriParamId() = default;
 

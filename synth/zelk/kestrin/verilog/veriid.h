@@ -18,7 +18,10 @@ class VeriDefParamAssign;
 class VeriDesignUnit;
 class VeriExpression;
 class VeriIdDecl;
+class VeriInterfaceTypeDef;
 class VeriLibrary;
+class VeriModport;
+class VeriModule;
 class VeriModuleItem;
 class VeriRamInfo;
 class VeriRange;
@@ -98,6 +101,8 @@ public:
   unsigned InDynamicScope() const { return (_flags & (IDF_IN_GENERATE | IDF_IN_SUBPROGRAM)) != 0; }
 
   virtual unsigned IsNet() const { return 0; }
+  /// A parameter, of a value or of a type, that an instance may give.
+  virtual unsigned IsOverridable() const { return 0; }
   virtual unsigned IsReg() const { return 0; }
   unsigned IsVar() const { return Kind() == VERI_ID_VARIABLE; }
   unsigned IsParam() const { return Kind() == VERI_ID_PARAM; }
@@ -108,6 +113,7 @@ public:
   unsigned IsInst() const { return Kind() == VERI_ID_INST; }
   unsigned IsDesignUnit() const { return Kind() == VERI_ID_DESIGN_UNIT; }
   unsigned IsDataType() const { return Kind() == VERI_ID_TYPE; }
+  unsigned IsModport() const { return Kind() == VERI_ID_MODPORT; }
   unsigned IsPort() const { return Is(IDF_PORT); }
   /// The token of the direction; 0 without.
   virtual unsigned Dir() const { return 0; }
@@ -278,6 +284,14 @@ public:
   /// Value of the declaration, borrowed; null without.
   VeriExpression* InitialValue() const { return _initial; }
   void SetInitialValue(VeriExpression* value) { _initial = value; }
+  /// The type of an interface port; null for anything else.
+  const VeriInterfaceTypeDef* InterfaceType() const;
+  /// A port that takes whatever interface is connected to it.
+  unsigned IsGenericInterfacePort() const;
+  /// The interface that a port names; null for a generic one, and for an interface that is not known.
+  VeriModule* GetInterface() const;
+  /// The modport that an interface port is limited to; null without.
+  VeriModport* GetModport() const;
 
   // Use, noted by resolve: which processes and subprograms name the variable, null for what stands in none, and in
   // which of them it is the variable of a loop.
@@ -337,7 +351,7 @@ public:
   std::unique_ptr<VeriIdDef> Generate() const override;
   unsigned ParamToken() const { return _token; }
   void SetParamToken(unsigned token) { _token = token; }
-  unsigned IsOverridable() const;
+  unsigned IsOverridable() const override;
   VeriExpression* InitialValue() const { return _initial; }
   void SetInitialValue(VeriExpression* value) { _initial = value; }
   /// The value that an instance or the host gives, borrowed, for this run.
@@ -383,12 +397,19 @@ private:
   std::string _module_reference;
 };
 
-/// A name given to a type by typedef.
+/// A name given to a type by typedef, or a parameter that stands for a type.
 class VeriDataType : public VeriValuedId {
 public:
   using VeriValuedId::VeriValuedId;
   veri_id_kind Kind() const override { return VERI_ID_TYPE; }
   std::unique_ptr<VeriIdDef> Generate() const override;
+  /// VERI_PARAMETER or VERI_LOCALPARAM; 0 for a typedef.
+  unsigned ParamToken() const { return _param_token; }
+  void SetParamToken(unsigned token) { _param_token = token; }
+  unsigned IsOverridable() const override;
+
+private:
+  unsigned _param_token = 0;
 };
 
 /// A name of an enumeration.
@@ -411,6 +432,19 @@ public:
   using VeriValuedId::VeriValuedId;
   veri_id_kind Kind() const override { return VERI_ID_MEMBER; }
   std::unique_ptr<VeriIdDef> Generate() const override;
+};
+
+/// The name of a modport.
+class VeriModportId : public VeriValuedId {
+public:
+  using VeriValuedId::VeriValuedId;
+  veri_id_kind Kind() const override { return VERI_ID_MODPORT; }
+  std::unique_ptr<VeriIdDef> Generate() const override;
+  VeriModport* GetModport() const { return _modport; }
+  void SetModport(VeriModport* modport) { _modport = modport; }
+
+private:
+  VeriModport* _modport = nullptr;
 };
 
 #endif

@@ -102,7 +102,9 @@ VeriInstantiation::~VeriInstantiation() {
 bool VeriInstantiation::BindModule() {
   VeriModule* present = VeriNode::ElabState()->Module();
   VeriLibrary* library = present ? present->GetLibrary() : nullptr;
-  _module = veri_file::FindModule(_module_name, library);
+  const auto* item = dynamic_cast<const VeriModuleInstantiation*>(_inst->Parent());
+  _module = item ? item->NestedModule() : nullptr;
+  if (!_module) _module = veri_file::FindModule(_module_name, library);
   if (!_module) _module = veri_file::FindUnknownModule(_module_name);
   if (_module) _module->Resolve();
   return !veri_file::CheckForInterrupt(_inst->Linefile());

@@ -135,11 +135,23 @@ void collect_params(const VeriModuleItems* items, std::vector<VeriParamId*>& out
   }
 }
 
+VeriTypeDecl* to_type_param(VeriModuleItem* item) {
+  auto* decl = item && item->GetClassId() == ID_VeriTypeDecl ? static_cast<VeriTypeDecl*>(item) : nullptr;
+  return decl && decl->GetId()->ParamToken() ? decl : nullptr;
+}
+
+void collect_type_params(const VeriModuleItems* items, std::vector<VeriDataType*>& out) {
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(items))
+    if (const VeriTypeDecl* decl = to_type_param(item)) out.push_back(decl->GetId());
+}
+
 } // namespace
 
 void VeriModule::CollectParams() {
-  collect_params(_parameter_ports, _params);
-  collect_params(_items, _params);
+  for (const VeriModuleItems* items : {_parameter_ports, _items}) {
+    collect_params(items, _params);
+    collect_type_params(items, _type_params);
+  }
 }
 
 std::vector<VeriParamId*> VeriModule::OverridableParams() const {
@@ -153,6 +165,36 @@ VeriParamId* VeriModule::GetParam(const char* name) const {
   for (VeriParamId* param : _params)
     if (Strings::compare(param->Name(), name)) return param;
   return nullptr;
+}
+
+VeriDataType* VeriModule::GetTypeParam(const char* name) const {
+  for (VeriDataType* param : _type_params)
+    if (Strings::compare(param->Name(), name)) return param;
+  return nullptr;
+}
+
+std::vector<VeriValuedId*> VeriModule::OverridableFormals() const {
+  std::vector<VeriValuedId*> formals;
+  auto add = [&formals](VeriIdDef* id) {
+    if (id && id->IsOverridable()) formals.push_back(static_cast<VeriValuedId*>(id));
+  };
+  for (const VeriModuleItems* items : {_parameter_ports, _items})
+    for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(items)) {
+      if (const VeriTypeDecl* type = to_type_param(item)) add(type->GetId());
+      if (const VeriParamDecl* param = to_param_decl(item))
+        for (const VeriIdDecl* decl : *param->Ids()) add(decl->IdAs<VeriParamId>());
+    }
+  return formals;
+}
+
+VeriModport* VeriModule::GetModport(const char* name) const {
+  VeriIdDef* id = GetScope()->FindHere(name);
+  return id && id->IsModport() ? static_cast<VeriModportId*>(id)->GetModport() : nullptr;
+}
+
+VeriModule* VeriModule::EnclosingModule() const {
+  const VeriScope* upper = GetScope() ? GetScope()->Upper() : nullptr;
+  return upper ? upper->GetContainingModule() : nullptr;
 }
 
 VeriVariable* VeriModule::GetPort(const char* name) const {
@@ -298,10 +340,31 @@ void VeriModule::ResolveItems() {
       item->Warning("parameter declaration becomes local in %s with formal parameter declaration list", Name());
       param->MakeLocal();
     }
+    const VeriTypeDecl* type_param = to_type_param(item);
+    if (_parameter_ports && type_param && type_param->GetId()->IsOverridable()) {
+      item->Warning("parameter declaration becomes local in %s with formal parameter declaration list", Name());
+      type_param->GetId()->SetParamToken(VERI_LOCALPARAM);
+    }
     if (has_ansi_ports && item->IsPortDeclaration())
       item->Error("port declaration not allowed in %s with formal port declaration list", Name());
     item->Resolve(GetScope());
   }
+}
+
+// Nested modules.
+
+VeriNestedModule::VeriNestedModule(VeriModule* module, unsigned long linefile)
+    : VeriModuleItem(linefile), _module(Adopt(module)) {}
+
+VeriNestedModule::~VeriNestedModule() { delete _module; }
+
+void VeriNestedModule::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _module); }
+
+void VeriNestedModule::PrettyPrint(std::ostream& out, unsigned level) const { _module->PrettyPrint(out, level); }
+
+void VeriNestedModule::Resolve(VeriScope*) {
+  _module->Resolve();
+  for (const char* file : KeysOf<const char*>(_module->Dependencies())) AddImplicitDependency(file);
 }
 
 void VeriPackage::ResolveContents() {

@@ -82,6 +82,15 @@ public:
   /// Those that an instance can override.
   std::vector<VeriParamId*> OverridableParams() const;
   VeriParamId* GetParam(const char* name) const;
+  /// The parameters that stand for types, local ones included, in order of declaration.
+  const std::vector<VeriDataType*>& TypeParams() const { return _type_params; }
+  VeriDataType* GetTypeParam(const char* name) const;
+  /// Values and types that an instance can override, in the order that a list without names gives them.
+  std::vector<VeriValuedId*> OverridableFormals() const;
+  /// The modport of this name; null when there is none.
+  VeriModport* GetModport(const char* name) const;
+  /// The module that this one is nested in; null for most.
+  VeriModule* EnclosingModule() const;
   VeriVariable* GetPort(const char* name) const;
 
   // What the source had in force at the head.
@@ -134,6 +143,7 @@ private:
   VeriExpressions* _port_expressions;
   std::vector<VeriVariable*> _ports;
   std::vector<VeriParamId*> _params;
+  std::vector<VeriDataType*> _type_params;
   std::vector<std::pair<std::string, std::string>> _elaborated_parameters;
   std::vector<std::unique_ptr<VeriModule>> _extern_decls;
   // By the name of the cell: what PortType answers.
@@ -161,6 +171,22 @@ public:
   VERI_CLASS_ID GetClassId() const override { return ID_VeriInterface; }
   void Accept(VeriVisitor& visitor) override;
   unsigned IsInterface() const override { return 1; }
+};
+
+/// A module, primitive or interface inside of another one, which knows its name alone.
+class VeriNestedModule : public VeriModuleItem {
+public:
+  explicit VeriNestedModule(VeriModule* module, unsigned long linefile = 0);
+  ~VeriNestedModule() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriNestedModule; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  VeriModule* Module() const { return _module; }
+
+private:
+  VeriModule* _module;
 };
 
 class VeriPackage : public VeriDesignUnit {

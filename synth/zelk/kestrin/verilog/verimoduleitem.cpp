@@ -3,6 +3,7 @@
 
 #include <ostream>
 
+#include "util/strings.h"
 #include "verilog/veriprint_util.h"
 #include "verilog/veristatement.h"
 
@@ -133,24 +134,30 @@ void VeriTypeDecl::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriTypeDecl::PrettyPrint(std::ostream& out, unsigned level) const {
-  PrintFront(out, level);
-  out << "typedef ";
-  PrintType(out, _type, level);
-  _id->PrettyPrint(out, 0);
+  PrintLevel(out, level);
+  if (GetId()->ParamToken()) {
+    PrintHead(out, level);
+  } else {
+    PrintAttributes(out, level);
+    out << "typedef ";
+    PrintType(out, _type, level);
+    _id->PrettyPrint(out, 0);
+  }
   out << ";\n";
+}
+
+void VeriTypeDecl::PrintHead(std::ostream& out, unsigned level) const {
+  PrintAttributes(out, level);
+  out << PrintToken(GetId()->ParamToken()) << " type ";
+  _id->PrettyPrint(out, 0);
+  if (!_type) return;
+  out << " = ";
+  _type->PrettyPrint(out, level);
 }
 
 VeriGenVarDecl::VeriGenVarDecl(VeriIdDecls* ids, unsigned long linefile) : VeriModuleItem(linefile), _ids(Adopt(ids)) {}
 
 VeriGenVarDecl::~VeriGenVarDecl() { delete _ids; }
-
-/// `type NAME = type`, as in a list of parameters.
-void VeriTypeDecl::PrintHead(std::ostream& out, unsigned level) const {
-  out << "type ";
-  _id->PrettyPrint(out, 0);
-  out << " = ";
-  _type->PrettyPrint(out, level);
-}
 
 void VeriGenVarDecl::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _ids); }
 
@@ -570,6 +577,70 @@ void VeriImport::PrintHead(std::ostream& out) const {
   else
     PrintName(out, _name.c_str());
   out << ';';
+}
+
+// Modports.
+
+VeriModportPorts::VeriModportPorts(unsigned direction, VeriIdDecl* id, unsigned long linefile)
+    : VeriTreeNode(linefile), _direction(direction), _id(Adopt(id)) {}
+
+VeriModportPorts::~VeriModportPorts() { delete _id; }
+
+void VeriModportPorts::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _id); }
+
+void VeriModportPorts::PrettyPrint(std::ostream& out, unsigned level) const {
+  PrintAttributes(out, level);
+  out << PrintToken(_direction) << ' ';
+  if (Expression()) out << '.';
+  PrintName(out, GetId()->Name());
+  if (!Expression()) return;
+  out << '(';
+  Expression()->PrettyPrint(out, 0);
+  out << ')';
+}
+
+VeriModport::VeriModport(VeriIdDecl* id, VeriNodes<VeriModportPorts>* ports, std::unique_ptr<VeriScope> scope,
+                         unsigned long linefile)
+    : VeriTreeNode(linefile), _id(Adopt(id)), _ports(Adopt(ports)), _scope(std::move(scope)) {
+  if (auto* modport_id = _id->IdAs<VeriModportId>()) modport_id->SetModport(this);
+}
+
+VeriModport::~VeriModport() {
+  delete _ports;
+  _scope.reset();
+  delete _id;
+}
+
+void VeriModport::VisitChildren(VeriVisitor& visitor) {
+  veri_visit(visitor, _id);
+  veri_visit(visitor, _ports);
+}
+
+VeriModportPorts* VeriModport::FindPort(const char* name) const {
+  for (VeriModportPorts* port : *_ports)
+    if (Strings::compare(port->GetId()->Name(), name)) return port;
+  return nullptr;
+}
+
+void VeriModport::PrettyPrint(std::ostream& out, unsigned) const {
+  PrintName(out, Name());
+  out << " (";
+  veri_print_list(out, _ports);
+  out << ')';
+}
+
+VeriModportDecl::VeriModportDecl(VeriNodes<VeriModport>* modports, unsigned long linefile)
+    : VeriModuleItem(linefile), _modports(Adopt(modports)) {}
+
+VeriModportDecl::~VeriModportDecl() { delete _modports; }
+
+void VeriModportDecl::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _modports); }
+
+void VeriModportDecl::PrettyPrint(std::ostream& out, unsigned level) const {
+  PrintFront(out, level);
+  out << "modport ";
+  veri_print_list(out, _modports);
+  out << ";\n";
 }
 
 void VeriTable::PrettyPrint(std::ostream& out, unsigned level) const {

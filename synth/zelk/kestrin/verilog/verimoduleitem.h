@@ -136,8 +136,10 @@ private:
   VeriIdDecls* _ids;
 };
 
+/// A typedef, or the declaration of a parameter that stands for a type.
 class VeriTypeDecl : public VeriModuleItem {
 public:
+  /// The type of a parameter may be null.
   VeriTypeDecl(VeriTypeDef* type, VeriIdDecl* id, unsigned long linefile = 0);
   ~VeriTypeDecl() override;
   VERI_CLASS_ID GetClassId() const override { return ID_VeriTypeDecl; }
@@ -146,7 +148,10 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   unsigned IsDeclaration() const override { return 1; }
+  /// A parameter without the indentation and the semicolon.
   void PrintHead(std::ostream& out, unsigned level) const;
+  VeriDataType* GetId() const { return static_cast<VeriDataType*>(_id->GetId()); }
+  VeriTypeDef* DataType() const { return _type; }
 
 private:
   VeriTypeDef* _type;
@@ -313,8 +318,11 @@ public:
   void Elaborate() override;
   const char* ModuleName() const { return _module->GetName(); }
   const VeriNodes<VeriInst>* Insts() const { return _insts; }
+  /// The module of this name that is nested in a unit around; null before Resolve and for modules of a library.
+  VeriModule* NestedModule() const { return _nested; }
 
 private:
+  VeriModule* _nested = nullptr;
   VeriName* _module;
   VeriExpressions* _parameters;
   VeriNodes<VeriInst>* _insts;
@@ -567,6 +575,71 @@ public:
 private:
   std::string _package;
   std::string _name;
+};
+
+/// One port of a modport: an object of the interface, seen from outside with a direction.
+class VeriModportPorts : public VeriTreeNode {
+public:
+  /// `direction`: the token of a direction, or VERI_IMPORT or VERI_EXPORT for a subprogram. The value of the
+  /// declaration is the expression of `.name(expression)`; null for an object of the port's own name.
+  VeriModportPorts(unsigned direction, VeriIdDecl* id, unsigned long linefile = 0);
+  ~VeriModportPorts() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriModportPorts; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  /// `scope` is that of the interface.
+  void Resolve(VeriScope* scope);
+  unsigned Direction() const { return _direction; }
+  unsigned IsSubprogram() const { return _direction == VERI_IMPORT || _direction == VERI_EXPORT; }
+  VeriIdDef* GetId() const { return _id->GetId(); }
+  VeriExpression* Expression() const { return _id->Value(); }
+  /// The object of the interface; null for an expression, before Resolve and after an error.
+  VeriIdDef* Object() const { return _object; }
+
+private:
+  unsigned _direction;
+  VeriIdDecl* _id;
+  VeriIdDef* _object = nullptr;
+};
+
+/// A named set of ports of an interface.
+class VeriModport : public VeriTreeNode {
+public:
+  VeriModport(VeriIdDecl* id, VeriNodes<VeriModportPorts>* ports, std::unique_ptr<VeriScope> scope,
+              unsigned long linefile = 0);
+  ~VeriModport() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriModport; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  VeriScope* GetScope() const override { return _scope.get(); }
+  void Resolve(VeriScope* scope);
+  VeriIdDef* GetId() const { return _id->GetId(); }
+  const char* Name() const { return GetId()->Name(); }
+  const VeriNodes<VeriModportPorts>* Ports() const { return _ports; }
+  /// Null when the modport does not list the name.
+  VeriModportPorts* FindPort(const char* name) const;
+
+private:
+  VeriIdDecl* _id;
+  VeriNodes<VeriModportPorts>* _ports;
+  std::unique_ptr<VeriScope> _scope; // of the ports' names
+};
+
+class VeriModportDecl : public VeriModuleItem {
+public:
+  explicit VeriModportDecl(VeriNodes<VeriModport>* modports, unsigned long linefile = 0);
+  ~VeriModportDecl() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriModportDecl; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope) override;
+  unsigned IsDeclaration() const override { return 1; }
+
+private:
+  VeriNodes<VeriModport>* _modports;
 };
 
 /// The rows of a user-defined primitive: letters with `:` between the fields, in source order.

@@ -337,13 +337,27 @@ bool is_enum_method(const VeriIdDef* id, std::string_view name) {
   return false;
 }
 
-/// Whether nothing can be said before elaboration: the type is that of an interface.
-bool has_interface_type(const VeriIdDef* id) {
-  const VeriTypeDef* type = type_of(id);
-  return type && type->GetClassId() == ID_VeriTypeName && !named_type(type);
+/// The type of a port that is an interface, or of an array of such; null for anything else.
+const VeriInterfaceTypeDef* interface_type_of(const VeriIdDef* id) {
+  return id->IsVar() ? static_cast<const VeriVariable*>(id)->InterfaceType() : nullptr;
 }
 
 } // namespace
+
+// What the port stands for is known to elaboration only; here it must be one of the names that the interface offers.
+void VeriSelectedName::ResolveInInterface(const VeriInterfaceTypeDef& type, const VeriEnv& env) const {
+  const VeriModule* interface = type.GetInterface();
+  if (!interface) return;
+  const VeriModport* modport = type.GetModport();
+  const VeriModportPorts* port = modport ? modport->FindPort(_suffix.c_str()) : nullptr;
+  VeriIdDef* object = port ? port->Object() : interface->GetScope()->FindLocal(_suffix.c_str());
+  const bool is_hidden = modport && !port && object && (object->IsVar() || object->IsFunction() || object->IsTask());
+  if (is_hidden || (!port && !object)) {
+    if (!may_be_undeclared(env)) Error("%s is not declared under this prefix", _suffix.c_str());
+    return;
+  }
+  if (object) AnalyzeReference(object, env);
+}
 
 void VeriSelectedName::Resolve(VeriScope* scope, const VeriEnv& env) {
   ResolvePrefix(scope, env);
@@ -387,7 +401,8 @@ void VeriSelectedName::Resolve(VeriScope* scope, const VeriEnv& env) {
   case VERI_ID_MEMBER:
   case VERI_ID_MODPORT:
   case VERI_ID_LIBRARY:
-    if (has_interface_type(prefix) || (IsSystemVerilog() && is_enum_method(prefix, _suffix))) return;
+    if (const VeriInterfaceTypeDef* type = interface_type_of(prefix)) return ResolveInInterface(*type, env);
+    if (IsSystemVerilog() && is_enum_method(prefix, _suffix)) return;
     if (!may_be_undeclared(env)) Error("%s is not declared under this prefix", _suffix.c_str());
     return;
   }
@@ -571,6 +586,33 @@ void VeriTypeName::Resolve(VeriScope* scope, const VeriEnv&) {
   resolve_ranges(_ranges, scope);
 }
 
+// The ports of a module are resolved before its items, and an interface may be analysed after the module.
+void VeriInterfaceTypeDef::Resolve(VeriScope* scope, const VeriEnv&) {
+  if (!_name) return;
+  if (!_name->GetId())
+    if (VeriModule* nested = scope->FindNestedModule(_name->GetName()))
+      static_cast<VeriIdRef*>(_name)->SetId(nested->GetId());
+  _name->Resolve(scope, VeriEnv(ENV_DECLARATION));
+  VeriModule* interface = GetInterface();
+  if (!interface) {
+    if (_name->GetId()) Error("%s is not declared", _name->GetName());
+    return;
+  }
+  interface->Resolve();
+  if (ModportName() && !GetModport()) Error("%s is not declared under this prefix", ModportName());
+}
+
+VeriModule* VeriInterfaceTypeDef::GetInterface() const {
+  VeriIdDef* id = _name ? _name->GetId() : nullptr;
+  VeriDesignUnit* unit = id && id->IsDesignUnit() ? static_cast<VeriDesignUnitId*>(id)->GetDesignUnit() : nullptr;
+  return unit && unit->IsInterface() ? static_cast<VeriModule*>(unit) : nullptr;
+}
+
+VeriModport* VeriInterfaceTypeDef::GetModport() const {
+  const VeriModule* interface = ModportName() ? GetInterface() : nullptr;
+  return interface ? interface->GetModport(ModportName()) : nullptr;
+}
+
 void VeriEnumTypeDef::Resolve(VeriScope* scope, const VeriEnv&) {
   resolve(_base, scope, constant(ENV_DECLARATION));
   for (VeriIdDecl* element : ItemsOf<VeriIdDecl*>(_elements)) element->Resolve(scope, ENV_READ);
@@ -649,6 +691,36 @@ void VeriImport::Resolve(VeriScope* scope) {
   } else {
     Error("%s is not declared under this prefix", _name.c_str());
   }
+}
+
+// Modports.
+
+void VeriModportPorts::Resolve(VeriScope* scope) {
+  ResolveAttributes(scope);
+  auto* id = static_cast<VeriVariable*>(GetId());
+  if (Expression()) return _id->Resolve(scope, ENV_READ);
+  _object = scope->FindLocal(id->Name());
+  const bool is_object = _object && (IsSubprogram() ? _object->IsFunction() || _object->IsTask() : _object->IsVar());
+  if (!is_object) {
+    _object = nullptr;
+    Error("modport port %s does not correspond to an object in the enclosing interface", id->Name());
+    return;
+  }
+  if (IsSubprogram()) return;
+  const auto* variable = static_cast<const VeriVariable*>(_object);
+  id->SetType(variable->Type());
+  id->SetUnpackedRanges(variable->UnpackedRanges());
+  id->SetNetType(variable->NetType());
+}
+
+void VeriModport::Resolve(VeriScope* scope) {
+  ResolveAttributes(scope);
+  resolve_all(_ports, scope);
+}
+
+void VeriModportDecl::Resolve(VeriScope* scope) {
+  ResolveAttributes(scope);
+  resolve_all(_modports, scope);
 }
 
 // Assignments and processes.
@@ -737,8 +809,9 @@ void VeriModuleInstantiation::Resolve(VeriScope* scope) {
   resolve_all(_parameters, scope, constant(ENV_READ));
   // Modules have names of their own: an instance may be called like its module.
   const VeriLibrary* library = scope->GetLibrary();
-  VeriDesignUnit* unit = library && ModuleName() ? library->GetDefinition(ModuleName()) : nullptr;
-  const VeriModule* module = unit && unit->IsModule() ? static_cast<VeriModule*>(unit) : nullptr;
+  _nested = scope->FindNestedModule(ModuleName());
+  VeriDesignUnit* unit = !_nested && library ? library->GetDefinition(ModuleName()) : nullptr;
+  const VeriModule* module = unit && unit->IsModule() ? static_cast<VeriModule*>(unit) : _nested;
   for (VeriInst* inst : ItemsOf<VeriInst*>(_insts)) inst->Resolve(scope, module);
 }
 

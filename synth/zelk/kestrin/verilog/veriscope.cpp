@@ -200,6 +200,16 @@ VeriIdDef* VeriScope::Find(const char* name) const {
   }
 }
 
+VeriModule* VeriScope::FindNestedModule(const char* name) const {
+  for (const VeriScope* scope = this; scope && scope->_kind != SCOPE_LIBRARY; scope = scope->_upper) {
+    const VeriIdDef* id = scope->_kind == SCOPE_UNIT ? scope->FindHere(name) : nullptr;
+    if (!id || !id->IsDesignUnit()) continue;
+    VeriDesignUnit* unit = static_cast<const VeriDesignUnitId*>(id)->GetDesignUnit();
+    if (unit && unit->IsModule()) return static_cast<VeriModule*>(unit);
+  }
+  return nullptr;
+}
+
 // Imports.
 
 namespace {

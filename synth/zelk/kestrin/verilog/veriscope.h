@@ -95,6 +95,9 @@ public:
   /// Here and in all scopes above, then among the design units.
   VeriIdDef* Find(const char* name) const;
 
+  /// A module, interface or primitive that is nested in one of the units around; null when there is none of this name.
+  VeriModule* FindNestedModule(const char* name) const;
+
   VeriScope* ModuleScope();
   /// The nearest subprogram around or at this scope; null outside.
   VeriIdDef* GetSubprogram() const;
