@@ -180,7 +180,7 @@ TEST_F(Container, ANameForANetIsFreeOfNetsAndBuses) {
   EXPECT_EQ(name, "p.a.n");
   top->Add(new NetBus("p.a.n", 1, 0));
   top->UniquifyBaseNetName(name, "n", "p", "a", ".");
-  EXPECT_EQ(name, "p.a._1.n");
+  EXPECT_EQ(name, "p.a_1.n");
   top->UniquifyBaseNetName(name, "n", "", "a", ".");
   EXPECT_EQ(name, "a.n");
 }

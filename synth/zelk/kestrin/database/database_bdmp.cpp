@@ -3,8 +3,12 @@
 // the numbers under which objects were registered, so reader and writer register in the same order. A file may be cut
 // or damaged: whatever it says is checked before it is believed, and the stream goes bad over what cannot be true.
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
+#include <map>
 #include <memory>
+#include <set>
+#include <string>
 #include <vector>
 
 #include "containers/views.h"
@@ -30,10 +34,15 @@ constexpr long database_version = 0xAB0006;
 /// What stands before an instance.
 enum instance_kind { PLAIN_INSTANCE = 2, LUT_INSTANCE = 3 };
 
-// Fields of nets and instances that have no place in the format travel as attributes under these keys.
+// Fields that have no place in the format travel as attributes under these keys. Instances and nets are told by their
+// positions in the netlist.
 constexpr const char* power_up_key = " :power_up";
 constexpr const char* preferred_name_key = " :preferred_name";
+constexpr const char* driver_key = " :driver";     // the connection whose driver counts, when it is an unusual one
+constexpr const char* wired_to_key = " :wired_to"; // the next net of the ring
+constexpr const char* controls_key = " :controls"; // the instances whose condition the net is
 constexpr const char* sequence_key = " :sequence";
+constexpr const char* parameter_types_key = " :parameter_types"; // the host's numbers, in the order of the parameters
 
 /// Buses of buses and views within views nest less deep in every design.
 constexpr int max_bus_level = 1000;
@@ -110,7 +119,7 @@ DesignObj::DesignObj(SaveRestore& stream) : DesignObj() { RestorePrefix(stream);
 
 void DesignObj::Save(SaveRestore& stream) const { SavePrefix(stream); }
 
-void DesignObj::SavePrefix(SaveRestore& stream, FieldAttributes fields) const {
+void DesignObj::SavePrefix(SaveRestore& stream, const FieldAttributes& fields) const {
   stream.RegisterPointer(this);
   stream.SaveString(_name);
   stream.SaveLinefile(_linefile);
@@ -119,9 +128,9 @@ void DesignObj::SavePrefix(SaveRestore& stream, FieldAttributes fields) const {
     stream.SaveString(key);
     stream.SaveString(att->Value());
   }
-  for (auto [key, value] : fields) {
+  for (const auto& [key, value] : fields) {
     stream.SaveString(key);
-    stream.SaveString(value);
+    stream.SaveString(value.c_str());
   }
 }
 
@@ -258,34 +267,7 @@ Operator* MakeOperator(SaveRestore& stream, prim_type_enum type, const unsigned 
   if (type == OPER_ADDER && sizes[2] != std::max(left, right)) return nullptr;
   if (!stream.Afford(type == OPER_DECODER ? left + (1UL << left) : 2 * (left + right))) return nullptr;
 
-  const auto l = static_cast<unsigned>(left);
-  const auto r = static_cast<unsigned>(right);
-  const unsigned is_signed = sizes[2] != 0;
-  switch (type) {
-  case OPER_ADDER: return new OperAdder(l, r);
-  case OPER_MULTIPLIER: return new OperMult(l, r, l + r, is_signed);
-  case OPER_DIVIDER: return new OperDiv(l, r, l, is_signed);
-  case OPER_MODULO: return new OperMod(l, r, r, is_signed);
-  case OPER_SHIFT_LEFT: return new OperShiftLeft(l, r);
-  case OPER_SHIFT_RIGHT: return new OperShiftRight(l, r);
-  case OPER_ROTATE_LEFT: return new OperRotateLeft(l, r);
-  case OPER_ROTATE_RIGHT: return new OperRotateRight(l, r);
-  case OPER_REDUCE_AND: return new OperReduceAnd(l);
-  case OPER_REDUCE_OR: return new OperReduceOr(l);
-  case OPER_REDUCE_XOR: return new OperReduceXor(l);
-  case OPER_REDUCE_NAND: return new OperReduceNand(l);
-  case OPER_REDUCE_NOR: return new OperReduceNor(l);
-  case OPER_REDUCE_XNOR: return new OperReduceXnor(l);
-  case OPER_LESSTHAN: return new OperLessThan(l, r);
-  case OPER_EQUAL: return new OperEqual(l, r);
-  case OPER_NTO1MUX: return new OperNto1Mux(l, r);
-  case OPER_SELECTOR: return new OperSelector(l);
-  case OPER_DECODER: return new OperDecoder(l);
-  case OPER_PRIO_SELECTOR: return new OperPrioSelector(l);
-  case OPER_DUAL_PORT_RAM: return new OperDualPortRam({}, {}, {}, {});
-  case OPER_LUT: return new OperLut(l);
-  default: return nullptr;
-  }
+  return Operator::New(type, static_cast<unsigned>(left), static_cast<unsigned>(right), sizes[2] != 0);
 }
 
 } // namespace
@@ -323,17 +305,9 @@ Operator* Operator::Restore(SaveRestore& stream, prim_type_enum type) {
 
 Netlist* Netlist::RestoreNetlist(SaveRestore& stream, prim_type_enum type) {
   Library::Primitives(); // what is read of a primitive gives way to the one that is there
-  Netlist* view = nullptr;
-  switch (type) {
-  case PRIM_NONE: return Whole(stream, new Netlist(stream));
-#define KESTRIN_PRIM(type, class_name, name, supporter)                                                                \
-  case type:                                                                                                           \
-    view = new class_name(name);                                                                                       \
-    break; // NOLINT(bugprone-macro-parentheses)
-#include "database/primitives.def"
-  case PRIM_ANY: stream.SetFail(); return nullptr;
-  default: return Operator::Restore(stream, type);
-  }
+  if (type == PRIM_NONE) return Whole(stream, new Netlist(stream));
+  if (type > PRIM_INFER_POINT) return Operator::Restore(stream, type);
+  Netlist* view = Prim::New(type);
   view->RestorePrefix(stream);
   RegisterPorts(view, stream);
   return Whole(stream, view);
@@ -435,8 +409,76 @@ template <class Bus, class Range> std::vector<Bus*> ByLevel(const Range& range, 
   return buses;
 }
 
+/// Numbers between blanks; the stream goes bad over anything else.
+std::vector<unsigned> ReadNumbers(SaveRestore& stream, const std::string& text) {
+  std::vector<unsigned> numbers;
+  for (size_t begin = 0; begin < text.size();) {
+    const size_t end = std::min(text.find(' ', begin), text.size());
+    unsigned number = 0;
+    const auto read = std::from_chars(text.data() + begin, text.data() + end, number);
+    if (read.ec != std::errc() || read.ptr != text.data() + end) stream.SetFail();
+    numbers.push_back(number);
+    begin = end + 1;
+  }
+  return numbers;
+}
+
+/// A number that must be one of the first so many.
+unsigned ReadPosition(SaveRestore& stream, const std::string& text, size_t count) {
+  const std::vector<unsigned> numbers = ReadNumbers(stream, text);
+  if (numbers.size() == 1 && numbers[0] < count) return numbers[0];
+  stream.SetFail();
+  return 0;
+}
+
+void AppendNumber(std::string& text, unsigned number) {
+  if (!text.empty()) text += ' ';
+  text += std::to_string(number);
+}
+
+/// What a netlist knows of its nets besides their connections.
+class NetFields {
+public:
+  explicit NetFields(const Netlist* netlist) : _netlist(netlist) {
+    unsigned position = 0;
+    for (const Instance* inst : InstancesOf(netlist)) {
+      if (const Net* control = inst->ControlNet()) AppendNumber(_controls[control], position);
+      position++;
+    }
+    position = 0;
+    for (const Net* net : NetsOf(netlist)) {
+      if (net->IsWired()) _wired.emplace(net, position);
+      position++;
+    }
+  }
+
+  std::vector<std::pair<const char*, std::string>> Of(const Net* net) const {
+    std::vector<std::pair<const char*, std::string>> fields;
+    if (auto controls = _controls.find(net); controls != _controls.end())
+      fields.emplace_back(controls_key, controls->second);
+    if (const Net* next = net->WireNext()) {
+      KESTRIN_ASSERT(next->Owner() == _netlist);
+      fields.emplace_back(wired_to_key, std::to_string(_wired.at(next)));
+    }
+    return fields;
+  }
+
+private:
+  const Netlist* _netlist;
+  std::map<const Net*, std::string> _controls;
+  std::map<const Net*, unsigned> _wired;
+};
+
+/// The driver that counts when the connections of a net were made one by one, from the last driver to the first.
+const PortRef* UsualDriver(const Net* net) {
+  const PortRef* usual = net->GetFirstPortRef();
+  if (!usual || usual->IsInput()) return nullptr;
+  for (const PortRef* ref : DriversOf(net))
+    if (ref->GetInst()->IsConstantPrimitive()) usual = ref;
+  return usual;
+}
+
 void SaveConnections(const Net* net, SaveRestore& stream) {
-  KESTRIN_ASSERT(!net->IsWired());
   stream.SaveInteger(net->NumOfPorts());
   for (const DesignObj* port : PortsOf(net)) stream.SavePointer(port);
   stream.SaveInteger(net->NumOfPortRefs());
@@ -449,7 +491,9 @@ void SaveConnections(const Net* net, SaveRestore& stream) {
 } // namespace
 
 void Netlist::Save(SaveRestore& stream) const {
-  SavePrefix(stream);
+  std::string types;
+  for (const Param* param : ParamsOf(this)) AppendNumber(types, static_cast<unsigned>(param->VariableType()));
+  SavePrefix(stream, types.empty() ? FieldAttributes() : FieldAttributes{{parameter_types_key, types}});
   SaveViews(this, stream);
   stream.SaveInteger(_present_design == this);
   stream.SaveInteger(_inst_index);
@@ -468,15 +512,16 @@ void Netlist::Save(SaveRestore& stream) const {
   stream.SaveInteger(NumOfFsms());
   for (Fsm* fsm : FsmsOf(this)) fsm->Save(stream);
   stream.SaveInteger(NumOfNets());
+  const NetFields fields(this);
   for (Net* net : NetsOf(this)) {
-    net->Save(stream);
+    net->Save(stream, fields.Of(net));
     SaveConnections(net, stream);
   }
   stream.SaveInteger(NumOfNetBuses());
   for (NetBus* bus : ByLevel<NetBus>(NetBusesOf(this), &NetBus::NetBusLevel)) bus->Save(stream);
   stream.SaveInteger(NumOfParameters());
   for (Param* param : ParamsOf(this)) {
-    KESTRIN_REPORT_INTERNAL("netlists with parameters are not saved");
+    KESTRIN_REPORT_INTERNAL("netlists with parameters are not meant to be saved");
     stream.SaveString(param->Name());
     stream.SaveString(param->Value());
     stream.SaveString(param->TypeText());
@@ -498,7 +543,17 @@ Netlist::Netlist(SaveRestore& stream) : Netlist(nullptr, 0, /*case_sensitive*/ 1
   RestoreContents(stream);
 }
 
+/// What later parts of a netlist refer to by position.
+struct Netlist::RestoredParts {
+  std::vector<Instance*> insts;
+  std::vector<Net*> nets;
+  std::vector<std::pair<Net*, std::string>> wired; // with the text of the next net's position
+  std::vector<unsigned> parameter_types;
+};
+
 void Netlist::RestoreContents(SaveRestore& stream) {
+  RestoredParts parts;
+  parts.parameter_types = ReadNumbers(stream, TakeFieldAttribute(parameter_types_key));
   const long is_present_design = stream.RestoreInteger();
   const auto inst_index = static_cast<unsigned>(stream.RestoreInteger());
   const auto anonymous_port_index = static_cast<unsigned>(stream.RestoreInteger());
@@ -512,10 +567,13 @@ void Netlist::RestoreContents(SaveRestore& stream) {
   ReadAll(stream, [&] {
     const long kind = stream.RestoreInteger();
     if (kind != PLAIN_INSTANCE && kind != LUT_INSTANCE) stream.SetFail();
-    add(kind == LUT_INSTANCE ? new LutInstance(stream) : new Instance(stream));
+    Instance* inst = kind == LUT_INSTANCE ? new LutInstance(stream) : new Instance(stream);
+    add(inst);
+    parts.insts.push_back(inst);
   });
   ReadAll(stream, [&] { add(new Fsm(stream, this)); });
-  ReadAll(stream, [&] { RestoreNet(stream); });
+  ReadAll(stream, [&] { RestoreNet(stream, parts); });
+  RestoreRings(stream, parts);
   ReadAll(stream, [&] {
     auto* bus = new NetBus(stream, this);
     if (!Whole(stream, bus)) return;
@@ -524,7 +582,7 @@ void Netlist::RestoreContents(SaveRestore& stream) {
     _net_buses.Insert(bus->Name(), bus);
     bus->_owner = this;
   });
-  ReadAll(stream, [&] { RestoreParameter(stream); });
+  ReadAll(stream, [&] { RestoreParameter(stream, parts); });
   if (!stream.IsOK()) return;
   _inst_index = inst_index;
   _anonymous_port_index = anonymous_port_index;
@@ -533,10 +591,19 @@ void Netlist::RestoreContents(SaveRestore& stream) {
   if (is_present_design) SetPresentDesign();
 }
 
-void Netlist::RestoreNet(SaveRestore& stream) {
+void Netlist::RestoreNet(SaveRestore& stream, RestoredParts& parts) {
   auto* net = Whole(stream, new Net(stream));
   if (!net) return;
+  const std::string driver = net->TakeFieldAttribute(driver_key);
+  const std::string wired_to = net->TakeFieldAttribute(wired_to_key);
+  const std::string controls = net->TakeFieldAttribute(controls_key);
   Add(net);
+  parts.nets.push_back(net);
+  if (!wired_to.empty()) parts.wired.emplace_back(net, wired_to);
+  for (unsigned position : ReadNumbers(stream, controls)) {
+    if (position >= parts.insts.size() || parts.insts[position]->ControlNet()) return stream.SetFail();
+    parts.insts[position]->SetControlNet(net);
+  }
   ReadAll(stream, [&] {
     auto* port = ReadObjectOf<Port>(this, stream, DB_PORT);
     if (port && !port->GetNet())
@@ -564,13 +631,39 @@ void Netlist::RestoreNet(SaveRestore& stream) {
   auto first_load = std::find_if(refs.begin(), refs.end(), [](auto& ref) { return ref.first->IsInput(); });
   for (auto driver = first_load; driver != refs.begin(); --driver) connect(driver[-1].first, driver[-1].second);
   for (auto load = first_load; load != refs.end(); ++load) connect(load->first, load->second);
+  if (driver.empty()) return;
+  unsigned position = ReadPosition(stream, driver, static_cast<size_t>(first_load - refs.begin()));
+  if (!stream.IsOK()) return;
+  PortRef* counting = net->_first;
+  while (position--) counting = counting->Next();
+  net->_driver = counting;
 }
 
-void Netlist::RestoreParameter(SaveRestore& stream) {
+// Every net of a ring has one before it and one behind it.
+void Netlist::RestoreRings(SaveRestore& stream, const RestoredParts& parts) {
+  std::set<const Net*> rings;
+  for (const auto& wired : parts.wired) rings.insert(wired.first);
+  std::set<const Net*> reached;
+  for (const auto& [net, wired_to] : parts.wired) {
+    const unsigned position = ReadPosition(stream, wired_to, parts.nets.size());
+    if (!stream.IsOK()) return;
+    Net* next = parts.nets[position];
+    if (next == net || !rings.count(next) || !reached.insert(next).second) stream.SetFail();
+  }
+  if (!stream.IsOK()) return;
+  for (const auto& [net, wired_to] : parts.wired)
+    net->_wire = parts.nets[ReadPosition(stream, wired_to, parts.nets.size())];
+}
+
+void Netlist::RestoreParameter(SaveRestore& stream, RestoredParts& parts) {
   OwnedString name(stream.RestoreString());
   OwnedString value(stream.RestoreString());
   OwnedString type(stream.RestoreString());
-  if (stream.IsOK()) AddParam(name.get(), value.get(), type.get(), Param::unknown_variable_type);
+  const unsigned position = NumOfParameters();
+  const bool has_type = position < parts.parameter_types.size();
+  if (stream.IsOK())
+    AddParam(name.get(), value.get(), type.get(),
+             has_type ? static_cast<int>(parts.parameter_types[position]) : Param::unknown_variable_type);
 }
 
 // Contents of netlists.
@@ -613,16 +706,17 @@ PortBus::PortBus(SaveRestore& stream, const Netlist* netlist) : PortBus() {
   });
 }
 
-void Net::Save(SaveRestore& stream) const {
-  const char power_up[] = {_power_up, 0};
-  if (_power_up && _preferred_name)
-    SavePrefix(stream, {{power_up_key, power_up}, {preferred_name_key, ""}});
-  else if (_power_up)
-    SavePrefix(stream, {{power_up_key, power_up}});
-  else if (_preferred_name)
-    SavePrefix(stream, {{preferred_name_key, ""}});
-  else
-    SavePrefix(stream);
+void Net::Save(SaveRestore& stream) const { Save(stream, {}); }
+
+void Net::Save(SaveRestore& stream, FieldAttributes fields) const {
+  if (_power_up) fields.emplace_back(power_up_key, std::string(1, _power_up));
+  if (_preferred_name) fields.emplace_back(preferred_name_key, "");
+  if (const PortRef* driver = DrivingPortRef(); driver != UsualDriver(this)) {
+    unsigned position = 0;
+    for (const PortRef* ref = _first; ref != driver; ref = ref->Next()) position++;
+    fields.emplace_back(driver_key, std::to_string(position));
+  }
+  SavePrefix(stream, fields);
 }
 
 Net::Net(SaveRestore& stream) : Net() {
@@ -671,10 +765,7 @@ NetBus::NetBus(SaveRestore& stream, const Netlist* netlist) : NetBus() {
 }
 
 void Instance::Save(SaveRestore& stream) const {
-  if (_sequence)
-    SavePrefix(stream, {{sequence_key, std::to_string(_sequence).c_str()}});
-  else
-    SavePrefix(stream);
+  SavePrefix(stream, _sequence ? FieldAttributes{{sequence_key, std::to_string(_sequence)}} : FieldAttributes());
   stream.SavePointer(_view);
 }
 

@@ -3,10 +3,10 @@
 #ifndef KESTRIN_DATABASE_DESIGNOBJ_H
 #define KESTRIN_DATABASE_DESIGNOBJ_H
 
-#include <initializer_list>
 #include <iosfwd>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "database/att.h"
 
@@ -138,8 +138,8 @@ protected:
   /// What all objects write first: name, location, attributes.
   void SavePrefix(SaveRestore& stream) const { SavePrefix(stream, {}); }
   /// With attributes that stand for fields which the format has no place for.
-  using FieldAttributes = std::initializer_list<std::pair<const char*, const char*>>;
-  void SavePrefix(SaveRestore& stream, FieldAttributes fields) const;
+  using FieldAttributes = std::vector<std::pair<const char*, std::string>>;
+  void SavePrefix(SaveRestore& stream, const FieldAttributes& fields) const;
   void RestorePrefix(SaveRestore& stream);
   /// Reads such an attribute and removes it.
   std::string TakeFieldAttribute(const char* key);

@@ -32,7 +32,11 @@ Instance::~Instance() {
   if (_owner) _owner->Remove(this);
 }
 
-unsigned Instance::Supports(const Att* att) const { return _view ? _view->SupportsAttribute(att) : 0; }
+unsigned Instance::Supports(const Att* att) const {
+  if (!_view) return 0;
+  if (Type() != PRIM_NONE) return _view->SupportsAttribute(att);
+  return !att || kestrin_att_supported(ATT_ON_USER_INSTANCE, att->Type());
+}
 
 void Instance::SetName(const char* name) {
   Netlist* owner = _owner;
@@ -51,6 +55,8 @@ void Instance::AddParam(const char* name, const char* value, const char* type, i
 
 Param* Instance::GetParam(const char* name) const { return _view ? _view->GetParam(name) : nullptr; }
 
+Param* Instance::GetParamNoCase(const char* name) const { return _view ? _view->GetParamNoCase(name) : nullptr; }
+
 Fsm* Instance::GetFsm() const {
   if (!_owner || !_owner->NumOfFsms() || !kestrin_is_register_type(Type())) return nullptr;
   for (Fsm* fsm : FsmsOf(_owner))
@@ -63,6 +69,12 @@ void Instance::Instantiate(Netlist* view) {
   _view = view;
   if (_view) _view->AddRef(this);
 }
+
+void Instance::SetControlNet(Net* net) {
+  if (_owner) _owner->SetControlNet(this, net);
+}
+
+Net* Instance::ControlNet() const { return _owner ? _owner->ControlNet(this) : nullptr; }
 
 unsigned Instance::Connect(Port* port, Net* net) {
   KESTRIN_ASSERT(port && net);
@@ -285,6 +297,19 @@ public:
             ->SetControlNet(FromWord<Net*>(_nets.GetValue(inner->ControlNet())));
   }
 
+  /// The registers stay what they are.
+  void CopyFsms() {
+    for (Fsm* inner : FsmsOf(_view)) {
+      Fsm* copy = inner->Copy();
+      copy->SetName(FlattenedName(_inst->Name(), inner->Name()).c_str());
+      for (unsigned pos = 0; pos < inner->NumStates(); pos++) {
+        Instance* state = inner->GetStateAt(pos);
+        copy->AddState(FromWord<Instance*>(_instances.GetValue(state)), inner->StateName(state));
+      }
+      _owner->Add(copy);
+    }
+  }
+
 private:
   Net* OuterNet(const Net* inner) const {
     for (Port* port : PortsOf(inner))
@@ -321,6 +346,7 @@ unsigned Instance::Flatten(Array* new_instances) {
   flattener.JoinOuterNets();
   flattener.CopyInstances(new_instances);
   flattener.CopyNets();
+  flattener.CopyFsms();
   delete this;
   return 1;
 }
@@ -356,9 +382,9 @@ void Instance::Dump(std::ostream& out, unsigned indent) const {
     PrintLevel(out, indent + 1);
     out << "Buffer Type = (" << Netlist::BufferTypeString(BufferType()) << ")\n";
   }
-  if (_control_net) {
+  if (const Net* control = ControlNet()) {
     PrintLevel(out, indent + 1);
-    out << "Condition Net:" << (_control_net->Name() ? _control_net->Name() : " auto~") << "\n";
+    out << "Condition Net:" << (control->Name() ? control->Name() : " auto~") << "\n";
   }
   DumpAttributes(out, indent + 1);
   for (PortRef* ref : ConnectionsOf(this)) {

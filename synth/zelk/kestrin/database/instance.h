@@ -43,13 +43,15 @@ public:
   virtual unsigned LutFunction() const { return 0; }
   virtual void Dump(std::ostream& out, unsigned indent = 0) const;
 
+  Param* GetParamNoCase(const char* name) const;
   Netlist* Owner() const { return _owner; }
   Netlist* View() const { return _view; }
   /// Gives a view to an instance that has none.
   void Instantiate(Netlist* view);
-  /// Null to take it off. The condition under which an operator is active.
-  void SetControlNet(Net* net) { _control_net = net; }
-  Net* ControlNet() const { return _control_net; }
+  /// The condition under which an operator is active: a net of the owner, which an instance must have. Null takes it
+  /// off; so does the net's end, and when two nets become one the other takes its place.
+  void SetControlNet(Net* net);
+  Net* ControlNet() const;
   /// Creation number of an infer point.
   void SetSequence(unsigned sequence) { _sequence = sequence; }
   unsigned Sequence() const { return _sequence; }
@@ -179,7 +181,6 @@ private:
   Array* _connections = nullptr;
   Netlist* _owner = nullptr;
   Netlist* _view;
-  Net* _control_net = nullptr;
 };
 
 /// An instance of an OPER_LUT view with at most 5 inputs, with its truth table: bit i is the output for input value i.

@@ -283,6 +283,7 @@ void Net::MoveConnectionsTo(Net* survivor) {
     Remove(load);
     survivor->Add(load);
   }
+  if (_owner && _owner == survivor->_owner) _owner->ReplaceControlNet(this, survivor);
 }
 
 Net* Net::ResolveWires() {

@@ -38,6 +38,8 @@ public:
   void SetNetBus(NetBus* bus) override { _bus = bus; }
   void SetName(const char* name) override;
   void Save(SaveRestore& stream) const override;
+  /// With what the netlist knows of the net.
+  void Save(SaveRestore& stream, FieldAttributes fields) const;
   virtual void Dump(std::ostream& out, unsigned indent = 0) const;
   /// Reports "combinational loop at net %s" when the target is reached backwards from this net through combinational
   /// logic (with this net as target: when the net depends on itself). 1 when so.

@@ -6,6 +6,7 @@
 
 #include "containers/views.h"
 #include "database/cell.h"
+#include "database/controlnets.h"
 #include "database/fsm.h"
 #include "database/instance.h"
 #include "database/net.h"
@@ -89,6 +90,8 @@ void Netlist::DeleteContents() {
   _potentially_fanout_free = nullptr;
   delete _cnet_buffers;
   _cnet_buffers = nullptr;
+  delete _control_nets;
+  _control_nets = nullptr;
 }
 
 void Netlist::ForgetReferences() {
@@ -96,11 +99,8 @@ void Netlist::ForgetReferences() {
   _refs.Reset();
 }
 
-unsigned Netlist::Supports(const Att*) const { return 1; }
-
-unsigned Netlist::SupportsAttribute(const Att* att) const {
-  return !att || kestrin_att_supported(ATT_ON_USER_INSTANCE, att->Type());
-}
+// A view of the system takes what its instances take.
+unsigned Netlist::Supports(const Att* att) const { return Type() == PRIM_NONE || SupportsAttribute(att); }
 
 void Netlist::SetName(const char* name) {
   Cell* owner = _owner;
@@ -264,6 +264,7 @@ void Netlist::Unlink(Net* net) {
 void Netlist::Remove(Net* net) {
   if (!net || net->_owner != this) return;
   Unlink(net);
+  ReplaceControlNet(net, nullptr);
   if (_potentially_fanout_free) _potentially_fanout_free->Remove(net);
 }
 
@@ -307,14 +308,14 @@ void Netlist::UniquifyBaseNetName(std::string& out, const char* base, const char
   std::string wanted = base ? base : "";
   out = wanted;
   if (!BaseNetNameExists(out.c_str())) return;
-  std::string front;
-  if (prefix && *prefix) front = std::string(prefix) + separator;
-  if (auto_prefix && *auto_prefix) front += std::string(auto_prefix) + separator;
-  out = front + wanted;
-  for (unsigned number = 1; BaseNetNameExists(out.c_str()); number++) {
-    out = front;
-    out.append("_").append(std::to_string(number)).append(separator).append(wanted);
-  }
+  auto decorated = [&](const std::string& number) {
+    std::string name;
+    for (const std::string& part : {std::string(prefix ? prefix : ""), (auto_prefix ? auto_prefix : "") + number})
+      if (!part.empty()) name.append(part).append(separator);
+    return name + wanted;
+  };
+  out = decorated("");
+  for (unsigned number = 1; BaseNetNameExists(out.c_str()); number++) out = decorated("_" + std::to_string(number));
   kestrin_debug("Base net name %s was already in use - using %s", wanted.c_str(), out.c_str());
 }
 
@@ -404,7 +405,20 @@ void Netlist::Remove(Instance* inst) {
   if (!inst || inst->_owner != this) return;
   if (_sharing) _sharing->DeleteAllCompatibilityEdges(inst);
   if (_cnet_buffers) _cnet_buffers->Remove(inst);
+  SetControlNet(inst, nullptr);
   Unlink(inst);
+}
+
+void Netlist::SetControlNet(Instance* inst, Net* net) {
+  KESTRIN_ASSERT(!net || net->Owner() == this);
+  if (!_control_nets && net) _control_nets = new ControlNets;
+  if (_control_nets) _control_nets->Set(inst, net);
+}
+
+Net* Netlist::ControlNet(const Instance* inst) const { return _control_nets ? _control_nets->Of(inst) : nullptr; }
+
+void Netlist::ReplaceControlNet(const Net* net, Net* other) {
+  if (_control_nets) _control_nets->Replace(net, other);
 }
 
 Instance* Netlist::GetInst(const char* name) const {

@@ -13,6 +13,7 @@
 #include "database/primtype.h"
 
 class Cell;
+class ControlNets;
 class Fsm;
 class Instance;
 class Net;
@@ -42,8 +43,8 @@ public:
   void ReplaceBy(SaveRestore& stream, Netlist* existing);
 
   // What the view is, for its instances. A plain netlist answers 0, null or PRIM_NONE. In slot order.
-  /// Whether instances of this view take the attribute; null asks whether they take any.
-  virtual unsigned SupportsAttribute(const Att* att) const;
+  /// Whether instances of a primitive or operator take the attribute; null asks whether they take any.
+  virtual unsigned SupportsAttribute(const Att*) const { return 0; }
   /// Warns about nets with a location whose fanout exceeds the flag "hdl_initial_fanout_limit".
   virtual void CheckTooManyFanouts();
   virtual unsigned IsPrimitive() const { return 0; }
@@ -364,6 +365,8 @@ private:
   friend class NetlistChecker;
   friend class Port;
 
+  /// An empty netlist; of a primitive or operator another one of its class and sizes.
+  Netlist* NewOfSameKind() const;
   hash_type NameHash() const { return _case_sensitive ? HASH_STRING : HASH_STRING_NOCASE; }
   // Into the tables and out of them, with names that clash resolved, and nothing else.
   void Link(Net* net);
@@ -372,11 +375,16 @@ private:
   void Unlink(Instance* inst);
   void RenamePort(Port* port, const char* name);
   void RenumberPorts();
+  void SetControlNet(Instance* inst, Net* net);
+  Net* ControlNet(const Instance* inst) const;
+  void ReplaceControlNet(const Net* net, Net* other);
   void MakeInstanceName(Instance* inst);
   void ResolveInstanceClash(Instance* inst);
   void RestoreContents(SaveRestore& stream);
-  void RestoreNet(SaveRestore& stream);
-  void RestoreParameter(SaveRestore& stream);
+  struct RestoredParts;
+  void RestoreNet(SaveRestore& stream, RestoredParts& parts);
+  void RestoreRings(SaveRestore& stream, const RestoredParts& parts);
+  void RestoreParameter(SaveRestore& stream, RestoredParts& parts);
   Netlist* Install(SaveRestore& stream, Cell* owner);
   Port* AddForRestored(SaveRestore& stream, const Port* restored);
   PortBus* AddForRestored(SaveRestore& stream, const PortBus* restored);
@@ -406,6 +414,7 @@ private:
   Array _auto_instance_names;
   Set* _potentially_fanout_free = nullptr;
   Set* _cnet_buffers = nullptr;
+  ControlNets* _control_nets = nullptr; // made with the first one
   static Netlist* _present_design;
 };
 

@@ -53,13 +53,16 @@ bool sort_portref_insts(const PortRef* a, const PortRef* b) {
                                       : SortsBefore(a->GetPort(), b->GetPort());
 }
 
-/// By name, and nameless nets by what drives them.
+bool sort_portref_ports(const Port* a, const Port* b) { return SortsBefore(a, b); }
+
+/// By the instance that drives them; then those that none drives. Nets of one driver stand by its ports and their
+/// names.
 bool sort_net_drivers(const Net* a, const Net* b) {
-  if (a->Name() || b->Name()) return SortsBefore(a, b);
   const PortRef* of_a = a->DrivingPortRef();
   const PortRef* of_b = b->DrivingPortRef();
-  if (of_a && of_b) return sort_portref_insts(of_a, of_b);
-  return of_a != nullptr && !of_b;
+  if (!of_a || !of_b) return of_a || of_b ? of_a != nullptr : SortsBefore(a, b);
+  if (sort_portref_insts(of_a, of_b)) return true;
+  return !sort_portref_insts(of_b, of_a) && SortsBefore(a, b);
 }
 
 template <class T, class Range, class Less> std::vector<T*> Sorted(const Range& range, Less less) {
@@ -79,6 +82,7 @@ public:
       if (!net->Name()) _numbers.emplace(net, _numbers.size());
     _out << "ZELK netlist dump of " << Text(_netlist->Name()) << "\n";
     _netlist->DumpAttributes(_out);
+    for (const Param* param : ParamsOf(_netlist)) param->Dump(_out);
     _out << "Instances " << _netlist->NumOfInsts() << "\n";
     for (const Instance* inst : Sorted<Instance>(InstancesOf(_netlist), sort_netlist_views)) Dump(inst);
     _out << "IO " << _netlist->NumOfPorts() << "\n";
@@ -115,7 +119,7 @@ private:
     if (inst->ControlNet()) _out << "  Condition Net:" << NameOf(inst->ControlNet()) << "\n";
     inst->DumpAttributes(_out, 1);
     if (!view) return;
-    for (const Port* port : Sorted<Port>(PortsOf(view), SortsBefore))
+    for (const Port* port : Sorted<Port>(PortsOf(view), sort_portref_ports))
       _out << Format("  Port:%-10s %3s %3s  Net:%s\n", Text(port->Name()), DirectionText(port->Direction()),
                      port->GetPortBus() ? "Bus" : "   ", NameOf(inst->GetNet(port)).c_str());
   }

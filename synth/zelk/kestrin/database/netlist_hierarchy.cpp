@@ -11,7 +11,9 @@
 #include "database/instance.h"
 #include "database/library.h"
 #include "database/net.h"
+#include "database/operators.h"
 #include "database/param.h"
+#include "database/primitives.h"
 #include "database/views.h"
 
 // Several ports on one net are a connection through the netlist, unless all of them drive it.
@@ -134,10 +136,17 @@ private:
 
 } // namespace
 
+Netlist* Netlist::NewOfSameKind() const {
+  if (IsPrimitive()) return static_cast<const Prim*>(this)->NewOfSameKind();
+  if (IsOperator()) return static_cast<const Operator*>(this)->NewOfSameKind();
+  return new Netlist(nullptr, Linefile(), _case_sensitive);
+}
+
 Netlist* Netlist::Copy() const {
-  auto* copy = new Netlist(nullptr, Linefile(), _case_sensitive);
+  Netlist* copy = NewOfSameKind();
   copy->CopyNames(*this);
   copy->CopyFrom(*this);
+  if (Type() != PRIM_NONE) return copy; // it has its ports from its kind, and nothing else
   NetlistCopier copier(this, copy);
   copier.CopyPorts();
   copier.CopyParams();
@@ -246,7 +255,6 @@ Instance* Netlist::Group(Set& instances, const char* instance_name, const char* 
   auto* inst = new Instance(instance_name, view);
   for (Instance* member : KeysOf<Instance*>(&group)) {
     Remove(member);
-    member->SetControlNet(nullptr);
     view->Add(member);
   }
   Add(inst);

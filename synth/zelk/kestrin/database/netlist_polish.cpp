@@ -1,6 +1,10 @@
 // Netlist::Polish: the order of the passes that turn an elaborated netlist into a clean one. The order is part of the
 // design: each pass relies on what those before it left.
+#include <iterator>
+#include <string>
+
 #include "database/netlist.h"
+#include "database/netlistchecker.h"
 #include "database/ram.h"
 #include "util/services.h"
 
@@ -84,12 +88,20 @@ void PrintFigures(const Netlist* netlist) {
   if (kestrin_flag("zelk_analyze_netlists")) netlist->PrintConnectivityStats();
 }
 
+/// In builds with assertions no pass leaves an inconsistent netlist behind.
+void CheckAfter(const PolishPass& pass, const Netlist* netlist) {
+  const auto number = std::distance(std::begin(passes), &pass);
+  kestrin_check_netlist(netlist, ("pass " + std::to_string(number) + " of polishing").c_str());
+}
+
 /// Whether all passes ran.
 bool RunPasses(Netlist* netlist) {
   for (const PolishPass& pass : passes) {
     if (!pass.IsWanted()) continue;
     if (pass.dump_before) netlist->NetlistDump(pass.dump_before);
-    if (!pass.run(netlist)) return false;
+    const bool goes_on = pass.run(netlist);
+    CheckAfter(pass, netlist);
+    if (!goes_on) return false;
     if (pass.dump_after) netlist->NetlistDump(pass.dump_after);
   }
   return true;
@@ -101,6 +113,7 @@ void Netlist::Polish() {
   kestrin_debug("Polishing Kestrin netlist consuming %u bytes", static_cast<unsigned>(before));
   ProfileScope scope("***Polishing the netlist***");
   PrintFigures(this);
+  kestrin_check_netlist(this, "elaboration");
   if (!RunPasses(this)) return;
   PrintFigures(this);
   const unsigned long after = MemUsage();

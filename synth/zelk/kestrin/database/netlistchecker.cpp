@@ -1,9 +1,10 @@
 #include "database/netlistchecker.h"
 
+#include "containers/assertion.h"
 #include "containers/views.h"
 #include "database/views.h"
 
-NetlistChecker::NetlistChecker(const Netlist* netlist) : _netlist(netlist) {
+NetlistChecker::NetlistChecker(const Netlist* netlist) : _netlist(netlist), _ringed(HASH_POINTER) {
   CheckPorts();
   CheckPortBuses();
   CheckInstances();
@@ -11,6 +12,7 @@ NetlistChecker::NetlistChecker(const Netlist* netlist) : _netlist(netlist) {
   CheckNetBuses();
   CheckFsms();
   CheckReferences();
+  CheckOwner();
 }
 
 std::string NetlistChecker::Report() const {
@@ -26,7 +28,7 @@ void NetlistChecker::Expect(bool condition, const char* kind, const DesignObj* o
 void NetlistChecker::CheckPorts() {
   unsigned position = 0;
   for (auto [key, port] : Entries<const char*, Port*>(&_netlist->Ports())) {
-    Expect(key == port->Name(), "port", port, "is filed under its name");
+    Expect(key == port->Name() && _netlist->GetPort(key) == port, "port", port, "is filed under its name");
     Expect(port->Owner() == _netlist, "port", port, "belongs to the netlist");
     Expect(port->Index() == position++, "port", port, "has its position as index");
     const Net* net = port->GetNet();
@@ -39,17 +41,24 @@ void NetlistChecker::CheckPorts() {
 
 void NetlistChecker::CheckPortBuses() {
   for (auto [key, bus] : Entries<const char*, PortBus*>(&_netlist->PortBuses())) {
-    Expect(key == bus->Name(), "port bus", bus, "is filed under its name");
+    Expect(key == bus->Name() && _netlist->GetPortBus(key) == bus, "port bus", bus, "is filed under its name");
     Expect(bus->Owner() == _netlist, "port bus", bus, "belongs to the netlist");
-    for (DesignObj* element : ElementsOf(bus))
+    if (const PortBus* outer = bus->GetPortBus())
+      Expect(outer->Owner() == _netlist && outer->Elements().Contains(static_cast<DesignObj*>(bus)), "port bus", bus,
+             "is an element of its bus");
+    for (DesignObj* element : ElementsOf(bus)) {
       Expect(element->GetPortBus() == bus, "port bus", bus, "is the bus of its elements");
+      Expect(element->PortBusLevel() + 1 == bus->PortBusLevel(), "port bus", bus, "is a level above its elements");
+    }
   }
 }
 
 void NetlistChecker::CheckInstances() {
   for (auto [key, inst] : Entries<const char*, Instance*>(&_netlist->Insts())) {
-    Expect(key == inst->Name(), "instance", inst, "is filed under its name");
+    Expect(key == inst->Name() && _netlist->GetInst(key) == inst, "instance", inst, "is filed under its name");
     Expect(inst->Owner() == _netlist, "instance", inst, "belongs to the netlist");
+    Expect(!inst->ControlNet() || inst->ControlNet()->Owner() == _netlist, "instance", inst,
+           "has a condition in the netlist");
     CheckInstance(inst);
   }
 }
@@ -76,17 +85,21 @@ void NetlistChecker::CheckInstance(const Instance* inst) {
 
 void NetlistChecker::CheckNets() {
   for (auto [key, net] : Entries<const char*, Net*>(&_netlist->NamedNets()))
-    Expect(key == net->Name(), "net", net, "is filed under its name");
+    Expect(key == net->Name() && _netlist->GetNet(key) == net, "net", net, "is filed under its name");
   for (auto [key, net] : Entries<const Net*, Net*>(&_netlist->AutoNets()))
     Expect(key == net && !net->Name(), "net", net, "without name is filed under itself");
   for (Net* net : NetsOf(_netlist)) {
     Expect(net->Owner() == _netlist, "net", net, "belongs to the netlist");
-    for (Port* port : PortsOf(net)) Expect(port->GetNet() == net, "net", net, "is the net of its ports");
+    for (Port* port : PortsOf(net))
+      Expect(port->GetNet() == net && port->Owner() == _netlist, "net", net, "is the net of its ports");
     if (NetBus* bus = net->GetNetBus())
-      Expect(bus->Elements().GetItem(static_cast<DesignObj*>(net)), "net", net, "is an element of its bus");
+      Expect(bus->Owner() == _netlist && bus->Elements().GetItem(static_cast<DesignObj*>(net)), "net", net,
+             "is an element of its bus");
     CheckConnections(net);
     CheckRing(net);
   }
+  for (Net* net : KeysOf<Net*>(_netlist->_potentially_fanout_free))
+    Expect(net->Owner() == _netlist, "net", net, "to be swept belongs to the netlist");
 }
 
 // The list is circular backwards only.
@@ -94,6 +107,7 @@ void NetlistChecker::CheckConnections(const Net* net) {
   unsigned count = 0;
   bool loads_began = false;
   bool driver_found = !net->_driver_valid || !net->_driver;
+  const bool drives_constant = net->_driver && net->_driver->GetInst()->IsConstantPrimitive();
   const PortRef* before = net->GetLastPortRef();
   for (PortRef* ref : PortRefsOf(net)) {
     Expect(ref->GetNet() == net, "net", net, "is the net of its connections");
@@ -102,6 +116,8 @@ void NetlistChecker::CheckConnections(const Net* net) {
     Expect(ref->GetInst()->GetPortRef(ref->GetPort()) == ref, "net", net, "is known to the instances on it");
     loads_began |= ref->IsInput();
     driver_found |= ref == net->_driver && !ref->IsInput();
+    Expect(ref->IsInput() || !net->_driver_valid || drives_constant || !ref->GetInst()->IsConstantPrimitive(), "net",
+           net, "has the value of its constant driver");
     before = ref;
     if (++count > net->NumOfPortRefs()) break;
   }
@@ -110,27 +126,32 @@ void NetlistChecker::CheckConnections(const Net* net) {
 }
 
 void NetlistChecker::CheckRing(const Net* net) {
-  Set ring(HASH_POINTER);
+  if (!net->WireNext() || !_ringed.Insert(net)) return;
   const Net* at = net->WireNext();
-  while (at && at != net && ring.Insert(at)) at = at->WireNext();
-  Expect(!net->WireNext() || at == net, "net", net, "is wired in a ring");
+  while (at && at != net && _ringed.Insert(at)) at = at->WireNext();
+  Expect(at == net, "net", net, "is wired in a ring");
 }
 
 void NetlistChecker::CheckNetBuses() {
   for (auto [key, bus] : Entries<const char*, NetBus*>(&_netlist->NetBuses())) {
-    Expect(key == bus->Name(), "net bus", bus, "is filed under its name");
+    Expect(key == bus->Name() && _netlist->GetNetBus(key) == bus, "net bus", bus, "is filed under its name");
     Expect(bus->Owner() == _netlist, "net bus", bus, "belongs to the netlist");
+    if (NetBus* outer = bus->GetNetBus())
+      Expect(outer->Owner() == _netlist && outer->Elements().GetItem(static_cast<DesignObj*>(bus)), "net bus", bus,
+             "is an element of its bus");
     Expect(bus->Elements().Size() <= bus->Size(), "net bus", bus, "has no more elements than indices");
     for (auto [element, value] : ElementsOf(bus)) {
       Expect(value == bus, "net bus", bus, "is what its elements are filed with");
       Expect(!element || element->GetNetBus() == bus, "net bus", bus, "is the bus of its elements");
+      Expect(!element || element->NetBusLevel() + 1 == bus->NetBusLevel(), "net bus", bus,
+             "is a level above its elements");
     }
   }
 }
 
 void NetlistChecker::CheckFsms() {
   for (auto [key, fsm] : Entries<const char*, Fsm*>(&_netlist->Fsms())) {
-    Expect(key == fsm->Name(), "state machine", fsm, "is filed under its name");
+    Expect(key == fsm->Name() && _netlist->GetFsm(key) == fsm, "state machine", fsm, "is filed under its name");
     Expect(fsm->Owner() == _netlist, "state machine", fsm, "belongs to the netlist");
     for (unsigned pos = 0; pos < fsm->NumStates(); pos++) {
       const Instance* state = fsm->GetStateAt(pos);
@@ -144,3 +165,19 @@ void NetlistChecker::CheckReferences() {
   for (Instance* inst : ReferencesOf(_netlist))
     Expect(inst->View() == _netlist, "instance", inst, "refers to the netlist that knows it");
 }
+
+void NetlistChecker::CheckOwner() {
+  const Cell* cell = _netlist->Owner();
+  Expect(!cell || cell->GetNetlist(_netlist->Name()) == _netlist, "netlist", _netlist, "is a view of its cell");
+  for (auto [key, param] : Entries<const char*, Param*>(&_netlist->Params()))
+    Expect(key == param->Name(), "netlist", _netlist, "has its parameters filed under their names");
+}
+
+#ifndef NDEBUG
+void kestrin_check_netlist(const Netlist* netlist, const char* after) {
+  const NetlistChecker checker(netlist);
+  if (checker.IsConsistent()) return;
+  const std::string text = std::string("inconsistent netlist after ") + after + ": " + checker.Faults().front();
+  kestrin_assertion_failed(text.c_str(), __FILE__, __LINE__);
+}
+#endif

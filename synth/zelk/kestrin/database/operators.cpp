@@ -134,6 +134,40 @@ OperLut::OperLut(unsigned input_size) : Operator(OPER_LUT) {
   _output.Insert(AddScalarPort("o", DIR_OUTPUT));
 }
 
+Operator* Operator::New(prim_type_enum type, unsigned left, unsigned right, unsigned is_signed) {
+  switch (type) {
+  case OPER_ADDER: return new OperAdder(left, right);
+  case OPER_MULTIPLIER: return new OperMult(left, right, left + right, is_signed);
+  case OPER_DIVIDER: return new OperDiv(left, right, left, is_signed);
+  case OPER_MODULO: return new OperMod(left, right, right, is_signed);
+  case OPER_SHIFT_LEFT: return new OperShiftLeft(left, right);
+  case OPER_SHIFT_RIGHT: return new OperShiftRight(left, right);
+  case OPER_ROTATE_LEFT: return new OperRotateLeft(left, right);
+  case OPER_ROTATE_RIGHT: return new OperRotateRight(left, right);
+  case OPER_REDUCE_AND: return new OperReduceAnd(left);
+  case OPER_REDUCE_OR: return new OperReduceOr(left);
+  case OPER_REDUCE_XOR: return new OperReduceXor(left);
+  case OPER_REDUCE_NAND: return new OperReduceNand(left);
+  case OPER_REDUCE_NOR: return new OperReduceNor(left);
+  case OPER_REDUCE_XNOR: return new OperReduceXnor(left);
+  case OPER_LESSTHAN: return new OperLessThan(left, right);
+  case OPER_EQUAL: return new OperEqual(left, right);
+  case OPER_NTO1MUX: return new OperNto1Mux(left, right);
+  case OPER_SELECTOR: return new OperSelector(left);
+  case OPER_DECODER: return new OperDecoder(left);
+  case OPER_PRIO_SELECTOR: return new OperPrioSelector(left);
+  case OPER_DUAL_PORT_RAM: return new OperDualPortRam({}, {}, {}, {});
+  case OPER_LUT: return new OperLut(left);
+  default: return nullptr;
+  }
+}
+
+Operator* Operator::NewOfSameKind() const {
+  if (_type != OPER_DUAL_PORT_RAM) return New(_type, Input1Size(), Input2Size(), _is_signed);
+  const auto* ram = static_cast<const OperDualPortRam*>(this);
+  return new OperDualPortRam(ram->ReadPortInfo(0), ram->ReadPortInfo(1), ram->WritePortInfo(0), ram->WritePortInfo(1));
+}
+
 // Construction.
 
 namespace {

@@ -23,6 +23,9 @@
 class Operator : public Netlist {
 public:
   void Save(SaveRestore& stream) const override;
+  /// A view of its own, which the caller deletes. Sizes that the type does not have are 0; a memory gets no ports.
+  static Operator* New(prim_type_enum type, unsigned left, unsigned right, unsigned is_signed);
+  Operator* NewOfSameKind() const;
   /// An operator of this type by its sizes; null, with a bad stream, for sizes that none has.
   static Operator* Restore(SaveRestore& stream, prim_type_enum type);
   /// The name of the cell that holds the operators of this type and these sizes.

@@ -59,7 +59,8 @@ const char* DirectionText(port_dir direction) {
 
 void Port::Dump(std::ostream& out, unsigned indent) const {
   PrintLevel(out, indent);
-  out << "IO:" << (Name() ? Name() : "") << " " << DirectionText(_direction) << " " << (_bus ? "Bus" : "   ") << "  Net:";
+  out << "IO:" << (Name() ? Name() : "") << " " << DirectionText(_direction) << " " << (_bus ? "Bus" : "   ")
+      << "  Net:";
   out << (!_net ? "DANGLING" : _net->Name() ? _net->Name() : " auto~") << "\n";
   DumpAttributes(out, indent + 1);
 }
@@ -125,7 +126,8 @@ int PortBus::IndexOf(const DesignObj* element) const {
 
 void PortBus::Dump(std::ostream& out, unsigned indent) const {
   PrintLevel(out, indent);
-  out << "PortBus:" << (Name() ? Name() : "") << " " << DirectionText(_direction) << " [" << _left << ":" << RightIndex() << "]\n";
+  out << "PortBus:" << (Name() ? Name() : "") << " " << DirectionText(_direction) << " [" << _left << ":"
+      << RightIndex() << "]\n";
   DumpAttributes(out, indent + 1);
   for (DesignObj* element : ElementsOf(this)) {
     PrintLevel(out, indent + 1);

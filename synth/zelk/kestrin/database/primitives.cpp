@@ -89,6 +89,17 @@ unsigned Prim::SupportsAttribute(const Att* att) const {
   return !att || kestrin_att_supported(supporter, att->Type());
 }
 
+Prim* Prim::New(prim_type_enum type, buffer_type_enum buffer_type) {
+  if (type == PRIM_BUF) return new PrimBuf(FindLine(PRIM_BUF)->name, buffer_type);
+  switch (type) {
+#define KESTRIN_PRIM(type, class_name, name, supporter)                                                                \
+  case type:                                                                                                           \
+    return new class_name(name); // NOLINT(bugprone-macro-parentheses)
+#include "database/primitives.def"
+  default: return nullptr;
+  }
+}
+
 Prim* Prim::Static(prim_type_enum type) {
   if (type == PRIM_BUF) return PrimBuf::Static(LOGICAL);
   if (type <= PRIM_NONE || type > PRIM_INFER_POINT) return nullptr;

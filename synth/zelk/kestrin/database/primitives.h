@@ -33,6 +33,10 @@ public:
   /// The shared netlist of a primitive; null for any other type. Of the buffer it is the LOGICAL one.
   static Prim* Static(prim_type_enum type);
 
+  /// A primitive of this type besides the shared one; the caller deletes it.
+  static Prim* New(prim_type_enum type, buffer_type_enum buffer_type = LOGICAL);
+  Prim* NewOfSameKind() const { return New(_type, BufferType()); }
+
   void Save(SaveRestore& stream) const override;
   unsigned SupportsAttribute(const Att* att) const override;
   unsigned IsPrimitive() const override { return 1; }

@@ -342,16 +342,12 @@ void Netlist::RemoveControlNetBuffers() {
   for (Instance* buf : KeysOf<Instance*>(_cnet_buffers)) buffers.push_back(buf);
   delete _cnet_buffers;
   _cnet_buffers = nullptr;
-  Map behind(HASH_POINTER); // output of a buffer to the net that stands for it
   for (Instance* buf : buffers) {
     KESTRIN_ASSERT(buf && buf->Type() == PRIM_BUF);
     Net* input = buf->GetInput();
     Net* output = buf->GetOutput();
     delete buf;
-    if (!input || !output || input == output) continue;
-    input->Wire(output);
-    behind.Insert(output, input->ResolveWires());
+    if (input) input->Wire(output); // operators under the buffer's output follow it
+    if (output) output->ResolveWires();
   }
-  for (Instance* inst : InstancesOf(this))
-    if (inst->ControlNet()) inst->SetControlNet(FromWord<Net*>(behind.GetValue(inst->ControlNet())));
 }
