@@ -13,7 +13,11 @@ namespace {
 using WORDS = std::vector<std::string>;
 
 /// Options whose value is a path.
-bool has_path(const std::string& option) { return option == "-I" || option == "-y" || option == "-f"; }
+bool has_path(const std::string& option) {
+  for (const char* known : {"-I", "-y", "-f", "-o", "--project"})
+    if (option == known) return true;
+  return false;
+}
 
 std::string replace_variables(const std::string& line) {
   std::string result;
@@ -96,9 +100,10 @@ void FLATTENER::add(const WORDS& words, const std::string& directory) {
       m_result.push_back(resolve(word, directory));
       continue;
     }
-    bool is_joined = word[1] != '-' && word.size() > 2; // -Idir
-    std::string option = is_joined ? word.substr(0, 2) : word;
-    bool has_equals = word.find('=') != std::string::npos && !is_joined;
+    bool is_joined = word[1] != '-' && word.size() > 2;             // -Idir
+    size_t equals = is_joined ? std::string::npos : word.find('='); // --option=value
+    bool has_equals = equals != std::string::npos;
+    std::string option = is_joined ? word.substr(0, 2) : word.substr(0, equals);
     bool takes_next = !is_joined && !has_equals && m_takes_value(option);
     if (takes_next && i + 1 == words.size()) throw USAGE_ERROR("option " + option + " needs a value");
     if (!has_path(option)) {
@@ -106,7 +111,10 @@ void FLATTENER::add(const WORDS& words, const std::string& directory) {
       if (takes_next) m_result.push_back(words[++i]);
       continue;
     }
-    std::string path = resolve(is_joined ? word.substr(2) : words[++i], directory);
+    std::string path = resolve(is_joined    ? word.substr(2)
+                               : has_equals ? word.substr(equals + 1)
+                                            : words[++i],
+                               directory);
     if (option == "-f")
       add_list(path);
     else

@@ -12,6 +12,8 @@ struct COMMAND_LINE {
   RUN_OPTIONS run;
   std::vector<std::string> outputs;
   bool stats = false;
+  bool time = false;
+  bool flatten = false;
   bool quiet = false;
   bool werror = false;
   bool progress = false;
@@ -24,9 +26,5 @@ enum class PARSE_RESULT { RUN, DONE, WRONG_USAGE };
 /// Reads the arguments into the command line and the project. DONE after --help or --version; on wrong usage the
 /// problem was printed to the standard error stream.
 PARSE_RESULT parse_command_line(int argc, char** argv, COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project);
-
-/// The value of a parameter as users write it, in the notation of the design database: numbers of the language stand
-/// for themselves or become binary, anything else is a string.
-std::string parameter_notation(const std::string& text);
 
 #endif

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -10,15 +11,18 @@
 #include "crash_guard.h"
 #include "fio.h"
 #include "flow/run.h"
+#include "output/flat_design.h"
 #include "output/text_diagnostics.h"
 #include "output/writer.h"
+#include "progress.h"
 
 namespace {
 
 enum EXIT_STATUS { EXIT_DONE = 0, EXIT_DESIGN_ERRORS = 1, EXIT_WRONG_USAGE = 2, EXIT_INTERNAL_ERROR = 3 };
 
 TEXT_DIAGNOSTICS::COLOR color_of(const COMMAND_LINE& command) {
-  bool is_on = command.color == "always" || (command.color == "auto" && ::isatty(STDERR_FILENO));
+  bool is_wanted = ::isatty(STDERR_FILENO) && !std::getenv("NO_COLOR");
+  bool is_on = command.color == "always" || (command.color == "auto" && is_wanted);
   return is_on ? TEXT_DIAGNOSTICS::COLOR_ON : TEXT_DIAGNOSTICS::COLOR_OFF;
 }
 
@@ -26,20 +30,41 @@ bool warnings_count(const COMMAND_LINE& command) {
   return command.werror && msg_get_default_report()->get_message_count(MSG_KIND_WARNING) != 0;
 }
 
-void write_outputs(const COMMAND_LINE& command, RUN& run) {
-  if (command.outputs.empty() && !command.stats) return;
-  DESIGN_VIEW view(run.get_design());
-  for (const std::string& path : command.outputs) write_output(path, view, run.get_stage_times());
-  if (command.stats) std::cout << write_report(view, run.get_stage_times());
+/// Reports come last, so that they can tell the time of the others.
+void write_outputs(const COMMAND_LINE& command, const DESIGN_VIEW& view, std::vector<STAGE_TIME>& times) {
+  for (const std::string& path : command.outputs) {
+    if (is_report(path)) continue;
+    STAGE stage(times, "write " + path);
+    if (!write_output(path, view, {})) return;
+  }
+  const std::vector<STAGE_TIME> shown = command.time ? times : std::vector<STAGE_TIME>();
+  for (const std::string& path : command.outputs)
+    if (is_report(path)) write_output(path, view, shown);
+  if (command.stats) std::cout << write_report(view, shown);
 }
 
-EXIT_STATUS run_design(const COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project, ANALYZER_LIBRARY& library) {
+void write_design(const COMMAND_LINE& command, RUN& run) {
+  if (command.outputs.empty() && !command.stats) return;
+  std::vector<STAGE_TIME>& times = run.get_stage_times();
+  DESIGN_VIEW hierarchy(run.get_design());
+  if (!command.flatten) return write_outputs(command, hierarchy, times);
+  DESIGN flat;
+  {
+    STAGE stage(times, "flatten");
+    flat = flatten_design(hierarchy);
+  }
+  if (flat.get_top()) write_outputs(command, DESIGN_VIEW(flat), times);
+}
+
+EXIT_STATUS run_design(const COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project, ANALYZER_LIBRARY& library,
+                       PROGRESS& progress) {
   RUN run(project, library, command.run);
-  if (command.progress)
-    run.set_progress(
-        [](const char* step, const std::string& object) { std::fprintf(stderr, "%s %s\n", step, object.c_str()); });
+  run.set_progress([&progress](const char* step, const std::string& object) { progress.show(step, object); });
   bool is_good = run.execute();
-  if (is_good && !warnings_count(command) && !command.run.is_lint) write_outputs(command, run);
+  if (is_good && !warnings_count(command) && !command.run.is_lint) write_design(command, run);
+  progress.clear();
+  // The report of the standard output tells the times already.
+  if (command.time && !command.stats) std::cout << write_times(run.get_stage_times());
   if (MSG_INTERNAL_ERROR::get_count()) return EXIT_INTERNAL_ERROR;
   return is_good && !has_errors() && !warnings_count(command) ? EXIT_DONE : EXIT_DESIGN_ERRORS;
 }
@@ -51,10 +76,11 @@ std::unique_ptr<MSG_SINK> make_diagnostics(const COMMAND_LINE& command) {
   return std::make_unique<TEXT_DIAGNOSTICS>(stderr, color_of(command), detail);
 }
 
-EXIT_STATUS load_and_run(const COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project, ANALYZER_LIBRARY& library) {
+EXIT_STATUS load_and_run(const COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project, ANALYZER_LIBRARY& library,
+                         PROGRESS& progress) {
   std::string problem;
   try {
-    if (library.load(problem)) return run_design(command, project, library);
+    if (library.load(problem)) return run_design(command, project, library, progress);
   } catch (const std::exception& thrown) {
     problem = thrown.what();
   }
@@ -74,10 +100,11 @@ EXIT_STATUS run_program(int argc, char** argv) {
   case PARSE_RESULT::RUN: break;
   }
   std::unique_ptr<MSG_SINK> diagnostics = make_diagnostics(command);
-  msg_get_default_report()->set_sink(diagnostics.get());
-  EXIT_STATUS status = load_and_run(command, project, library);
+  PROGRESS progress(stderr, command.progress ? PROGRESS::FORM_LINES : PROGRESS::FORM_ONE_LINE, *diagnostics);
+  msg_get_default_report()->set_sink(&progress);
+  EXIT_STATUS status = load_and_run(command, project, library, progress);
+  progress.finish(status);
   msg_get_default_report()->set_sink(nullptr);
-  diagnostics->finish(status);
   return status;
 }
 

@@ -13,21 +13,6 @@ namespace {
 /// A deeper hierarchy than any design has: parameters that change on each level never end otherwise.
 constexpr unsigned MAX_DEPTH = 500;
 
-/// Measures a stage from its making to its end.
-class STAGE {
-public:
-  STAGE(std::vector<STAGE_TIME>& times, const char* name)
-      : m_times(times), m_name(name), m_start(gen_get_tick_count()) {}
-  ~STAGE() { m_times.push_back({m_name, (gen_get_tick_count() - m_start) / 1000}); }
-  STAGE(const STAGE&) = delete;
-  STAGE& operator=(const STAGE&) = delete;
-
-private:
-  std::vector<STAGE_TIME>& m_times;
-  const char* m_name;
-  double m_start;
-};
-
 bool can_be_elaborated(const HDB_DESIGN_UNIT& unit) {
   return unit.get_type() == HDB_DESIGN_UNIT::TYPE_VERILOG_MODULE ||
          unit.get_type() == HDB_DESIGN_UNIT::TYPE_VHDL_ENTITY;

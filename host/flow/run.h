@@ -11,6 +11,7 @@
 #include "analyzer_library.h"
 #include "hdb_action_pt.h"
 #include "info_objects.h"
+#include "stage.h"
 #include "unit_result.h"
 
 struct RUN_OPTIONS {
@@ -21,12 +22,6 @@ struct RUN_OPTIONS {
   bool write_xml = false;
 };
 
-/// Time of one stage of the run, for the report.
-struct STAGE_TIME {
-  std::string name;
-  double seconds = 0;
-};
-
 class RUN {
 public:
   RUN(HDB_ACTION_PT_INSTANCE& project, ANALYZER_LIBRARY& library, const RUN_OPTIONS& options)
@@ -35,7 +30,8 @@ public:
   /// True when no error arose. Every problem was reported.
   bool execute();
   DESIGN& get_design() { return m_design; }
-  const std::vector<STAGE_TIME>& get_stage_times() const { return m_times; }
+  /// Whoever carries on after the run appends its own stages.
+  std::vector<STAGE_TIME>& get_stage_times() { return m_times; }
   /// Told of each step: what is done and to what.
   void set_progress(std::function<void(const char* step, const std::string& object)> progress) {
     m_progress = std::move(progress);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
 
 #include "signal_names.h"
 
@@ -25,11 +26,20 @@ MODULE_VIEW::MODULE_VIEW(const UNIT_RESULT& result) : m_result(result) {
 
 namespace {
 
-const NAMED_BUS* find_bus(const std::vector<NAMED_BUS>& buses, const std::string& name) {
-  for (const NAMED_BUS& bus : buses)
-    if (bus.name == name) return &bus;
-  return nullptr;
-}
+/// The first bus of each name.
+class BUSES_BY_NAME {
+public:
+  explicit BUSES_BY_NAME(const std::vector<NAMED_BUS>& buses) {
+    for (const NAMED_BUS& bus : buses) m_buses.emplace(bus.name, &bus);
+  }
+  const NAMED_BUS* find(const std::string& name) const {
+    auto at = m_buses.find(name);
+    return at == m_buses.end() ? nullptr : at->second;
+  }
+
+private:
+  std::unordered_map<std::string_view, const NAMED_BUS*> m_buses;
+};
 
 SOURCE_PLACE find_place(const UNIT_RESULT& result, const std::string& name) {
   auto at = result.places.find(name);
@@ -75,13 +85,14 @@ size_t span_of(const SIGNAL& signal) {
 } // namespace
 
 void MODULE_VIEW::make_ports() {
+  BUSES_BY_NAME buses(m_result.port_buses);
   for (const PORT_BITS& port : gather_ports(m_result)) {
     SIGNAL signal;
     signal.name = port.name;
     signal.is_port = true;
     signal.is_vector = port.is_vector;
     signal.direction = port.bits.front().second->get_direction();
-    const NAMED_BUS* bus = find_bus(m_result.port_buses, port.name);
+    const NAMED_BUS* bus = buses.find(port.name);
     signal.place = bus ? bus->place : find_place(m_result, port.name);
     if (port.is_vector) {
       auto [low, high] = std::minmax_element(port.bits.begin(), port.bits.end());
@@ -221,6 +232,7 @@ void MODULE_VIEW::make_signals() {
     }
   }
 
+  BUSES_BY_NAME buses(m_result.net_buses);
   SIGNAL_NAMES names;
   for (const SIGNAL& port : m_signals) names.reserve(port.name);
   for (const VECTOR_BITS& vector : vectors) {
@@ -228,7 +240,7 @@ void MODULE_VIEW::make_signals() {
     if (vector.is_vector && is_dense(vector, low->first, high->first)) {
       SIGNAL signal;
       signal.is_vector = true;
-      const NAMED_BUS* bus = find_bus(m_result.net_buses, vector.name);
+      const NAMED_BUS* bus = buses.find(vector.name);
       set_bounds(signal, bus, low->first, high->first);
       if (bus) signal.place = bus->place;
       signal.nets.assign(span_of(signal), -1);

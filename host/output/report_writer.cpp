@@ -1,9 +1,9 @@
 // The report: what each module holds, by kind and width, and the time and memory of the run.
 #include "writer.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <map>
-#include <sys/resource.h>
 
 #include "acf.h"
 
@@ -117,26 +117,6 @@ std::string assignments(const UNIT_RESULT& result) {
   return text;
 }
 
-/// How often each module occurs in the whole design.
-std::map<const MODULE_VIEW*, unsigned long> count_occurrences(const DESIGN_VIEW& design) {
-  // Modules are in the order of the worklist, which is no order of dependence; repeat until nothing changes.
-  std::map<const MODULE_VIEW*, unsigned long> result;
-  std::map<const MODULE_VIEW*, unsigned long> level{{design.get_modules().front().get(), 1}};
-  while (!level.empty()) {
-    std::map<const MODULE_VIEW*, unsigned long> next;
-    for (const auto& [view, count] : level) {
-      result[view] += count;
-      for (const auto& node : view->get_result().get_netlist()->get_nodes()) {
-        if (node->get_sgate_type() != CDB_SGATE_COMPONENT_ENUM) continue;
-        const MODULE_VIEW* child = design.get_child(*view, static_cast<const CDB_SGATE_COMPONENT&>(*node));
-        if (child) next[child] += count;
-      }
-    }
-    level = std::move(next);
-  }
-  return result;
-}
-
 std::string counts_text(const COUNTS& counts) {
   std::string text;
   for (const auto& [kind, count] : counts) text += fmt::format("  {:>8}  {}\n", count, kind);
@@ -161,10 +141,18 @@ std::string write_report(const DESIGN_VIEW& design, const std::vector<STAGE_TIME
   }
   text += "whole design\n" + counts_text(total);
   if (times.empty()) return text;
-  text += "\ntime and memory\n";
-  for (const STAGE_TIME& stage : times) text += fmt::format("  {:>8.3f} s  {}\n", stage.seconds, stage.name);
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  text += fmt::format("  {:>8.1f} MB peak memory\n", static_cast<double>(usage.ru_maxrss) / 1024);
+  text += "\n" + write_times(times);
   return text;
+}
+
+std::string write_times(const std::vector<STAGE_TIME>& times) {
+  std::string text = "time and peak memory\n";
+  double seconds = 0;
+  double megabytes = 0;
+  for (const STAGE_TIME& stage : times) {
+    text += fmt::format("  {:>8.3f} s {:>8.1f} MB  {}\n", stage.seconds, stage.peak_megabytes, stage.name);
+    seconds += stage.seconds;
+    megabytes = std::max(megabytes, stage.peak_megabytes);
+  }
+  return text + fmt::format("  {:>8.3f} s {:>8.1f} MB  in all\n", seconds, megabytes);
 }

@@ -44,11 +44,12 @@ void TEXT_DIAGNOSTICS::on_debug(const std::string& tag, const std::string& text)
   std::fwrite(all.data(), 1, all.size(), m_stream);
 }
 
-void TEXT_DIAGNOSTICS::finish(int) {
+void TEXT_DIAGNOSTICS::finish(int status) {
   MSG_REPORT* report = msg_get_default_report();
   std::string text = fmt::format("{}, {}", plural(report->get_message_count(MSG_KIND_ERROR), "error"),
                                  plural(report->get_message_count(MSG_KIND_WARNING), "warning"));
   if (MSG_INTERNAL_ERROR::get_count()) text += ", " + plural(MSG_INTERNAL_ERROR::get_count(), "internal error");
-  fmt::print(m_stream, "{}\n", text);
+  bool warnings_failed = status == 1 && report->get_message_count(MSG_KIND_ERROR) == 0;
+  fmt::print(m_stream, "{}{}\n", text, warnings_failed ? " that count as errors" : "");
   std::fflush(m_stream);
 }

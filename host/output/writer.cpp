@@ -29,10 +29,6 @@ bool is_full_adder(const CDB_SGATE_COMPONENT& component) {
   return component.is_host_primitive() && component.get_entity_name() == "fadd";
 }
 
-namespace {
-
-/// The ports of a component by the full names that its module gives them; positional ones take the module's order.
-using PORTS_BY_NAME = std::unordered_map<std::string, const CDB_COMPONENT_PORT*>;
 PORTS_BY_NAME ports_by_name(const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child) {
   PORTS_BY_NAME ports;
   for (const auto& port : component.get_ports()) {
@@ -48,8 +44,6 @@ PORTS_BY_NAME ports_by_name(const CDB_SGATE_COMPONENT& component, const MODULE_V
   }
   return ports;
 }
-
-} // namespace
 
 std::vector<std::pair<const SIGNAL*, BITS>>
 connections_of(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child) {
@@ -88,6 +82,25 @@ std::vector<BLACK_BOX_PORT> black_box_ports(const MODULE_VIEW& view, const CDB_S
     ports.push_back(std::move(port));
   }
   return ports;
+}
+
+std::map<const MODULE_VIEW*, unsigned long> count_occurrences(const DESIGN_VIEW& design) {
+  // Modules are in the order of the worklist, which is no order of dependence; repeat until nothing changes.
+  std::map<const MODULE_VIEW*, unsigned long> result;
+  std::map<const MODULE_VIEW*, unsigned long> level{{design.get_modules().front().get(), 1}};
+  while (!level.empty()) {
+    std::map<const MODULE_VIEW*, unsigned long> next;
+    for (const auto& [view, count] : level) {
+      result[view] += count;
+      for (const auto& node : view->get_result().get_netlist()->get_nodes()) {
+        if (node->get_sgate_type() != CDB_SGATE_COMPONENT_ENUM) continue;
+        const MODULE_VIEW* child = design.get_child(*view, static_cast<const CDB_SGATE_COMPONENT&>(*node));
+        if (child) next[child] += count;
+      }
+    }
+    level = std::move(next);
+  }
+  return result;
 }
 
 namespace {
@@ -163,6 +176,8 @@ const FORMAT* format_of(const std::string& path) {
 } // namespace
 
 bool is_known_output(const std::string& path) { return format_of(path) != nullptr; }
+
+bool is_report(const std::string& path) { return is_known_output(path) && format_of(path)->write == write_report; }
 
 bool write_output(const std::string& path, const DESIGN_VIEW& design, const std::vector<STAGE_TIME>& times) {
   FIO_OUTPUT_FILE file(path);

@@ -2,12 +2,13 @@
 #ifndef HOST_WRITER_H
 #define HOST_WRITER_H
 
+#include <map>
 #include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
-#include "flow/run.h"
+#include "flow/stage.h"
 #include "flow/unit_result.h"
 #include "module_view.h"
 
@@ -30,11 +31,14 @@ private:
 std::string write_verilog(const DESIGN_VIEW& design);
 /// The JSON netlist that open FPGA tools read.
 std::string write_json(const DESIGN_VIEW& design);
-/// What the netlist holds, per module and in all.
+/// What the netlist holds, per module and in all, and what the stages took when there are any.
 std::string write_report(const DESIGN_VIEW& design, const std::vector<STAGE_TIME>& times);
+/// What the stages took, each and in all.
+std::string write_times(const std::vector<STAGE_TIME>& times);
 
-/// Writes an output by the extension of its name. False, after a message, when that failed.
 bool is_known_output(const std::string& path);
+bool is_report(const std::string& path);
+/// Writes an output by the extension of its name. False, after a message, when that failed.
 bool write_output(const std::string& path, const DESIGN_VIEW& design, const std::vector<STAGE_TIME>& times);
 
 /// A parameter's value in the notation of the design database: its kind and its text. Kinds: 'i' a number as Verilog
@@ -56,6 +60,13 @@ std::vector<BLACK_BOX_PORT> black_box_ports(const MODULE_VIEW& view, const CDB_S
 /// What a component connects to each port of its module, in the order of the ports, lowest bit first.
 std::vector<std::pair<const SIGNAL*, BITS>>
 connections_of(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child);
+
+/// The ports of a component by the full names that its module gives them; positional ones take the module's order.
+using PORTS_BY_NAME = std::unordered_map<std::string, const CDB_COMPONENT_PORT*>;
+PORTS_BY_NAME ports_by_name(const CDB_SGATE_COMPONENT& component, const MODULE_VIEW& child);
+
+/// How often each module occurs in the whole design.
+std::map<const MODULE_VIEW*, unsigned long> count_occurrences(const DESIGN_VIEW& design);
 
 /// Cells of the host itself rather than of the user.
 bool is_full_adder(const CDB_SGATE_COMPONENT& component);

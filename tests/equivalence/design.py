@@ -103,13 +103,14 @@ def top_ports(commands, module, directory):
     return [Port(name, len(p["bits"]), p["direction"]) for name, p in ports.items()]
 
 
-def synthesize(design, host, directory):
-    """The gate netlist of a design, as zelk-host writes it."""
-    netlist = directory / "gate.v"
+def synthesize(design, host, directory, outputs=("gate.v",), flags=()):
+    """The gate netlist of a design, as zelk-host writes it: the paths of the outputs, or the only one."""
+    paths = [directory / name for name in outputs]
     parameters = [word for k, v in design.parameters.items() for word in ("-G", f"{k}={v}")]
     settings = ["--set", design.options["set"]] if "set" in design.options else []
-    run([host, "--quiet", "--top", design.top, *settings, *parameters, *design.host_arguments, "-o", netlist], directory)
-    return netlist
+    written = [word for path in paths for word in ("-o", path)]
+    run([host, "--quiet", *flags, "--top", design.top, *settings, *parameters, *design.host_arguments, *written], directory)
+    return paths if len(paths) > 1 else paths[0]
 
 
 def top_module_name(netlist, directory):

@@ -2,6 +2,7 @@
 """Compares what zelk-host makes of a design with the source as independent tools read it.
 
 equiv.py HOST [NAME...]             runs the designs of designs.txt (all, or those named)
+equiv.py HOST --forms [NAME...]     checks the JSON and the flattened netlists of them, too
 equiv.py HOST --self-test [NAME...] seeds faults into the netlists and demands that each is caught
 """
 
@@ -13,19 +14,21 @@ from pathlib import Path
 
 import faults
 from design import read_designs, synthesize, top_ports, yosys_read_gate, yosys_read_gold
+from forms import check_forms
 from prove import prove
 from simulate import simulate
 
 METHODS = {"prove": prove, "simulate": simulate}
 
 
-def check(design, host, directory):
+def check(design, host, directory, with_forms):
     netlist = synthesize(design, host, directory)
     try:
         ports = top_ports(yosys_read_gold(design), "gold", directory)
     except RuntimeError:  # a construct that only the simulator knows; it connects the ports by name
         ports = top_ports(yosys_read_gate(netlist), "gate", directory)
-    return METHODS[design.method](design, netlist, ports, directory)
+    verdict = METHODS[design.method](design, netlist, ports, directory)
+    return f"{verdict}; {check_forms(design, host, ports, directory)}" if with_forms else verdict
 
 
 def report(name, action):
@@ -45,6 +48,7 @@ def main():
     parser.add_argument("names", nargs="*")
     parser.add_argument("--designs", default=Path(__file__).with_name("designs.txt"))
     parser.add_argument("--self-test", action="store_true")
+    parser.add_argument("--forms", action="store_true", help="check JSON and flattened netlists, too")
     parser.add_argument("--keep", type=Path, help="keep the working files in this folder")
     arguments = parser.parse_intermixed_args()
 
@@ -59,7 +63,7 @@ def main():
             if arguments.self_test:
                 passed += report(design.name, lambda: faults.self_test(design, arguments.host, directory))
             else:
-                passed += report(design.name, lambda: check(design, arguments.host, directory))
+                passed += report(design.name, lambda: check(design, arguments.host, directory, arguments.forms))
     print(f"{passed} passed, {len(designs) - passed} failed")
     sys.exit(passed != len(designs))
 

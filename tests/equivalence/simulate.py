@@ -24,10 +24,11 @@ def declarations(ports):
     return "\n".join(f"  {kinds[p.direction]} {vector(p)} {escaped(p.name)};" for p in ports)
 
 
-def instance(module, parameters, ports):
+def instance(module, parameters, ports, name="dut", actuals=None):
     values = ", ".join(f".{k}({v})" for k, v in parameters.items())
-    connections = ", ".join(f".{escaped(p.name)}({escaped(p.name)})" for p in ports)
-    return f"  {escaped(module)} {'#(' + values + ')' if values else ''} dut ({connections});"
+    nets = actuals or {p.name: p.name for p in ports}
+    connections = ", ".join(f".{escaped(p.name)}({escaped(nets[p.name])})" for p in ports)
+    return f"  {escaped(module)} {'#(' + values + ')' if values else ''} {name} ({connections});"
 
 
 def random_stimulus(ports):
@@ -92,24 +93,37 @@ endmodule
 """
 
 
-def gate_bench(module, ports):
+def gate_bench(duts, ports, cycles=None):
+    """A bench that drives the recorded inputs, or the first cycles of them, into several modules and records the outputs
+    of each. Modules by the name of their recording."""
     inputs = [p for p in ports if p.direction == "input" and p.name not in CLOCKS]
     outputs = [p for p in ports if p.direction != "input"]
     driven = "{" + ", ".join(escaped(p.name) for p in inputs) + "}"
-    seen = "{" + ", ".join(escaped(p.name) for p in outputs) + "}"
     width = sum(p.width for p in inputs)
-    initial, edges = clock_edges(ports, f'$fdisplay(out_file, "%b", {seen});')
+    opened, samples, wires, instances = [], [], [], []
+    for name, module in duts.items():
+        opened.append(f'{name}_file = $fopen("{name}.txt");')
+        seen = "{" + ", ".join(escaped(f"{name}.{p.name}") for p in outputs) + "}"
+        samples.append(f'$fdisplay({name}_file, "%b", {seen});')
+        wires += [f"  wire {vector(p)} {escaped(f'{name}.{p.name}')};" for p in outputs]
+        actuals = {p.name: p.name if p.direction == "input" else f"{name}.{p.name}" for p in ports}
+        instances.append(instance(module, {}, ports, f"dut_{name}", actuals))
+    initial, edges = clock_edges(ports, " ".join(samples))
+    newline = chr(10)
+    limit = f"cycle < {cycles} && " if cycles else ""
     return f"""`timescale 1ns/1ps
 module bench;
-  integer in_file, out_file;
+  integer in_file, cycle, {", ".join(f"{name}_file" for name in duts)};
   reg [{width - 1}:0] word;
-{declarations(ports)}
-{instance(module, {}, ports)}
+{declarations([p for p in ports if p.direction == "input"])}
+{newline.join(wires + instances)}
   initial begin
-    in_file = $fopen("inputs.txt", "r"); out_file = $fopen("gate.txt");
+    in_file = $fopen("inputs.txt", "r"); {" ".join(opened)}
     {initial}
-    while ($fscanf(in_file, "%b\\n", word) == 1) begin
+    cycle = 0;
+    while ({limit}$fscanf(in_file, "%b\\n", word) == 1) begin
       {driven} = word;
+      cycle = cycle + 1;
 {edges}
     end
     $finish;
@@ -142,10 +156,12 @@ def named_difference(ports, gold, gate):
     return "; ".join(names)
 
 
-def compare(ports, directory):
-    """Compares the two recordings; the answer tells how much of it was defined, so that an empty run is seen."""
-    gold = (directory / "gold.txt").read_text().split()
-    gate = (directory / "gate.txt").read_text().split()
+def compare(ports, directory, name="gate", cycles=None):
+    """Compares the recording of a netlist, of all or the first cycles, with that of the source; the answer tells how much
+    of it was defined, so that an empty run is seen."""
+    clocks = sum(p.direction == "input" and p.name in CLOCKS for p in ports)
+    gold = (directory / "gold.txt").read_text().split()[:cycles and cycles * (1 + clocks)]
+    gate = (directory / f"{name}.txt").read_text().split()
     if len(gold) != len(gate) or not gold:
         raise RuntimeError(f"the recordings have {len(gold)} and {len(gate)} samples")
     for number, (a, b) in enumerate(zip(gold, gate)):
@@ -163,8 +179,7 @@ def simulate_gold(design, ports, directory):
 
 
 def simulate_gate(netlist, ports, directory):
-    module = top_module_name(netlist, directory)
-    simulate_one(gate_bench(module, ports), [netlist], [], directory, "gate")
+    simulate_one(gate_bench({"gate": top_module_name(netlist, directory)}, ports), [netlist], [], directory, "gate")
 
 
 def simulate(design, netlist, ports, directory):

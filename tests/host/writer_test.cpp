@@ -172,7 +172,7 @@ TEST(Report, CountsNodesPerModuleAndInAll) {
   std::string text = write_report(DESIGN_VIEW(design), {{"analyse", 0.5}});
   EXPECT_THAT(text, HasSubstr("module child (1 times)"));
   EXPECT_THAT(text, HasSubstr("black box vendor"));
-  EXPECT_THAT(text, HasSubstr("0.500 s  analyse"));
+  EXPECT_THAT(text, HasSubstr("0.500 s     12.0 MB  analyse"));
 }
 
 TEST(Report, TellsWhatTheSourcesAskOfLaterSteps) {
