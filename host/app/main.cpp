@@ -21,7 +21,8 @@ namespace {
 enum EXIT_STATUS { EXIT_DONE = 0, EXIT_DESIGN_ERRORS = 1, EXIT_WRONG_USAGE = 2, EXIT_INTERNAL_ERROR = 3 };
 
 TEXT_DIAGNOSTICS::COLOR color_of(const COMMAND_LINE& command) {
-  bool is_wanted = ::isatty(STDERR_FILENO) && !std::getenv("NO_COLOR");
+  const char* refusal = std::getenv("NO_COLOR");
+  bool is_wanted = ::isatty(STDERR_FILENO) && (!refusal || !*refusal);
   bool is_on = command.color == "always" || (command.color == "auto" && is_wanted);
   return is_on ? TEXT_DIAGNOSTICS::COLOR_ON : TEXT_DIAGNOSTICS::COLOR_OFF;
 }

@@ -77,7 +77,7 @@ bool read_number(const std::string& digits, int base, long long& number) {
 /// and strings. What is neither stays as it is.
 std::string readable_value(const std::string& value) {
   static const HTL_REGEXP typed("(S?[BOQ]|U?D|[XH])\"[ +]*(-?\\w+)\"", HTL_REGEXP::CASE_IGNORED);
-  static const HTL_REGEXP text("S\"((?s).*)\"", HTL_REGEXP::CASE_IGNORED);
+  static const HTL_REGEXP text("S?\"((?s).*)\"", HTL_REGEXP::CASE_IGNORED);
   static const HTL_REGEXP literal("\\d*'s?([bodh])(\\w+)", HTL_REGEXP::CASE_IGNORED);
   std::vector<std::string> groups;
   if (text.match(value.c_str(), &groups)) return groups[0];
@@ -99,6 +99,7 @@ std::string readable_value(const std::string& value) {
 
 void FLOW_ELABORATE_INFO::register_parameter(const char* name, const char* value, int type) {
   m_result->used_parameters.push_back({name, -1, readable_value(value ? value : ""), type});
+  m_result->exact_parameters.push_back({name, -1, value ? value : "", type});
 }
 
 const char* FLOW_ELABORATE_INFO::join(const char* a, const char* component, const char* suffix, const char* d,

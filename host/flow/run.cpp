@@ -41,6 +41,16 @@ std::string key_of(const HDB_DESIGN_UNIT& unit, std::vector<UNIT_PARAMETER> para
   return key;
 }
 
+/// Values by name. A plain integer and its typed form are the same.
+std::map<std::string, std::string> values_of(const std::vector<UNIT_PARAMETER>& parameters) {
+  std::map<std::string, std::string> values;
+  for (const UNIT_PARAMETER& parameter : parameters) {
+    bool is_plain = !parameter.value.empty() && parameter.value.find_first_not_of("0123456789") == std::string::npos;
+    values[parameter.name] = is_plain ? "D\"" + parameter.value + "\"" : parameter.value;
+  }
+  return values;
+}
+
 std::vector<UNIT_PARAMETER> parameters_of(const CDB_SGATE_COMPONENT& component) {
   std::vector<UNIT_PARAMETER> parameters;
   for (const CDB_SGATE_COMPONENT::PARAMETER& parameter : component.get_parameters())
@@ -180,13 +190,29 @@ bool RUN::elaborate_all(HDB_DESIGN_UNIT* top) {
   return !has_errors();
 }
 
-/// Elaborates a unit; null when it gave no netlist. Its components join the worklist.
+/// A result of the unit that was elaborated with exactly these values, some of them perhaps as defaults.
+UNIT_RESULT* RUN::find_equal(const JOB& job, const std::vector<UNIT_PARAMETER>& parameters) const {
+  auto results = m_by_unit.find(job.unit);
+  if (results == m_by_unit.end()) return nullptr;
+  for (auto& [architecture, result] : results->second)
+    if (architecture == job.architecture && values_of(result->exact_parameters) == values_of(parameters)) return result;
+  return nullptr;
+}
+
+/// Elaborates a unit, unless that was done with the same values; null when it gave no netlist. Its components join the
+/// worklist.
 UNIT_RESULT* RUN::elaborate(const JOB& job, FLOW_ELABORATE_INFO::PLACE place) {
+  UNIT_RESULT*& raw = m_results[key_of(*job.unit, job.parameters, job.architecture)];
+  raw = find_equal(job, job.parameters);
+  if (raw) return raw;
   progress("Elaborating", job.unit->get_name());
   std::unique_ptr<UNIT_RESULT> result = elaborate_once(job, place);
   if (!result) return nullptr;
-  UNIT_RESULT* raw = result.get();
-  m_results[key_of(*job.unit, job.parameters, job.architecture)] = raw;
+  // Instances that leave a default and those that give its value are told apart by their results only.
+  raw = find_equal(job, result->exact_parameters);
+  if (raw) return raw;
+  raw = result.get();
+  m_by_unit[job.unit].emplace_back(job.architecture, raw);
   m_design.units.push_back(std::move(result));
   bind_components(*raw, job.depth);
   return raw;
@@ -202,7 +228,9 @@ std::unique_ptr<UNIT_RESULT> RUN::elaborate_once(const JOB& job, FLOW_ELABORATE_
     std::vector<std::string> unused = info.get_unused_parameters();
     std::unique_ptr<UNIT_RESULT> result = info.take_result();
     if (result->success && find_in_library_dirs(*result)) continue;
-    for (const auto& message : info.take_messages()) message->report(0);
+    bool is_told = result->success && find_equal(job, result->exact_parameters);
+    for (const auto& message : info.take_messages())
+      if (!is_told) message->report(0);
     if (place == FLOW_ELABORATE_INFO::PLACE_TOP)
       for (const std::string& name : unused)
         report_host_message(HOST_MESSAGE_UNKNOWN_PARAMETER, {job.unit->get_name(), name},

@@ -53,6 +53,7 @@ private:
   HDB_DESIGN_UNIT* m_unit_with_errors = nullptr; // the first one that find_roots met
   bool elaborate_all(HDB_DESIGN_UNIT* top);
   UNIT_RESULT* elaborate(const JOB& job, FLOW_ELABORATE_INFO::PLACE place);
+  UNIT_RESULT* find_equal(const JOB& job, const std::vector<UNIT_PARAMETER>& parameters) const;
   std::unique_ptr<UNIT_RESULT> elaborate_once(const JOB& job, FLOW_ELABORATE_INFO::PLACE place);
   void bind_components(UNIT_RESULT& result, unsigned depth);
   HDB_DESIGN_UNIT* find_unit(const CDB_SGATE_COMPONENT& component) const;
@@ -67,7 +68,8 @@ private:
   ANALYZER_LIBRARY& m_library;
   const RUN_OPTIONS& m_options;
   DESIGN m_design;
-  std::map<std::string, UNIT_RESULT*> m_results; // by key of the job
+  std::map<std::string, UNIT_RESULT*> m_results;                                                 // by key of the job
+  std::map<const HDB_DESIGN_UNIT*, std::vector<std::pair<std::string, UNIT_RESULT*>>> m_by_unit; // with architectures
   std::vector<std::pair<UNIT_RESULT*, std::map<const CDB_SGATE_COMPONENT*, std::string>>> m_bindings;
   std::vector<JOB> m_worklist;
   std::set<std::string> m_black_boxes;

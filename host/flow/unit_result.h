@@ -53,8 +53,9 @@ struct NAMED_ASSIGNMENT {
 class UNIT_RESULT {
 public:
   HDB_DESIGN_UNIT* unit = nullptr;
-  std::vector<UNIT_PARAMETER> parameters;      // as asked for
-  std::vector<UNIT_PARAMETER> used_parameters; // as used, defaults too
+  std::vector<UNIT_PARAMETER> parameters;       // as asked for
+  std::vector<UNIT_PARAMETER> used_parameters;  // as used, defaults too, as people write them
+  std::vector<UNIT_PARAMETER> exact_parameters; // the same in the notation of values, which tells widths and signs
   std::unique_ptr<CDB_SGATE_HIERARCHY> hierarchy;
   bool success = false;
   bool is_primitive = false;

@@ -140,6 +140,15 @@ TEST_F(RunTest, EachUnitIsElaboratedOncePerSetOfParameters) {
   EXPECT_THAT(sink.text, IsEmpty());
 }
 
+TEST_F(RunTest, ADefaultAndItsValueGivenAreTheSame) {
+  ASSERT_TRUE(execute("top: leaf leaf#W=1 leaf#W=2 leaf#W=1\nleaf:\n"));
+  EXPECT_EQ(LINE_ELABORATOR::elaborated, "top leaf leaf ");
+  EXPECT_THAT(module_names(), ElementsAre("top", "leaf_W_1", "leaf_W_2"));
+  options.top = "top";
+  ASSERT_TRUE(execute("top: leaf#W=1 leaf leaf\nleaf:\n"));
+  EXPECT_THAT(module_names(), ElementsAre("top", "leaf"));
+}
+
 TEST_F(RunTest, TopIsTheOneThatNothingInstantiates) {
   ASSERT_TRUE(execute("leaf:\nother: leaf\nroot: other leaf\n"));
   EXPECT_EQ(module_names().front(), "root");
@@ -206,8 +215,8 @@ TEST_F(RunTest, ValuesOfParametersAreKeptAsPeopleWriteThem) {
   const struct {
     const char* value;
     const char* readable;
-  } rows[] = {{"D\"-8\"", "-8"},     {"B\"00000101\"", "5"}, {"4'b1000", "8"}, {"32'hFF", "255"},
-              {"S\"a\nb\"", "a\nb"}, {"4'b10x0", "4'b10x0"}, {"3.5", "3.5"},   {"", ""}};
+  } rows[] = {{"D\"-8\"", "-8"}, {"B\"00000101\"", "5"}, {"4'b1000", "8"}, {"32'hFF", "255"}, {"S\"a\nb\"", "a\nb"},
+              {"\"ab\"", "ab"},  {"4'b10x0", "4'b10x0"}, {"3.5", "3.5"},   {"", ""}};
   for (const auto& row : rows) info.register_parameter("P", row.value, 0);
   std::unique_ptr<UNIT_RESULT> result = info.take_result();
   for (size_t i = 0; i < std::size(rows); i++) EXPECT_EQ(result->used_parameters[i].value, rows[i].readable);

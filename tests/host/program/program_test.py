@@ -281,13 +281,13 @@ endmodule
         self.assertIn('"vendor"', told[0]["text"])
         self.assertEqual((self.directory / "out.v").read_text().count("vendor "), 3)
         modules = json.loads((self.directory / "out.json").read_text())["modules"]
-        self.assertEqual(modules["vendor"]["ports"]["o"]["direction"], "output")
+        self.assertEqual(set(modules["vendor"]["ports"]), {"i", "o"})
 
 
 class Outputs(Program):
     def test_equal_inputs_give_equal_bytes(self):
         self.write(GOOD)
-        names = ["out.v", "out.json", "out.dot", "out.svg", "out.txt"]
+        names = ["out.v", "out.json", "out.txt"]
         written = []
         for _ in range(2):
             self.run_host("top.v", *(word for name in names for word in ("-o", name)))

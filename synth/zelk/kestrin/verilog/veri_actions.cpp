@@ -397,6 +397,7 @@ void declare_in(VeriScope* scope, VeriIdDef* id) {
   check_for_keyword(id);
   if (scope->Declare(id)) return;
   id->Error("%s is already declared", id->Name());
+  if (const VeriIdDef* former = scope->FindHere(id->Name())) former->Info("see declaration of %s", former->Name());
   refuse(id);
 }
 
