@@ -9,9 +9,10 @@ CYCLES = 2000  # the Verilog of the hierarchy has gone through the whole stimulu
 
 
 def read_back(netlist, name, directory):
-    """A JSON netlist as one Verilog module of the given name."""
+    """A JSON netlist as Verilog with a top module of the given name. Its hierarchy stays, since yosys makes one-way
+    assignments of bidirectional ports when it flattens."""
     path = directory / f"{name}.v"
-    run(["yosys", "-q", "-p", f"read_json {netlist}; hierarchy -check -auto-top; flatten; "
+    run(["yosys", "-q", "-p", f"read_json {netlist}; hierarchy -check -auto-top; "
          f"techmap t:$alu; techmap t:$lcu; rename -top {name}; "
          f"write_verilog -noattr {path}"], directory)
     return path
