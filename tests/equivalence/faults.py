@@ -5,7 +5,7 @@ that nothing observes, so up to three cells of a kind are tried, and one of them
 import json
 
 from design import run, synthesize, top_ports, yosys_read_gate, yosys_read_gold
-from prove import prove
+from prove import prove, prove_at_once
 from simulate import compare, simulate_gate, simulate_gold
 
 OUTPUTS = ("Y", "Q", "RD_DATA")
@@ -30,23 +30,33 @@ def mutate(netlist, cell, output, directory):
     return mutant
 
 
-def is_caught(design, mutant, ports, directory):
+def fails(check, *arguments):
     try:
-        if design.method == "prove":
-            prove(design, mutant, ports, directory)
-        else:
-            simulate_gate(mutant, ports, directory)
-            compare(ports, directory)
+        check(*arguments)
     except RuntimeError:
         return True
     return False
 
 
+def simulate_beside_gold(mutant, ports, directory):
+    simulate_gate(mutant, ports, directory)
+    compare(ports, directory)
+
+
+def is_caught(design, mutant, ports, directory):
+    """A proof over one step that fails on a mutant whose outputs differ, too, needs no search for longer ones."""
+    if design.method == "simulate":
+        return fails(simulate_beside_gold, mutant, ports, directory)
+    if not fails(prove_at_once, design, mutant, directory):
+        return False
+    return (fails(simulate_beside_gold, mutant, ports, directory) or
+            fails(prove, design, mutant, ports, directory))
+
+
 def self_test(design, host, directory):
     netlist = synthesize(design, host, directory)
     ports = top_ports(yosys_read_gold(design), "gold", directory)
-    if design.method == "simulate":
-        simulate_gold(design, ports, directory)
+    simulate_gold(design, ports, directory)
     if is_caught(design, netlist, ports, directory):
         raise RuntimeError("the comparison fails without any fault")
     kinds = cells_by_kind(netlist, directory)

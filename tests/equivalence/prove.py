@@ -61,6 +61,13 @@ def prove_from_reset(design, netlist, ports, directory, depth):
     return "proven from reset by temporal induction"
 
 
+def prove_at_once(design, netlist, directory):
+    """The proof that looks at no more than one step."""
+    if not is_sequential(design, directory):
+        return prove_combinational(design, netlist, directory)
+    return prove_one_step(design, netlist, directory)
+
+
 def prove(design, netlist, ports, directory):
     if not is_sequential(design, directory):
         return prove_combinational(design, netlist, directory)
