@@ -7,6 +7,7 @@
 #include "fio.h"
 #include "flow/host_messages.h"
 #include "htl.h"
+#include "schematic.h"
 
 DESIGN_VIEW::DESIGN_VIEW(const DESIGN& design) {
   for (const auto& result : design.units) {
@@ -163,6 +164,8 @@ struct FORMAT {
 constexpr FORMAT formats[] = {
     {"v", [](const DESIGN_VIEW& design, const std::vector<STAGE_TIME>&) { return write_verilog(design); }},
     {"json", [](const DESIGN_VIEW& design, const std::vector<STAGE_TIME>&) { return write_json(design); }},
+    {"dot", [](const DESIGN_VIEW& design, const std::vector<STAGE_TIME>&) { return write_dot(design); }},
+    {"svg", [](const DESIGN_VIEW& design, const std::vector<STAGE_TIME>&) { return write_svg(design); }},
     {"txt", write_report},
 };
 

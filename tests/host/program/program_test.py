@@ -11,6 +11,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import xml.etree.ElementTree
 from pathlib import Path
 
 import jsonschema
@@ -287,12 +288,14 @@ endmodule
 class Outputs(Program):
     def test_equal_inputs_give_equal_bytes(self):
         self.write(GOOD)
-        names = ["out.v", "out.json", "out.txt"]
+        names = ["out.v", "out.json", "out.dot", "out.svg", "out.txt"]
         written = []
         for _ in range(2):
             self.run_host("top.v", *(word for name in names for word in ("-o", name)))
             written.append([(self.directory / name).read_bytes() for name in names])
         self.assertEqual(*written)
+        texts = [element.text for element in xml.etree.ElementTree.parse(self.directory / "out.svg").iter()]
+        self.assertTrue({"clk", "d[3:0]", "q[3:0]"} <= set(texts), texts)
 
     def test_time_and_memory_of_each_stage_are_shown_when_asked(self):
         self.write(GOOD)
