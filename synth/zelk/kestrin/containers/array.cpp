@@ -1,11 +1,14 @@
 #include "containers/array.h"
 
+#include "containers/pool.h"
+
 #include <algorithm>
 #include <cstring>
 
 namespace {
 
-void** AllocateWords(unsigned count) { return new void*[count]; }
+void** AllocateWords(unsigned count) { return static_cast<void**>(kestrin_pool_allocate(count * sizeof(void*))); }
+void FreeWords(void** words, unsigned count) { kestrin_pool_free(words, count * sizeof(void*)); }
 
 void MoveWords(void** to, void* const* from, unsigned count) {
   if (count) std::memmove(to, from, count * sizeof(void*));
@@ -35,12 +38,12 @@ Array::Array(const Array& other, unsigned from, unsigned to) : _items(nullptr), 
   MoveWords(_items, other._items + low, _size);
 }
 
-Array::~Array() { delete[] _items; }
+Array::~Array() { FreeWords(_items, _max_size); }
 
 void Array::Reallocate(unsigned capacity) {
   void** items = AllocateWords(capacity);
   MoveWords(items, _items, std::min(_size, capacity));
-  delete[] _items;
+  FreeWords(_items, _max_size);
   _items = items;
   _max_size = capacity;
 }

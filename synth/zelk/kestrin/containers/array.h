@@ -4,8 +4,9 @@
 #define KESTRIN_CONTAINERS_ARRAY_H
 
 #include "containers/assertion.h"
+#include "containers/pool.h"
 
-class Array {
+class Array : public Pooled {
 public:
   /// Empty, with room for `size` elements (at least one).
   explicit Array(unsigned size = 2);

@@ -43,7 +43,7 @@ void Map::Allocate(unsigned num_buckets) {
 
 void Map::Chain(MapItem* item) {
   if (!_buckets) return;
-  MapItem*& head = _buckets[_hash(item->_key, nullptr) % _num_buckets];
+  MapItem*& head = _buckets[Hash::Of(_hash, item->_key) % _num_buckets];
   item->_next = head;
   head = item;
 }
@@ -64,7 +64,7 @@ void Map::ClearItem(MapItem* item) {
 
 MapItem* Map::GetItem(const void* key) const {
   if (_buckets) {
-    for (MapItem* item = _buckets[_hash(key, nullptr) % _num_buckets]; item; item = item->_next)
+    for (MapItem* item = _buckets[Hash::Of(_hash, key) % _num_buckets]; item; item = item->_next)
       if (Matches(*item, key)) return item;
     return nullptr;
   }
@@ -107,7 +107,7 @@ unsigned Map::Remove(const void* key) { return Remove(Map::GetItem(key)); }
 unsigned Map::Remove(MapItem* item) {
   if (!item) return 0;
   if (_buckets) {
-    MapItem** link = &_buckets[_hash(item->_key, nullptr) % _num_buckets];
+    MapItem** link = &_buckets[Hash::Of(_hash, item->_key) % _num_buckets];
     while (*link && *link != item) link = &(*link)->_next;
     if (!*link) return 0;
     *link = item->_next;
@@ -223,13 +223,13 @@ GigaMap::~GigaMap() {
 }
 
 void GigaMap::ChainPaged(MapItem* item) {
-  MapItem*& head = BucketAt(_hash(item->_key, nullptr) % _num_buckets);
+  MapItem*& head = BucketAt(Hash::Of(_hash, item->_key) % _num_buckets);
   item->_next = head;
   head = item;
 }
 
 MapItem* GigaMap::FindPaged(const void* key) const {
-  for (MapItem* item = BucketAt(_hash(key, nullptr) % _num_buckets); item; item = item->_next)
+  for (MapItem* item = BucketAt(Hash::Of(_hash, key) % _num_buckets); item; item = item->_next)
     if (Matches(*item, key)) return item;
   return nullptr;
 }
@@ -266,7 +266,7 @@ unsigned GigaMap::Remove(const void* key) { return _entry_pages ? Remove(FindPag
 unsigned GigaMap::Remove(MapItem* item) {
   if (!_entry_pages) return Map::Remove(item);
   if (!item) return 0;
-  MapItem** link = &BucketAt(_hash(item->_key, nullptr) % _num_buckets);
+  MapItem** link = &BucketAt(Hash::Of(_hash, item->_key) % _num_buckets);
   while (*link && *link != item) link = &(*link)->_next;
   if (!*link) return 0;
   *link = item->_next;

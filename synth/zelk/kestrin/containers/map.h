@@ -75,9 +75,7 @@ protected:
   /// Tables of fewer slots have no buckets and are searched from the newest slot to the oldest.
   static constexpr unsigned min_buckets = 6;
 
-  bool Matches(const MapItem& item, const void* key) const {
-    return item._key == key || (key && item._key && _hash(key, item._key));
-  }
+  bool Matches(const MapItem& item, const void* key) const { return Hash::AreEqual(_hash, key, item._key); }
   MapItem* SlotAt(unsigned slot) const {
     return _entry_pages ? _entry_pages[slot >> page_bits] + (slot & (page_size - 1)) : _entries + slot;
   }

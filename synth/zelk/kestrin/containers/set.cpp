@@ -33,7 +33,7 @@ void Set::Allocate(unsigned num_buckets) {
 
 void Set::Chain(SetItem* item) {
   if (!_buckets) return;
-  SetItem*& head = _buckets[_hash(item->_key, nullptr) % _num_buckets];
+  SetItem*& head = _buckets[Hash::Of(_hash, item->_key) % _num_buckets];
   item->_next = head;
   head = item;
 }
@@ -47,7 +47,7 @@ void Set::Free(SetItem* item) {
 SetItem* Set::Find(const void* key) const {
   if (!key) return nullptr;
   if (_buckets) {
-    for (SetItem* item = _buckets[_hash(key, nullptr) % _num_buckets]; item; item = item->_next)
+    for (SetItem* item = _buckets[Hash::Of(_hash, key) % _num_buckets]; item; item = item->_next)
       if (Matches(*item, key)) return item;
     return nullptr;
   }
@@ -84,7 +84,7 @@ unsigned Set::Remove(const void* key) {
   SetItem* item = Find(key);
   if (!item) return 0;
   if (_buckets) {
-    SetItem** link = &_buckets[_hash(item->_key, nullptr) % _num_buckets];
+    SetItem** link = &_buckets[Hash::Of(_hash, item->_key) % _num_buckets];
     while (*link != item) link = &(*link)->_next;
     *link = item->_next;
   }

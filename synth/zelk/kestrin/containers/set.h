@@ -48,9 +48,7 @@ private:
   static constexpr unsigned min_buckets = 6;
 
   SetItem* Find(const void* key) const;
-  bool Matches(const SetItem& item, const void* key) const {
-    return item._key == key || (key && item._key && _hash(key, item._key));
-  }
+  bool Matches(const SetItem& item, const void* key) const { return Hash::AreEqual(_hash, key, item._key); }
   void Allocate(unsigned num_buckets);
   void Chain(SetItem* item);
   void Free(SetItem* item);

@@ -24,6 +24,15 @@ constexpr ATT_ENUM naming_attributes[] = {ATT_NORVEL_ATTRIBUTE, ATT_CHIP_PIN, AT
 
 } // namespace
 
+bool VisitMarks::_is_active = false;
+unsigned VisitMarks::_last_visit = 0;
+
+unsigned VisitMarks::Begin() {
+  KESTRIN_ASSERT_TEXT(!_is_active, "!_is_active");
+  _is_active = true;
+  return ++_last_visit;
+}
+
 DesignObj::DesignObj(const char* name, unsigned long linefile)
     : _name(Strings::save(name)), _linefile(static_cast<unsigned>(linefile)) {}
 

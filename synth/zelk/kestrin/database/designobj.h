@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "containers/pool.h"
 #include "database/att.h"
 
 class Array;
@@ -39,7 +40,7 @@ enum DB_SOURCE_LANG_E {
 };
 
 /// Names: one that begins with a blank was made by the system; any other non-empty name is the user's.
-class DesignObj {
+class DesignObj : public Pooled {
 public:
   /// Copies the name, which may be null.
   explicit DesignObj(const char* name = nullptr, unsigned long linefile = 0);
@@ -148,8 +149,35 @@ private:
   char* _name;
   char* _orig_name = nullptr;
   Map* _atts = nullptr;
-  unsigned _linefile; // last, so that derived classes use the space behind it
+  friend class VisitMarks;
+  unsigned _linefile;
+  mutable unsigned _visit = 0; // of the walk that marked the object last
   static Map* _message_ids;
+};
+
+/// The objects that a walk has met, kept on the objects themselves: for walks over a whole netlist, where a Set of all
+/// its objects costs more than the walk. One at a time.
+class VisitMarks {
+public:
+  VisitMarks() : _visit(Begin()) {}
+  VisitMarks(const VisitMarks&) = delete;
+  VisitMarks& operator=(const VisitMarks&) = delete;
+  ~VisitMarks() { _is_active = false; }
+
+  /// Whether the object was not marked yet.
+  bool Insert(const DesignObj* object) {
+    if (object->_visit == _visit) return false;
+    object->_visit = _visit;
+    return true;
+  }
+  bool Contains(const DesignObj* object) const { return object->_visit == _visit; }
+
+private:
+  static unsigned Begin();
+
+  unsigned _visit;
+  static bool _is_active;
+  static unsigned _last_visit;
 };
 
 #endif

@@ -11,8 +11,7 @@ class ConeLabels {
 public:
   ConeLabels(const Netlist* netlist, const Set* control_buffers)
       : _netlist(netlist), _control_buffers(control_buffers),
-        _is_debugging_ip(kestrin_flag("zelk_enable_ip_debug") != 0), _keeps_all(netlist->IsAttOn(ATT_NOPRUNE) != 0),
-        _marked(HASH_POINTER, netlist->NumOfNets() + netlist->NumOfInsts() + 1) {
+        _is_debugging_ip(kestrin_flag("zelk_enable_ip_debug") != 0), _keeps_all(netlist->IsAttOn(ATT_NOPRUNE) != 0) {
     for (Fsm* fsm : FsmsOf(netlist))
       for (unsigned pos = 0; pos < fsm->NumStates(); pos++) _state_registers.Insert(fsm->GetStateAt(pos));
   }
@@ -80,7 +79,7 @@ private:
   bool _is_debugging_ip;
   bool _keeps_all;
   Set _state_registers;
-  Set _marked; // nets and instances
+  VisitMarks _marked; // nets and instances
   std::vector<Net*> _pending;
 };
 

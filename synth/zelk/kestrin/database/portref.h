@@ -3,13 +3,14 @@
 #ifndef KESTRIN_DATABASE_PORTREF_H
 #define KESTRIN_DATABASE_PORTREF_H
 
+#include "containers/pool.h"
 #include "database/port.h"
 
 class Instance;
 class Net;
 
 /// Whoever disconnects deletes it: use Instance::Disconnect or Net::Disconnect, never delete.
-class PortRef {
+class PortRef : public Pooled {
 public:
   Instance* GetInst() const { return _inst; }
   Net* GetNet() const { return _net; }
