@@ -134,10 +134,11 @@ std::string write_report(const DESIGN_VIEW& design, const std::vector<STAGE_TIME
     text += fmt::format("module {}", result.module_name);
     for (const UNIT_PARAMETER& parameter : result.used_parameters)
       text += fmt::format(" {}={}", parameter.name, parameter.value);
-    text += fmt::format(" ({} times)\n", occurrences[module.get()]);
+    unsigned long count = occurrences[module.get()];
+    text += count == 1 ? " (once)\n" : fmt::format(" ({} times)\n", count);
     COUNTS counts = count_nodes(*module);
     text += counts_text(counts) + black_boxes(design, *module) + machines(result) + assignments(result) + "\n";
-    for (const auto& [kind, count] : counts) total[kind] += count * occurrences[module.get()];
+    for (const auto& [kind, number] : counts) total[kind] += number * count;
   }
   text += "whole design\n" + counts_text(total);
   if (times.empty()) return text;
