@@ -1,6 +1,8 @@
 // The netlist database: building, naming, walking, folding, copying and deleting netlists of three sizes.
 #include <benchmark/benchmark.h>
 
+#include <malloc.h>
+
 #include <memory>
 #include <string>
 
@@ -112,8 +114,148 @@ void BuildMergeSweepDelete(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+double HeapBytes() {
+  const struct mallinfo2 heap = mallinfo2();
+  return static_cast<double>(heap.uordblks + heap.hblkhd);
+}
+
+/// What the objects of a large netlist take from the heap, with all that comes with them. On a machine of 64 bits:
+///   a net         136 bytes: the object has 112 (base 40, its list, driver, ring, bus and owner), its block 8 more,
+///   and
+///                 the table that nameless nets are filed in 24 + 8 for a slot and a bucket, of which up to half may be
+///                 free behind a growth. Nothing is kept for names, ports and attributes that it does not have.
+///   an instance   base 40, owner, view and connections 24, its name 24 to 32 (it has to be found by it), slots in the
+///                 table of names and among the references of its view up to 2 * 24 + 2 * 24
+///   a connection  48: five pointers and the block; the array of an instance adds 8 for each port and 48 once
+void MeasureBytes(benchmark::State& state) {
+  Netlist::CreateAllPrimitives();
+  const auto count = static_cast<double>(state.range(0));
+  for (auto _ : state) {
+    auto netlist = std::make_unique<Netlist>("bytes");
+    double before = HeapBytes();
+    auto grown = [&](double objects) {
+      const double after = HeapBytes();
+      const double bytes = (after - before) / objects;
+      before = after;
+      return bytes;
+    };
+    for (int64_t i = 0; i < state.range(0); i++) netlist->Add(new Net);
+    state.counters["bytes_per_net"] = grown(count);
+    Prim* view = Prim::Static(PRIM_AND);
+    for (int64_t i = 0; i < state.range(0); i++) netlist->Add(new Instance(nullptr, view));
+    state.counters["bytes_per_instance"] = grown(count);
+    Net* last = nullptr;
+    MapIter nets;
+    nets.First(&netlist->AutoNets());
+    for (Instance* inst : InstancesOf(netlist.get())) {
+      void* net = nullptr;
+      nets.Item(nullptr, &net);
+      nets.Next();
+      inst->Connect(view->GetOutput(), static_cast<Net*>(net));
+      inst->Connect(view->GetInput1(), last ? last : static_cast<Net*>(net));
+      inst->Connect(view->GetInput2(), last ? last : static_cast<Net*>(net));
+      last = static_cast<Net*>(net);
+    }
+    state.counters["bytes_per_connection"] = grown(3 * count);
+  }
+  state.counters["sizeof_net"] = sizeof(Net);
+  state.counters["sizeof_instance"] = sizeof(Instance);
+  state.counters["sizeof_connection"] = sizeof(PortRef);
+}
+
+// What takes the same time however large the netlist is.
+
+/// A load comes to a net with many loads, and the first one goes.
+void MoveLoad(benchmark::State& state) {
+  auto netlist = ChainOfGates(state.range(0));
+  Net* net = netlist->GetNet("i");
+  Instance* inst = netlist->Inv(nullptr, 0)->Driver();
+  for (auto _ : state) {
+    inst->Connect(inst->View()->GetInput(), net);
+    benchmark::DoNotOptimize(net->GetLastPortRef());
+    inst->Disconnect(inst->View()->GetInput());
+  }
+  state.SetComplexityN(state.range(0));
+}
+
+/// Asking for the driver and the first connections of a net with many loads.
+void AskForDriver(benchmark::State& state) {
+  auto netlist = ChainOfGates(state.range(0));
+  Net* net = netlist->GetNet("i");
+  Instance* inst = netlist->Inv(nullptr, 0)->Driver();
+  inst->Reconnect(inst->View()->GetOutput(), net);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(net->Driver());
+    benchmark::DoNotOptimize(net->GetFirstPortRef());
+    benchmark::DoNotOptimize(net->GetFirstPortRef(DIR_INPUT));
+    benchmark::DoNotOptimize(net->NumOfPortRefs());
+    benchmark::DoNotOptimize(net->NumOfFanouts());
+    benchmark::DoNotOptimize(net->IsFanoutFree());
+  }
+  state.SetComplexityN(state.range(0));
+}
+
+/// The net on the last port of a view with many ports.
+void FindByPort(benchmark::State& state) {
+  Netlist view("wide");
+  for (int64_t i = 0; i < state.range(0); i++) view.Add(new Port(("p" + std::to_string(i)).c_str(), DIR_INPUT));
+  Netlist netlist("top");
+  auto* net = new Net;
+  netlist.Add(net);
+  auto* inst = new Instance("u", &view);
+  netlist.Add(inst);
+  Port* last = view.GetPortAt(view.NumOfPorts() - 1);
+  for (auto _ : state) {
+    inst->Connect(last, net);
+    benchmark::DoNotOptimize(inst->GetNet(last));
+    benchmark::DoNotOptimize(view.IndexOf(last));
+    inst->Disconnect(last);
+  }
+  state.SetComplexityN(state.range(0));
+}
+
+/// A gate with its net comes to a large netlist and goes.
+void AddAndDeleteGate(benchmark::State& state) {
+  auto netlist = ChainOfGates(state.range(0));
+  Net* input = netlist->GetNet("i");
+  for (auto _ : state) {
+    Net* net = netlist->And(input, input, 0);
+    delete net->Driver();
+    delete net;
+  }
+  state.SetComplexityN(state.range(0));
+}
+
+/// Two nets on a ring of many: joining is an exchange of two pointers.
+void WireNets(benchmark::State& state) {
+  Netlist netlist("ring");
+  auto* first = new Net;
+  netlist.Add(first);
+  for (int64_t i = 1; i < state.range(0); i++) {
+    auto* net = new Net;
+    netlist.Add(net);
+    first->Wire(net);
+  }
+  for (auto _ : state) {
+    state.PauseTiming();
+    auto* net = new Net;
+    netlist.Add(net);
+    state.ResumeTiming();
+    first->Wire(net);
+  }
+  state.SetComplexityN(state.range(0));
+}
+
 } // namespace
 
+BENCHMARK(MeasureBytes)->Arg(50'000)->Arg(500'000)->Arg(5'000'000)->Unit(benchmark::kMillisecond)->Iterations(1);
+#define ZELK_CONSTANT_TIME(name)                                                                                       \
+  BENCHMARK(name)->RangeMultiplier(32)->Range(1 << 10, 1 << 20)->Complexity(benchmark::o1)
+ZELK_CONSTANT_TIME(MoveLoad);
+ZELK_CONSTANT_TIME(AskForDriver);
+ZELK_CONSTANT_TIME(FindByPort);
+ZELK_CONSTANT_TIME(AddAndDeleteGate);
+ZELK_CONSTANT_TIME(WireNets)->Iterations(1000);
 BENCHMARK(BuildMergeSweepDelete)
     ->Arg(50'000)
     ->Arg(500'000)

@@ -9,8 +9,7 @@
 #include "containers/assertion.h"
 #include "database/netlist_fixture.h"
 #include "database/operators.h"
-#include "util/linefile.h"
-#include "util/saverestore.h"
+#include "support/database_file.h"
 
 namespace {
 
@@ -49,17 +48,9 @@ protected:
     return cell ? cell->GetFirstNetlist() : nullptr;
   }
 
-  static void Save(const DesignObj* object, const std::string& file) {
-    SaveRestore stream(file.c_str(), 0);
-    object->Save(stream);
-    EXPECT_TRUE(stream.IsOK());
-  }
-  std::string BytesOf(const DesignObj* object) {
-    Save(object, path);
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  void SetBytes(const std::string& bytes) { std::ofstream(path, std::ios::binary) << bytes; }
+  std::string BytesOf(const DesignObj* object) { return BytesOfSaved(object, path); }
+  void Save(const DesignObj* object) { BytesOf(object); }
+  void SetBytes(const std::string& bytes) { WriteBytes(path, bytes); }
   Library* RestoreLibrary() {
     messages.clear();
     Message::ClearErrorCount();
@@ -68,23 +59,10 @@ protected:
     return library->InstallRestored(stream, Libset::Global());
   }
 
-  /// Everything of all designs and operators, by name.
+  /// Everything of all designs and operators.
   static std::string DumpAll() {
-    std::map<std::string, std::string> dumps;
-    for (Library* library : LibrariesOf(Libset::Global()))
-      for (Cell* cell : CellsOf(library))
-        for (Netlist* netlist : NetlistsOf(cell)) {
-          std::ostringstream out;
-          for (DesignObj* object : {static_cast<DesignObj*>(library), static_cast<DesignObj*>(cell)}) {
-            out << object->Name() << " " << LineFile::GetLineNo(object->Linefile()) << "\n";
-            object->DumpAttributes(out);
-          }
-          netlist->Dump(out);
-          dumps[std::string(library->Name()) + "|" + cell->Name() + "|" + netlist->Name()] = out.str();
-          EXPECT_EQ(NetlistChecker(netlist).Report(), "");
-        }
     std::string all;
-    for (auto& [name, dump] : dumps) all += name + "\n" + dump;
+    for (Library* library : LibrariesOf(Libset::Global())) all += DumpOf(library);
     return all;
   }
 
@@ -228,6 +206,18 @@ Netlist* Rich(Netlist* n, Netlist* child, Netlist* black_box) {
   }
   fsm->AddAtt(ATT_FSM_ENCODING, "\"onehot\"");
 
+  for (const char* name : {"r0", "r1", "r2"}) n->Add(new Net(name, At(41)));
+  n->GetNet("r0")->Wire(n->GetNet("r1"));
+  n->GetNet("r1")->Wire(n->GetNet("r2"));
+  Net* oldest = n->Inv(a, 0);
+  for (Net* later : {n->Inv(b, 0), n->Pulldown(0)})
+    later->Driver()->Reconnect(later->Driver()->View()->GetOutput(), oldest);
+  delete oldest->Driver(); // the latest; from now on the oldest counts
+  for (Instance* inst : InstancesOf(n))
+    if (inst->Type() == OPER_ADDER || inst->Type() == OPER_EQUAL) inst->SetControlNet(b);
+  n->AddParam("WIDTH", "8", "integer", 391);
+  n->AddParam("NAME", "a b", nullptr, 396);
+
   for (const char* name : {"u1", "u2"}) {
     auto* inst = new Instance(name, child, At(40));
     n->Add(inst);
@@ -256,18 +246,13 @@ protected:
     rich->SetPresentDesign();
     EXPECT_THAT(messages, testing::IsEmpty());
   }
-  /// As in a new run, apart from the primitives.
-  static void Forget() {
-    for (Library* library : LibrariesOf(Libset::Global()))
-      if (library != Library::Primitives()) delete library;
-  }
   Netlist* rich = nullptr;
 };
 
 TEST_F(RichTest, ALibraryComesBackWithEverythingInIt) {
   const std::string before = DumpAll();
-  Save(Work(), path);
-  Forget();
+  Save(Work());
+  ForgetDesigns();
   ASSERT_NE(RestoreLibrary(), nullptr);
   EXPECT_EQ(DumpAll(), before);
 
@@ -288,13 +273,22 @@ TEST_F(RichTest, ALibraryComesBackWithEverythingInIt) {
   }
   EXPECT_EQ(sequence, 17U);
   EXPECT_EQ(Find("child")->NumOfRefs(), 2U);
-  EXPECT_TRUE(reports.empty());
+  EXPECT_EQ(restored->GetNet("r0")->WireNext(), restored->GetNet("r1"));
+  EXPECT_EQ(restored->GetNet("r2")->WireNext(), restored->GetNet("r0"));
+  EXPECT_EQ(restored->GetParam("WIDTH")->VariableType(), 391);
+  EXPECT_STREQ(restored->GetParam("WIDTH")->TypeText(), "integer");
+  EXPECT_EQ(restored->GetParam("NAME")->VariableType(), 396);
+  unsigned controlled = 0;
+  for (Instance* inst : InstancesOf(restored)) controlled += inst->ControlNet() == restored->GetNet("io");
+  EXPECT_EQ(controlled, 2U);
+  EXPECT_THAT(reports, testing::Each("netlists with parameters are not meant to be saved"));
+  EXPECT_EQ(reports.size(), 2U);
 }
 
 TEST_F(RichTest, WhatIsSavedTwiceIsTheSameAndSoIsWhatWasRestored) {
   const std::string bytes = BytesOf(rich);
   EXPECT_EQ(BytesOf(rich), bytes);
-  Forget();
+  ForgetDesigns();
   SaveRestore stream(path.c_str(), 1);
   std::unique_ptr<Netlist> restored(new Netlist(stream));
   ASSERT_TRUE(stream.IsOK());
@@ -303,111 +297,19 @@ TEST_F(RichTest, WhatIsSavedTwiceIsTheSameAndSoIsWhatWasRestored) {
   EXPECT_EQ(NetlistChecker(restored.get()).Report(), "");
 }
 
-/// Walks a file of a library by the format alone, and reverses the bytes of every integer.
-class ByteSwapper {
-public:
-  explicit ByteSwapper(std::string& bytes) : _bytes(bytes) {
-    Integers(2);
-    Prefix();
-    Integers(2);
-    while (Integer()) Cell();
-    Integer();
-    EXPECT_EQ(_pos, _bytes.size());
-  }
-
-private:
-  int32_t Integer() {
-    int32_t value = 0;
-    if (_pos + sizeof value > _bytes.size()) return 0;
-    _bytes.copy(reinterpret_cast<char*>(&value), sizeof value, _pos);
-    std::reverse(&_bytes[_pos], &_bytes[_pos] + sizeof value);
-    _pos += sizeof value;
-    return value;
-  }
-  void Integers(int count) {
-    while (count-- > 0) Integer();
-  }
-  void String() { _pos += static_cast<size_t>(std::max(Integer(), 0)); }
-  void Prefix() {
-    String();
-    if (Integer() == -1) {
-      String();
-      Integer();
-    }
-    for (int left = Integer() * 2; left > 0; left--) String();
-  }
-  void Cell() {
-    Prefix();
-    Integer();
-    while (Integer()) View(Integer());
-  }
-  void View(int type) {
-    if (type == PRIM_NONE) return Contents();
-    Prefix();
-    if (type <= PRIM_INFER_POINT || type == OPER_DUAL_PORT_RAM) return;
-    const bool three = type >= OPER_ADDER && type <= OPER_MODULO;
-    const bool two = (type >= OPER_SHIFT_LEFT && type <= OPER_ROTATE_RIGHT) || type == OPER_LESSTHAN ||
-                     type == OPER_EQUAL || type == OPER_NTO1MUX;
-    Integers(three ? 3 : two ? 2 : 1);
-  }
-  void Contents() {
-    Prefix();
-    while (Integer()) {
-      View(Integer());
-      String();
-      String();
-    }
-    Integers(5);
-    Each([this] { Integers(1); });
-    Each([this] {
-      Integers(3);
-      Integers(Integer());
-    });
-    for (int left = Integer(); left > 0; left--) {
-      const int kind = Integer();
-      Prefix();
-      Integers(kind - 1);
-    }
-    Each([this] {
-      for (int left = Integer(); left > 0; left--) {
-        Integer();
-        String();
-      }
-    });
-    Each([this] {
-      Integers(Integer());
-      Integers(2 * Integer());
-    });
-    Each([this] {
-      Integers(2);
-      Integers(2 * Integer());
-    });
-    for (int left = Integer() * 3; left > 0; left--) String();
-  }
-  template <class Rest> void Each(Rest rest) {
-    for (int left = Integer(); left > 0; left--) {
-      Prefix();
-      rest();
-    }
-  }
-
-  std::string& _bytes;
-  size_t _pos = 0;
-};
-
 TEST_F(RichTest, AFileOfTheOtherByteOrderComesBack) {
   const std::string before = DumpAll();
   std::string bytes = BytesOf(Work());
   const ByteSwapper swap(bytes);
   SetBytes(bytes);
-  Forget();
+  ForgetDesigns();
   ASSERT_NE(RestoreLibrary(), nullptr);
   EXPECT_EQ(DumpAll(), before);
 }
 
 TEST_F(RichTest, WhatExistsStaysAndGetsMissingPorts) {
-  Save(Work(), path);
-  Forget();
+  Save(Work());
+  ForgetDesigns();
   Netlist* older = NewNetlist("child");
   older->Add(new Port("x", DIR_INPUT));
   older->Add(new Net("only here"));
@@ -427,8 +329,8 @@ TEST_F(RichTest, WhatExistsStaysAndGetsMissingPorts) {
 }
 
 TEST_F(RichTest, AHierarchyComesBackUnderItsTopAndEachViewOnce) {
-  Save(rich, path);
-  Forget();
+  Save(rich);
+  ForgetDesigns();
   {
     SaveRestore stream(path.c_str(), 1);
     auto* top_cell = new Cell("a rich(8)", LineFile::EncodeLineFile("a.v", 3));
@@ -446,7 +348,7 @@ TEST_F(RichTest, AnotherVersionOfTheDatabaseInstallsNothing) {
   const std::string version("\x06\0\xAB\0", 4);
   bytes.replace(bytes.find(version), 1, "\x05");
   SetBytes(bytes);
-  Forget();
+  ForgetDesigns();
   EXPECT_EQ(RestoreLibrary(), nullptr);
   EXPECT_EQ(Libset::Global()->GetLibrary("work"), nullptr);
   EXPECT_THAT(messages,
@@ -455,13 +357,80 @@ TEST_F(RichTest, AnotherVersionOfTheDatabaseInstallsNothing) {
                                    "An error occurred during database binary restore"));
 }
 
+/// A small design with a record of every kind.
+class CutFile : public BdmpTest {
+protected:
+  void SetUp() override {
+    BdmpTest::SetUp();
+    Netlist* leaf = NewNetlist("leaf");
+    NewPort(leaf, "x", DIR_INPUT);
+    Netlist* n = NewNetlist("m");
+    Net* a = NewPort(n, "a", DIR_INPUT);
+    auto* ports = new PortBus("p", DIR_INPUT, 0, 0, At(3));
+    n->Add(ports);
+    ports->Add(n->GetPort("a"));
+    auto* nets = new NetBus("v", 1, 0, At(4));
+    n->Add(nets);
+    nets->AddAtIndex(a, 1);
+    ArrayOf<Net> word(1, a);
+    Net* equal = nullptr;
+    n->Lut(&word, &equal, 2, 0);
+    Instance* reg = n->Dff(equal, a, a, a, At(5), "q")->Driver();
+    auto* fsm = new Fsm("s");
+    n->Add(fsm);
+    fsm->AddState(reg, "idle");
+    auto* inst = new Instance("u", leaf);
+    n->Add(inst);
+    inst->Connect(leaf->GetPort("x"), a);
+    reg->SetControlNet(a);
+    n->Add(new Net("r", 0));
+    n->GetNet("r")->Wire(equal);
+    n->AddParam("W", "8", "integer", 391);
+    a->SetPowerUpValue('1');
+  }
+};
+
+TEST_F(CutFile, ChangesNothingWhereverItIsCut) {
+  const std::string bytes = BytesOf(Work());
+  ForgetDesigns();
+  NewNetlist("leaf"); // gets a port, and loses it again
+  const std::string before = DumpAll();
+  for (size_t size = 0; size + 4 < bytes.size(); size++) {
+    SetBytes(bytes.substr(0, size));
+    ASSERT_EQ(RestoreLibrary(), nullptr) << size;
+    ASSERT_THAT(messages, testing::Contains("An error occurred during database binary restore")) << size;
+    ASSERT_TRUE(DumpAll() == before) << size;
+  }
+}
+
+TEST_F(CutFile, WithAnyBitWrongEndsInAMessageOrInAConsistentDesign) {
+  const std::string bytes = BytesOf(Work());
+  ForgetDesigns();
+  const std::string before = DumpAll();
+  unsigned failed = 0;
+  for (size_t bit = 0; bit < 8 * bytes.size(); bit += 3) { // each byte, and each place in it
+    std::string damaged = bytes;
+    damaged[bit / 8] ^= 1U << bit % 8;
+    SetBytes(damaged);
+    if (RestoreLibrary()) {
+      DumpAll();
+      ForgetDesigns();
+    } else {
+      failed++;
+      ASSERT_THAT(messages, testing::Contains("An error occurred during database binary restore")) << bit;
+      ASSERT_TRUE(DumpAll() == before) << bit;
+    }
+  }
+  EXPECT_GT(failed, bytes.size());
+}
+
 TEST_F(RichTest, ACutFileChangesNothing) {
   const std::string bytes = BytesOf(Work());
-  Forget();
+  ForgetDesigns();
   NewNetlist("child"); // gets ports, and loses them again
   const std::string before = DumpAll();
   std::mt19937 random(1);
-  for (size_t size = 0; size + 4 < bytes.size(); size += size < 3000 ? 7 : 1 + random() % 400) {
+  for (size_t size = 0; size + 4 < bytes.size(); size += 1 + random() % 100) {
     SetBytes(bytes.substr(0, size));
     ASSERT_EQ(RestoreLibrary(), nullptr) << size;
     ASSERT_THAT(messages, testing::Contains("An error occurred during database binary restore")) << size;
@@ -472,7 +441,7 @@ TEST_F(RichTest, ACutFileChangesNothing) {
 // Some damage cannot be told from another design; then the design is consistent and the primitives are what they were.
 TEST_F(RichTest, ADamagedFileEndsInAMessageOrInAConsistentDesign) {
   const std::string bytes = BytesOf(Work());
-  Forget();
+  ForgetDesigns();
   const std::string before = DumpAll();
   std::mt19937 random(2);
   unsigned failed = 0;
@@ -482,7 +451,7 @@ TEST_F(RichTest, ADamagedFileEndsInAMessageOrInAConsistentDesign) {
     SetBytes(damaged);
     if (RestoreLibrary()) {
       DumpAll();
-      Forget();
+      ForgetDesigns();
     } else {
       failed++;
       ASSERT_THAT(messages, testing::Contains("An error occurred during database binary restore")) << round;

@@ -731,15 +731,11 @@ void NetBus::Save(SaveRestore& stream) const {
   SavePrefix(stream);
   stream.SaveInteger(_left);
   stream.SaveInteger(_right);
-  unsigned present = 0;
-  for (auto [element, bus] : ElementsOf(this)) present += element != nullptr;
-  stream.SaveInteger(present);
+  stream.SaveInteger(_elements.Size());
   int index = _left;
   for (auto [element, bus] : ElementsOf(this)) {
-    if (element) {
-      stream.SavePointer(element);
-      stream.SaveInteger(index);
-    }
+    stream.SavePointer(element); // null for a hole
+    stream.SaveInteger(index);
     index += IsUp() ? 1 : -1;
   }
 }
@@ -749,16 +745,22 @@ NetBus::NetBus(SaveRestore& stream, const Netlist* netlist) : NetBus() {
   _left = static_cast<int>(stream.RestoreInteger());
   _right = static_cast<int>(stream.RestoreInteger());
   stream.Afford(Distance(_left, _right));
+  bool has_level = false;
   ReadAll(stream, [&] {
     DesignObj* element = ReadObject(stream);
     const auto index = static_cast<int>(stream.RestoreInteger());
+    if (!element && stream.IsOK() && _elements.Size() < Size()) {
+      _elements.Insert(nullptr, this, 0, 1); // a hole
+      return;
+    }
     const Netlist* owner = nullptr;
     if (element && element->ObjectType() == DB_NET) owner = static_cast<Net*>(element)->Owner();
     if (element && element->ObjectType() == DB_NETBUS) owner = static_cast<NetBus*>(element)->Owner();
     if (owner != netlist || element->GetNetBus()) return stream.SetFail();
     if (index < std::min(_left, _right) || index > std::max(_left, _right)) return stream.SetFail();
     const int level = element->NetBusLevel() + 1;
-    if (!_elements.Size()) _level = level;
+    if (!has_level) _level = level;
+    has_level = true;
     if (level != _level || level > max_bus_level || ElementAtIndex(index)) return stream.SetFail();
     AddAtIndex(element, index);
   });

@@ -254,6 +254,18 @@ void Net::Unwire() {
   _wire = nullptr;
 }
 
+void Net::LeaveRing(const Netlist* going) {
+  if (!_wire) return;
+  const Net* at = _wire;
+  while (at != this && at->_owner == going) at = at->_wire;
+  if (at != this) return Unwire();
+  for (Net* net = this; net->_wire;) {
+    Net* next = net->_wire;
+    net->_wire = nullptr;
+    net = next;
+  }
+}
+
 namespace {
 
 /// Whether a net is a better survivor of a ring than the best one so far.
@@ -317,6 +329,9 @@ Net* Net::ResolveWires() {
     survivor->CopyFrom(*merged);
     if (!survivor->_power_up) survivor->_power_up = merged->_power_up;
     merged->MoveConnectionsTo(survivor);
+    // The net behind the survivor leaves the ring without a walk to the net before it.
+    survivor->_wire = merged->_wire == survivor ? nullptr : merged->_wire;
+    merged->_wire = nullptr;
     delete merged;
   }
   if (rename) {

@@ -182,6 +182,8 @@ private:
 
   void RefreshDriver() const;
   void Unwire();
+  /// Takes the whole ring apart when all of it belongs to a netlist that goes.
+  void LeaveRing(const Netlist* going);
   void MoveConnectionsTo(Net* survivor);
 };
 

@@ -80,6 +80,7 @@ void Netlist::DeleteContents() {
     delete bus;
   }
   _net_buses.Reset();
+  for (Net* net : NetsOf(this)) net->LeaveRing(this);
   for (Net* net : NetsOf(this)) {
     net->_owner = nullptr;
     delete net;

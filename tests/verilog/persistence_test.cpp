@@ -1,0 +1,81 @@
+// Everything that the sources of the examples and of the tests are elaborated to is saved and comes back as it was,
+// from a file of either byte order.
+#include <filesystem>
+
+#include "containers/assertion.h"
+#include "support/database_file.h"
+#include "verilog/elaboration.h"
+
+namespace {
+
+class Persistence : public testing::TestWithParam<std::filesystem::path> {
+protected:
+  /// Elaborates each module of the files as if it were the top.
+  static unsigned ElaborateAll(Elaboration& elaboration, const std::filesystem::path& source) {
+    std::vector<std::filesystem::path> files;
+    if (std::filesystem::is_directory(source))
+      for (const auto& entry : std::filesystem::recursive_directory_iterator(source)) files.push_back(entry.path());
+    else
+      files.push_back(source);
+    std::sort(files.begin(), files.end());
+    for (const std::filesystem::path& file : files)
+      if (file.extension() == ".v") elaboration.file.Analyze(file.c_str(), VERI_2K);
+    std::vector<std::string> names;
+    for (VeriDesignUnit* unit : veri_file::GetLibrary("work")->Units()) names.emplace_back(unit->Name());
+    unsigned elaborated = 0;
+    for (const std::string& name : names) elaborated += veri_file::Elaborate(name.c_str(), "work", nullptr) != 0;
+    return elaborated;
+  }
+
+  static Library* Restore(const std::string& path) {
+    SaveRestore stream(path.c_str(), 1);
+    auto* library = new Library(stream);
+    return library->InstallRestored(stream, Libset::Global());
+  }
+};
+
+TEST_P(Persistence, ElaboratedDesignsComeBackAsTheyWere) {
+  static std::vector<std::string> reports;
+  reports.clear();
+  kestrin_set_report_handler([](const char* text, const char*, int) { reports.emplace_back(text); });
+  Elaboration elaboration;
+  ASSERT_GT(ElaborateAll(elaboration, GetParam()), 0U);
+  Library* work = Libset::Global()->GetLibrary("work");
+  ASSERT_NE(work, nullptr);
+  const std::string before = DumpOf(work);
+  const std::string path = testing::TempDir() + "zelk_persistence_" + GetParam().stem().string() + ".db";
+  std::string bytes = BytesOfSaved(work, path);
+  for (bool swapped : {false, true}) {
+    if (swapped) {
+      const ByteSwapper swap(bytes);
+      WriteBytes(path, bytes);
+    }
+    ForgetDesigns();
+    Library* restored = Restore(path);
+    ASSERT_NE(restored, nullptr) << swapped;
+    const std::string after = DumpOf(restored);
+    const size_t at = static_cast<size_t>(
+        std::mismatch(before.begin(), before.end(), after.begin(), after.end()).first - before.begin());
+    EXPECT_TRUE(after == before) << (swapped ? "swapped: " : "") << before.substr(at < 100 ? 0 : at - 100, 300)
+                                 << "\n--- came back as\n"
+                                 << after.substr(at < 100 ? 0 : at - 100, 300);
+  }
+  std::filesystem::remove(path);
+  kestrin_set_report_handler(nullptr);
+  for (const std::string& report : reports) EXPECT_EQ(report, "netlists with parameters are not meant to be saved");
+}
+
+std::vector<std::filesystem::path> Sources() {
+  std::vector<std::filesystem::path> sources;
+  for (const auto& entry : std::filesystem::directory_iterator(ZELK_EXAMPLES))
+    if (entry.is_directory()) sources.push_back(entry.path());
+  for (const auto& entry : std::filesystem::directory_iterator(ZELK_RTL))
+    if (entry.path().extension() == ".v") sources.push_back(entry.path());
+  std::sort(sources.begin(), sources.end());
+  return sources;
+}
+
+INSTANTIATE_TEST_SUITE_P(Sources, Persistence, testing::ValuesIn(Sources()),
+                         [](const auto& source) { return source.param.stem().string(); });
+
+} // namespace
