@@ -18,7 +18,7 @@ endif()
 # Scanners and parsers are generated code; they keep the warnings that their generators provoke.
 function(zelk_generated_sources)
   set_source_files_properties(${ARGV} PROPERTIES COMPILE_OPTIONS
-    "-Wno-unused-function;-Wno-sign-compare;-Wno-unused-but-set-variable;-Wno-unused-parameter;-Wno-pedantic")
+    "-Wno-unused-function;-Wno-sign-compare;-Wno-unused-but-set-variable;-Wno-unused-parameter;-Wno-pedantic;-Wno-missing-braces")
 endfunction()
 
 # zelk_module(NAME name INCLUDES dir... [SOURCES extra...] [DEPENDS target...])

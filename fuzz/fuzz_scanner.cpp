@@ -1,38 +1,21 @@
 // Any text through the scanner: the first byte chooses the dialect and how the parser behaves, the rest is the source,
-// which may include itself. Nothing may crash, hang or overrun, and the scanner must come to the end of the input.
-#include <cstddef>
-#include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <string>
-
-#include <unistd.h>
-
-#include "util/message.h"
+// which may include itself as "me". Nothing may crash, hang or overrun, and the scanner must come to the end of the
+// input.
+#include "fuzz_input.h"
 #include "verilog/veri_lex.h"
 #include "verilog/veri_number.h"
 #include "verilog/veri_pragma.h"
 
-namespace {
-
-std::string source_path() {
-  // In memory where there is such a folder.
-  const char* folder = std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : ".";
-  return std::string(folder) + "/fuzz_scanner_" + std::to_string(::getpid()) + ".v";
-}
-
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const std::string path = source_path();
+  static const FUZZ_FILE file(".v");
+  static FUZZ_SERVICES services(file);
   if (!size) return 0;
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(data + 1), static_cast<long>(size - 1));
+  file.write(data + 1, size - 1);
   const auto dialect = static_cast<veri_dialect>(1 + data[0] % 3);
   const bool takes_pragmas = data[0] & 0x80;
 
-  Message::SetConsoleOutput(0);
   VeriMacroTable macros;
-  VeriLex::StartFlex(path.c_str(), dialect, &macros, nullptr);
+  VeriLex::StartFlex(file.path(), dialect, &macros, nullptr);
   veri_token token;
   std::string size_and_base;
   do {
@@ -49,6 +32,5 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   VeriLex::EndFlex();
   Message::ClearErrorCount();
   VeriLex::FreeStaticMemory();
-  std::filesystem::remove(path);
   return 0;
 }

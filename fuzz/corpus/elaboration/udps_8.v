@@ -1,0 +1,3 @@
+1module udp_mux(output y, input s, a, b);
+  assign y = s ? b : a;
+endmodule

@@ -1,0 +1,1 @@
+1initial $display("a\\b \"c\"\n");

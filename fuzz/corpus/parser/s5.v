@@ -1,0 +1,1 @@
+1module sub; endmodule
