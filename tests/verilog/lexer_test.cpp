@@ -244,3 +244,22 @@ TEST(Literal, AWrongDigitIsAnErrorOfItsBase) {
     EXPECT_THAT(MessageLog::Take(), ElementsAre(error)) << text;
   }
 }
+
+TEST(Literal, TheQuickAnswerLetsNoMessageSlip) {
+  const MessageLog log;
+  unsigned fits = 0;
+  for (unsigned size = 1; size < 70; size += size < 12 ? 1 : 19)
+    for (const char* base : {"'b", "'o", "'sd", "'d", "'H", "'Sh"})
+      for (const char* digits : {"0", "1", "7", "8", "9", "10", "1_1", "00001", "13", "fF", "x", "?0", "4294967296",
+                                 "2g", "9223372036854775808", "99999999999999999999", "ffffffffffffffffffff"}) {
+        if (!veri_literal_fits(size, base, digits)) continue;
+        fits++;
+        const std::string text = std::to_string(size) + base + digits;
+        veri_read_literal(text.c_str(), 1);
+        EXPECT_THAT(MessageLog::Take(), IsEmpty()) << text;
+      }
+  EXPECT_GT(fits, 500U) << "most literals should take the quick way";
+  EXPECT_TRUE(veri_literal_fits(8, "'d", "200"));
+  EXPECT_FALSE(veri_literal_fits(8, "'sd", "200"));
+  EXPECT_TRUE(veri_literal_fits(32, "'h", "dead_beef"));
+}

@@ -1464,7 +1464,7 @@ VeriExpression* veri_sized_literal(int size, const char* base, const char* digit
     size = 1;
   }
   const std::string text = std::to_string(static_cast<unsigned>(size)) + base + digits;
-  veri_read_literal(text.c_str(), place);
+  if (!veri_literal_fits(static_cast<unsigned>(size), base, digits)) veri_read_literal(text.c_str(), place);
   return vector_literal(text, place);
 }
 

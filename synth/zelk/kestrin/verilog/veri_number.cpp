@@ -2,6 +2,7 @@
 #include "verilog/veri_number.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -171,4 +172,23 @@ private:
 
 VeriLiteralBits veri_read_literal(const char* text, linefile_type linefile) {
   return VeriLiteralReader(linefile).Read(text ? text : "");
+}
+
+bool veri_literal_fits(unsigned size, const char* base, const char* digits) {
+  constexpr unsigned most_bits = 60;
+  if (*base == '\'') base++;
+  const bool is_signed = *base == 's' || *base == 'S';
+  if (is_signed) base++;
+  const char kind = static_cast<char>(*base | 0x20);
+  const unsigned radix = kind == 'b' ? 2 : kind == 'o' ? 8 : kind == 'd' ? 10 : kind == 'h' ? 16 : 0;
+  uint64_t number = 0;
+  for (; *digits; digits++) {
+    if (*digits == '_') continue;
+    const bool is_decimal = *digits >= '0' && *digits <= '9';
+    const auto value = static_cast<unsigned>(is_decimal ? *digits - '0' : (*digits | 0x20) - 'a' + 10);
+    if (value >= radix || number >> most_bits) return false;
+    number = number * radix + value;
+  }
+  // A decimal is a number that must not become negative; the other bases tell bits.
+  return std::bit_width(number) + (is_signed && radix == 10) <= size;
 }

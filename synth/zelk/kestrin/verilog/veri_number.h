@@ -43,4 +43,8 @@ private:
 /// letters. Mistakes, truncation and extension are messages at `linefile`.
 VeriLiteralBits veri_read_literal(const char* text, linefile_type linefile);
 
+/// Whether the reading of a sized literal has nothing to report: all digits are numbers of the base, and the size has
+/// room for the number. A quick answer for nearly all literals; "no" just means that it was not obvious.
+bool veri_literal_fits(unsigned size, const char* base, const char* digits);
+
 #endif
