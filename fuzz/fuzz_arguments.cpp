@@ -1,5 +1,5 @@
-// Any text as a file list of the command line, and each of its lines through the small readers of texts in settings and
-// attributes: macros, lists, pins, styles, encodings, parameters.
+// Any text as a file list of the command line and as a project file, and each of its lines through the small readers of
+// texts in settings and attributes: macros, lists, pins, styles, encodings, parameters.
 #include "fuzz_input.h"
 
 #include <iostream>
@@ -7,6 +7,7 @@
 
 #include "app/arguments.h"
 #include "app/command_line.h"
+#include "app/parameter_notation.h"
 #include "zelk_attribute_value.h"
 #include "zelk_hsp_parameter.h"
 #include "zelk_macro_text.h"
@@ -37,6 +38,17 @@ void read_values(const std::string& text) {
   } catch (const USAGE_ERROR&) {}
 }
 
+/// The program called with one option that names the file.
+void call(const char* option_name, const char* path_name) {
+  std::string program = "zelk-host";
+  std::string option = option_name;
+  std::string path = path_name;
+  char* arguments[] = {program.data(), option.data(), path.data(), nullptr};
+  COMMAND_LINE command;
+  HDB_ACTION_PT_INSTANCE project;
+  parse_command_line(3, arguments, command, project);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -48,13 +60,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }();
   (void)is_quiet;
   file.write(data, size);
-  std::string program = "zelk-host";
-  std::string option = "-f";
-  std::string path = file.path();
-  char* arguments[] = {program.data(), option.data(), path.data(), nullptr};
-  COMMAND_LINE command;
-  HDB_ACTION_PT_INSTANCE project;
-  parse_command_line(3, arguments, command, project);
+  call("-f", file.path());
+  call("--project", file.path());
 
   std::istringstream lines(std::string(reinterpret_cast<const char*>(data), size));
   for (std::string line; std::getline(lines, line);) read_values(line.substr(0, line.find('\0')));

@@ -4,6 +4,7 @@
 #include "cdb_sgate.h"
 #include "database/libset.h"
 #include "database/netlistchecker.h"
+#include "msg.h"
 #include "zelk_netlist_creator.h"
 #include "zelk_utility.h"
 
