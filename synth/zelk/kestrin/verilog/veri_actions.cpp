@@ -307,7 +307,7 @@ VeriExpression* pragma_expression(const char* value, veri_location place) {
       return new VeriVectorLiteral(value, std::move(number), place);
   } else if (*value >= '0' && *value <= '9') {
     const std::string number = std::to_string(Strings::atoi(value));
-    return new VeriIntLiteral(number.c_str(), VeriValue::FromLiteral(number), place);
+    return new VeriIntLiteral(number.c_str(), place);
   }
   std::string text = value;
   if (text.size() >= 2 && text.front() == '"' && text.back() == '"') text = text.substr(1, text.size() - 2);
@@ -1041,7 +1041,7 @@ void assign_initial_values(VeriBody* body) {
       if (!value) continue;
       declaration->IdAs<VeriVariable>()->SetInitialValue(nullptr);
       const auto place = static_cast<veri_location>(declaration->Linefile());
-      auto* target = new VeriIdRef(declaration->GetId()->Name(), place);
+      auto* target = new VeriIdRef(VeriLex::Intern(declaration->GetId()->Name()), place);
       VeriAssignmentOperator* assignment = veri_assignment(target, VERI_ASSIGN_OP, value, place);
       if (!body->statements) body->statements = std::make_unique<VeriStatements>();
       VeriStatement* statement = new VeriBlockingAssign(assignment, nullptr, place);
@@ -1157,7 +1157,7 @@ VeriModuleItem* veri_generate_for(const char* genvar, VeriExpression* initial, V
   if (!head)
     return new VeriGenerateFor(new VeriIdRef(genvar, place), initial, condition, step, body, nullptr, nullptr, place);
   std::unique_ptr<VeriScope> scope = pop_scope(head.get());
-  auto* name = new VeriIdRef(head->id->GetId()->Name(), place);
+  auto* name = new VeriIdRef(VeriLex::Intern(head->id->GetId()->Name()), place);
   return new VeriGenerateFor(name, initial, condition, step, body, head->id.release(), std::move(scope), place);
 }
 
@@ -1351,7 +1351,7 @@ VeriStatement* veri_delayed_statement(VeriExpressions* delay, VeriStatement* sta
 
 namespace {
 
-VeriExpression* zero(unsigned long place) { return new VeriIntLiteral("0", VeriValue::FromInteger(0), place); }
+VeriExpression* zero(unsigned long place) { return new VeriIntLiteral("0", place); }
 
 bool is_too_deep(const VeriExpression* expression, veri_location place) {
   if (expression->Depth() < VeriExpression::max_depth) return false;
@@ -1436,7 +1436,9 @@ VeriExpressions* veri_append_argument(VeriExpressions* arguments, VeriExpression
 
 namespace {
 
-VeriExpression* vector_literal(const std::string& text, veri_location place) {
+VeriExpression* vector_literal(const std::string& text, unsigned size, veri_location place) {
+  constexpr size_t short_text = 256; // tells a width within the limits by any base
+  if (text.size() <= short_text && size <= veri_max_width) return new VeriVectorLiteral(text.c_str(), place);
   const VeriNullStatement here(place); // where messages are raised
   const VeriNodeScope scope(&here);
   OwnedValue value = VeriValue::FromLiteral(text);
@@ -1449,7 +1451,7 @@ VeriExpression* vector_literal(const std::string& text, veri_location place) {
 /// The scanner warned when the number has more than 32 bits.
 VeriExpression* veri_number_literal(int number, veri_location place) {
   const std::string text = std::to_string(static_cast<unsigned>(number));
-  return new VeriIntLiteral(text.c_str(), VeriValue::FromInteger(number), place);
+  return new VeriIntLiteral(text.c_str(), place);
 }
 
 VeriExpression* veri_real_literal(double number, veri_location place) {
@@ -1465,18 +1467,18 @@ VeriExpression* veri_sized_literal(int size, const char* base, const char* digit
   }
   const std::string text = std::to_string(static_cast<unsigned>(size)) + base + digits;
   if (!veri_literal_fits(static_cast<unsigned>(size), base, digits)) veri_read_literal(text.c_str(), place);
-  return vector_literal(text, place);
+  return vector_literal(text, static_cast<unsigned>(size), place);
 }
 
 VeriExpression* veri_based_literal(const char* base, const char* digits, veri_location place) {
   const std::string text = std::string(base) + digits;
   veri_read_literal(text.c_str(), place);
-  return vector_literal(text, place);
+  return vector_literal(text, 0, place);
 }
 
 VeriExpression* veri_unsized_literal(const char* text, veri_location place) {
   veri_need_systemverilog(place, text);
-  return vector_literal(text, place);
+  return vector_literal(text, 0, place);
 }
 
 VeriExpression* veri_time_literal(const char* text, veri_location place) {

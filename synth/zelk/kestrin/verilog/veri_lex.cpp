@@ -508,6 +508,8 @@ void VeriLex::EndFlex() {
   settings().directives.timescale.reset();
 }
 
+const char* VeriLex::Intern(const char* text) { return settings().words.Intern(text, std::strlen(text))->Text(); }
+
 void VeriLex::FreeStaticMemory() {
   scanner.reset();
   kept_settings.reset();

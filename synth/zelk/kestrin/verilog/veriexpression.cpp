@@ -2,6 +2,8 @@
 #include "verilog/veriexpression.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <ostream>
 #include <sstream>
 
@@ -330,8 +332,7 @@ void VeriEventExpression::PrettyPrint(std::ostream& out, unsigned) const {
 
 VeriPortConnect::VeriPortConnect(const char* formal, VeriExpression* connection, bool is_implicit,
                                  unsigned long linefile)
-    : VeriExpression(linefile), _formal(formal ? formal : ""), _connection(Adopt(connection)),
-      _is_implicit(is_implicit) {
+    : VeriExpression(linefile), _formal(formal), _connection(Adopt(connection)), _is_implicit(is_implicit) {
   Deepen(connection);
 }
 
@@ -367,13 +368,33 @@ void VeriAnsiPortDecl::PrettyPrint(std::ostream& out, unsigned level) const { _d
 
 // Literals.
 
-VeriLiteral::VeriLiteral(const char* text, OwnedValue value, unsigned long linefile)
-    : VeriExpression(linefile), _text(text), _value(std::move(value)) {}
+VeriLiteral::VeriLiteral(const char* text, OwnedValue value, unsigned long linefile) : VeriLiteral(text, linefile) {
+  _value = std::move(value);
+}
+
+VeriLiteral::VeriLiteral(const char* text, unsigned long linefile) : VeriExpression(linefile) {
+  const size_t size = std::strlen(text) + 1;
+  _text = static_cast<const char*>(std::memcpy(kestrin_pool_allocate(size), text, size));
+}
+
+VeriLiteral::~VeriLiteral() { kestrin_pool_free(const_cast<char*>(_text), std::strlen(_text) + 1); }
+
+const VeriValue& VeriLiteral::Value() const {
+  if (!_value) _value = MakeValue();
+  if (!_value) _value = VeriValue::FromNumber(0, 1, /*is_signed=*/false);
+  return *_value;
+}
+
+OwnedValue VeriLiteral::MakeValue() const { return VeriValue::FromLiteral(_text); }
+
+OwnedValue VeriIntLiteral::MakeValue() const {
+  return VeriValue::FromInteger(static_cast<int>(static_cast<unsigned>(std::strtoul(Text(), nullptr, 10))));
+}
 
 /// Sized numbers are written in binary; the others, which their text alone tells apart, as they were read.
 void VeriLiteral::PrettyPrint(std::ostream& out, unsigned) const {
-  const VeriVectorValue* vector = _value->AsVector();
-  if (_text.find('\'') == std::string::npos || _text.front() == '\'' || _text.front() == '"' || !vector) {
+  const VeriVectorValue* vector = Value().AsVector();
+  if (!std::strchr(_text, '\'') || *_text == '\'' || *_text == '"' || !vector) {
     out << _text;
     return;
   }
@@ -385,7 +406,7 @@ void VeriLiteral::PrettyPrint(std::ostream& out, unsigned) const {
 
 VeriIdRef::VeriIdRef(const char* name, unsigned long linefile) : VeriFullName(linefile), _name(name) {}
 
-void VeriIdRef::PrettyPrint(std::ostream& out, unsigned) const { PrintName(out, _name.c_str()); }
+void VeriIdRef::PrettyPrint(std::ostream& out, unsigned) const { PrintName(out, _name); }
 
 VeriScopedIdRef::VeriScopedIdRef(const char* package, const char* name, unsigned long linefile)
     : VeriFullName(linefile), _package(package), _name(name) {}

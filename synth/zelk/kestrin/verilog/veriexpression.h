@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "util/strings.h"
 #include "verilog/veri_tokens.h"
 #include "verilog/vericonstraint.h"
 #include "verilog/veriid.h"
@@ -372,7 +373,8 @@ private:
 /// A connection of an instance: `.formal(actual)`, `.formal`, or in order.
 class VeriPortConnect : public VeriExpression {
 public:
-  /// `formal` null: by order. `is_implicit`: the form `.name`; with the formal "*" the form `.*`.
+  /// `formal` null: by order; it is not copied, see VeriIdRef. `is_implicit`: the form `.name`; with the formal "*" the
+  /// form `.*`.
   VeriPortConnect(const char* formal, VeriExpression* connection, bool is_implicit, unsigned long linefile = 0);
   ~VeriPortConnect() override;
   VERI_CLASS_ID GetClassId() const override { return ID_VeriPortConnect; }
@@ -383,14 +385,14 @@ public:
   VeriTypeInfo TypeInfer(VeriDataFlow*) override { return {}; }
   OwnedValue EvaluateIn(VeriDataFlow*, const VeriTypeInfo&) override { return nullptr; }
   /// Null for a connection by order.
-  const char* NamedFormal() const { return _formal.empty() ? nullptr : _formal.c_str(); }
+  const char* NamedFormal() const { return _formal; }
   /// Null when left open.
   VeriExpression* Connection() const { return _connection; }
-  bool IsDotStar() const { return _formal == "*"; }
+  bool IsDotStar() const { return _is_implicit && Strings::compare(_formal, "*"); }
   bool IsImplicit() const { return _is_implicit; }
 
 private:
-  std::string _formal;
+  const char* _formal;
   VeriExpression* _connection;
   bool _is_implicit;
 };
@@ -429,19 +431,39 @@ private:
 
 class VeriLiteral : public VeriExpression {
 public:
+  /// The text is copied.
   VeriLiteral(const char* text, OwnedValue value, unsigned long linefile);
+  /// The value is made of the text when it is first asked for: most literals of a source are never evaluated, and a
+  /// value is much larger than its text.
+  VeriLiteral(const char* text, unsigned long linefile);
+  ~VeriLiteral() override;
   unsigned IsConst() const override { return 1; }
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope*, const VeriEnv&) override {}
   VeriTypeInfo TypeInfer(VeriDataFlow*) override;
   OwnedValue EvaluateIn(VeriDataFlow*, const VeriTypeInfo& type) override;
   OwnedValue EvaluateFor(const VeriConstraint& target, VeriDataFlow* flow) override;
-  const VeriValue& Value() const { return *_value; }
-  const std::string& Text() const { return _text; }
+  const VeriValue& Value() const;
+  const char* Text() const { return _text; }
+
+protected:
+  /// What the text stands for; null when that cannot be told, which was reported when it was read.
+  virtual OwnedValue MakeValue() const;
 
 private:
-  std::string _text;
-  OwnedValue _value;
+  const char* _text;
+  mutable OwnedValue _value;
+};
+
+/// Numbers without a base. Those above the largest int are negative, as they are when a variable takes them.
+class VeriIntLiteral : public VeriLiteral {
+public:
+  using VeriLiteral::VeriLiteral;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriIntLiteral; }
+  void Accept(VeriVisitor& visitor) override;
+
+protected:
+  OwnedValue MakeValue() const override;
 };
 
 #define VERI_LITERAL(name)                                                                                             \
@@ -451,7 +473,6 @@ private:
     VERI_CLASS_ID GetClassId() const override { return ID_##name; }                                                    \
     void Accept(VeriVisitor& visitor) override;                                                                        \
   };
-VERI_LITERAL(VeriIntLiteral)
 VERI_LITERAL(VeriRealLiteral)
 VERI_LITERAL(VeriTimeLiteral)
 /// Based numbers and strings.
@@ -488,11 +509,12 @@ public:
 
 class VeriIdRef : public VeriFullName {
 public:
+  /// The name is not copied: it is a text of the scanner, or of VeriLex::Intern.
   explicit VeriIdRef(const char* name, unsigned long linefile = 0);
   VERI_CLASS_ID GetClassId() const override { return ID_VeriIdRef; }
   void Accept(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
-  const char* GetName() const override { return _name.c_str(); }
+  const char* GetName() const override { return _name; }
   void Resolve(VeriScope* scope, const VeriEnv& env) override;
   VeriIdDef* GetId() const override { return _id; }
   VeriIdDef* EvaluateId() override;
@@ -505,7 +527,7 @@ public:
   void SetId(VeriIdDef* id) { _id = id; }
 
 private:
-  std::string _name;
+  const char* _name;
   VeriIdDef* _id = nullptr;
 };
 

@@ -732,20 +732,20 @@ OwnedValue VeriEventExpression::EvaluateIn(VeriDataFlow* flow, const VeriTypeInf
 // Literals.
 
 VeriTypeInfo VeriLiteral::TypeInfer(VeriDataFlow*) {
-  VeriTypeInfo info = InfoOf(*_value);
-  const VeriVectorValue* vector = _value->AsVector();
-  info.is_unsized = _value->IsInt() || (vector && vector->IsFill()) || (!_text.empty() && _text[0] == '\'');
+  VeriTypeInfo info = InfoOf(Value());
+  const VeriVectorValue* vector = Value().AsVector();
+  info.is_unsized = Value().IsInt() || (vector && vector->IsFill()) || *_text == '\'';
   return info;
 }
 
 OwnedValue VeriLiteral::EvaluateIn(VeriDataFlow*, const VeriTypeInfo& type) {
-  const VeriVectorValue* vector = _value->AsVector();
+  const VeriVectorValue* vector = Value().AsVector();
   if (vector && vector->IsFill() && !type.is_real) return VeriValue::Digits(type.size, vector->Digit(0));
-  return FitTo(_value->Copy(), type, this);
+  return FitTo(Value().Copy(), type, this);
 }
 
 OwnedValue VeriLiteral::EvaluateFor(const VeriConstraint& target, VeriDataFlow* flow) {
-  if (target.IsString()) return _value->Copy();
+  if (target.IsString()) return Value().Copy();
   return VeriExpression::EvaluateFor(target, flow);
 }
 
@@ -886,7 +886,7 @@ VeriScope* VeriIdRef::EvaluateScope() {
 OwnedValue VeriIdRef::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
   VeriIdDef* id = EvaluateId();
   if (!id) {
-    Error("external reference %s not supported for synthesis", _name.c_str());
+    Error("external reference %s not supported for synthesis", _name);
     return nullptr;
   }
   return FitTo(ReadVariable(id, flow, this), type, this);
@@ -900,7 +900,7 @@ OwnedConstraint VeriIdRef::EvaluateConstraint(VeriDataFlow*) { return TypeOfId(E
 
 void VeriIdRef::Assign(OwnedValue value, VeriDataFlow* flow, bool non_blocking) {
   VeriIdDef* id = EvaluateId();
-  if (!id) return Error("external reference %s not supported for synthesis", _name.c_str());
+  if (!id) return Error("external reference %s not supported for synthesis", _name);
   AssignWhole(id, std::move(value), flow, non_blocking, this);
 }
 

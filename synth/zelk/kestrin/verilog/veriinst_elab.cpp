@@ -10,6 +10,7 @@
 #include "database/views.h"
 #include "util/services.h"
 #include "verilog/veri_file.h"
+#include "verilog/veri_lex.h"
 #include "verilog/verielabstate.h"
 #include "verilog/verimodule.h"
 #include "verilog/verinets.h"
@@ -325,7 +326,7 @@ VeriExpression* VeriInstantiation::ActualOf(const VeriVariable* port, unsigned p
   VeriScope* scope = _inst->GetId() ? _inst->GetId()->DeclaringScope() : nullptr;
   VeriIdDef* id = scope ? scope->Find(port->Name()) : nullptr;
   if (!id || !id->IsVar()) return nullptr;
-  *implicit = new VeriIdRef(port->Name(), _inst->Linefile());
+  *implicit = new VeriIdRef(VeriLex::Intern(port->Name()), _inst->Linefile());
   (*implicit)->SetId(id);
   return *implicit;
 }

@@ -4,6 +4,8 @@
 #ifndef KESTRIN_VERILOG_VERINODE_H
 #define KESTRIN_VERILOG_VERINODE_H
 
+#include "containers/pool.h"
+
 class Map;
 class Net;
 class Netlist;
@@ -12,7 +14,7 @@ class VeriElaborationState;
 /// The dialects of the scanner and of every design unit.
 enum veri_dialect { VERI_95 = 1, VERI_2K = 2, VERI_SV = 3 };
 
-class VeriNode {
+class VeriNode : public Pooled {
 public:
   VeriNode() = default;
   virtual ~VeriNode() = default;

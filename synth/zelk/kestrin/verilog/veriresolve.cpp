@@ -566,11 +566,11 @@ void VeriPortConnect::Resolve(VeriScope* scope, const VeriEnv& env) {
     return;
   }
   if (!_is_implicit || IsDotStar()) return;
-  VeriIdDef* id = scope->Find(_formal.c_str());
+  VeriIdDef* id = scope->Find(_formal);
   if (id)
     analyze_reference(id, env, this);
   else
-    Error("%s is not declared", _formal.c_str());
+    Error("%s is not declared", _formal);
 }
 
 void VeriAnsiPortDecl::Resolve(VeriScope* scope, const VeriEnv&) { _decl->Resolve(scope); }
