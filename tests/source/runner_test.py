@@ -11,13 +11,16 @@ import source_test  # noqa: E402
 
 # Stands in for zelk-host: prints what the comments behind "says" tell, and ends with their status.
 HOST = r"""#!/usr/bin/env python3
-import re, sys
+import json, re, sys
 says = re.findall(r"//says (\w*): (.*)", open(sys.argv[-1]).read())
-words = [re.sub(r"\\n", "\n", text) for tag, text in says if tag in ("", *sys.argv)]
-print("\n".join(words))
-sys.exit(int(any(word.startswith("error") for word in words)))
+shown = [json.JSONDecoder().raw_decode(text)[0] for tag, text in says if tag in ("", *sys.argv)]
+print(json.dumps({"diagnostics": shown, "debug": [], "internal_errors": []}), file=sys.stderr)
+sys.exit(int(any(one["severity"] == "error" for one in shown)))
 """
-SAYS = '//says : error 10161: Verilog HDL error at t.v(2): object "b" is not declared\\n     2 | text\n'
+SAYS = ('//says : {"severity": "error", "number": 10161, "kernel_id": "VERI-1128", "file": "/a/t.v", "line": 2, "notes": [], '
+        '"text": "Verilog HDL error at t.v(2): object \\"b\\" is not declared"}\n')
+NOTE = ('//says : {"severity": "info", "number": 10648, "kernel_id": "VERI-2060", "file": "/a/t.v", "line": 1, "notes": [], '
+        '"text": "Verilog HDL Display System Task info at t.v(1): x"}\n')
 GOOD = 'error VERI-1128 10161 "object \\"b\\" is not"'
 
 
@@ -72,8 +75,13 @@ class Runner(unittest.TestCase):
         self.assertIn("(two)", self.report(f"{runs}// expect one{place}: {GOOD}\n")[1])
 
     def test_ignored_messages_are_neither_here_nor_there(self):
-        self.assertEqual(self.report("//says : info 10648: Verilog HDL at t.v(1): x\n// ignore: information\n")[1], "")
-        self.assertNotEqual(self.report("//says : info 10648: Verilog HDL at t.v(1): x\n// ignore: warning\n")[1], "")
+        self.assertEqual(self.report(NOTE + "// ignore: information\n")[1], "")
+        self.assertNotEqual(self.report(NOTE + "// ignore: warning\n")[1], "")
+
+    def test_what_comes_with_several_tops_counts_once(self):
+        modules = "\nmodule a;\nendmodule\nmodule b;\nendmodule\n// run each: --lint\n"
+        self.assertEqual(self.report(f"{SAYS}{modules}// expect@t.v:2: {GOOD}\n")[1], "")
+        self.assertIn(f"- {GOOD}", self.report(f"{SAYS}{modules}// expect@t.v:2: {GOOD} ; {GOOD}\n")[1])
 
     def test_a_crash_is_told(self):
         self.host.write_text("#!/bin/sh\necho internal error: here; exit 3\n")

@@ -7,6 +7,7 @@ Comments of a source say what is expected. They work in any kind of comment:
 
     // run: --std=vlog95 --top m             options of zelk-host; none without such a line; paths are relative to the file
     // run sv: --std=sv2005                  one of several runs, by a name of its own
+    // run each: --std=sv2005                a run with each module as the top; what is expected comes in one of them
     // expect: error VERI-1128 10161 "object \\"b\\" is not declared"     at this line, in each run
     // expect@+2: warning ... ; error ...    two lines further down; several, separated by " ; "
     // expect sv: ...                        in this run only
@@ -22,6 +23,7 @@ Files that end in .v, .sv, .vhd are tests, except in folders named "lib". --acce
 sources, to be read before it is kept. --table prints each kernel id of the catalogue with a test that causes it."""
 
 import argparse
+import json
 import os
 import re
 import shlex
@@ -38,19 +40,17 @@ sys.dont_write_bytecode = True
 import make_messages  # noqa: E402
 
 SECONDS = 60
+FIRST_OF_HOST = 20000  # numbers of the host's own messages, which are in no catalogue
 SUFFIXES = (".v", ".sv", ".vhd")
-SEVERITIES = {"error": "error", "warning": "warning", "info": "information", "note": "information"}
+SEVERITIES = {"error": "error", "warning": "warning", "info": "information"}
 
 RUN = re.compile(r"(?://|/\*|--) run(?: (?P<tag>\w+))?:(?P<options>.*?)(?:\*/)?$", re.M)
 IGNORE = re.compile(r"(?://|/\*|--) ignore: *(?P<words>.*?)(?:\*/)?$", re.M)
-EXPECT = re.compile(r"(?://|/\*|--) expect(?: (?P<tag>\w+))?(?:@(?P<place>[\w./+-]+(?::\d+)?))?: *(?P<items>.*)")
+EXPECT = re.compile(r"(?://|/\*|--) expect(?: (?P<tag>\w+))?(?:@(?P<place>[\w./+-]+(?::\d+)?))?: *(?P<items>.*?)(?=(?://|/\*|--) expect|$)")
 ITEM = re.compile(
     r'(?P<severity>\w+)(?: (?P<id>[A-Z]+-\d+))?(?: (?P<number>\d+))? "(?P<piece>(?:[^"\\]|\\.)*)"(?P<rest> ; |.*)'
 )
-SHOWN = re.compile(r"^ *(?P<severity>error|warning|info|note) (?P<number>\d+): (?P<text>.*)$")
-DEBUG = re.compile(r"^\w+: (?P<text>.*)$")
-SOURCE_LINE = re.compile(r"^ *(?P<line>\d+) \| ")
-LOCATION = re.compile(r"(?:\bat |file \")(?P<file>[\w.$-]+)(?:\((?P<line>\d+)\)|\" line \((?P<line2>\d+)\))")
+DEBUG_PLACE = re.compile(r" at (?P<file>[\w.$-]+)\((?P<line>\d+)\)$")
 
 
 class TestError(Exception):
@@ -125,6 +125,9 @@ class Source:
                                                       unescape(item["piece"]))))
             items = items[item.end():] if item["rest"] == " ; " else None
 
+    def modules(self):
+        return re.findall(r"^module (\w+)", "\n".join(self.lines), re.M)
+
     def place(self, line, place):
         if place is None:
             return self.path.name, line
@@ -138,31 +141,28 @@ class Source:
     def check_item(self, line, item, catalogue):
         if item["severity"] not in ("error", "warning", "information", "debug"):
             raise TestError(f"{self.path}:{line}: unknown severity {item['severity']}")
-        known = catalogue.ids.get(item["number"], item["id"] if item["severity"] == "debug" else "no message at all")
+        is_of_host = item["severity"] == "debug" or int(item["number"] or 0) >= FIRST_OF_HOST
+        known = catalogue.ids.get(item["number"], item["id"] if is_of_host else "no message at all")
         if known != item["id"]:
             raise TestError(f"{self.path}:{line}: number {item['number']} belongs to {known}, not to {item['id']}")
 
 
-def read_shown(output, catalogue):
-    """The diagnostics in what zelk-host printed, and lines that are none."""
-    found, others = [], []
-    lines = output.split("\n")
-    for index, line in enumerate(lines):
-        shown, debug = SHOWN.match(line), DEBUG.match(line)
-        text = shown["text"] if shown else debug["text"] if debug else None
-        id = catalogue.ids.get(shown["number"]) if shown else debug and catalogue.debug_id(text)
-        if not shown and not id:
-            others.append(line)
-            continue
-        location = list(LOCATION.finditer(text))
-        place = location[0 if shown else -1] if location else None
-        number = place and int(place["line"] or place["line2"])
-        below = SOURCE_LINE.match(lines[index + 1]) if shown and index + 1 < len(lines) else None
-        if below:
-            number = int(below["line"])
-        found.append(Diagnostic(place and place["file"], number, SEVERITIES[shown["severity"]] if shown else "debug", id,
-                                shown["number"] if shown else None, text))
-    return found, others
+def diagnostics_of(shown, catalogue):
+    """The diagnostics in the document that zelk-host writes; notes count like others."""
+    for one in shown["diagnostics"]:
+        yield from messages_of(one)
+    for line in shown["debug"]:
+        place = DEBUG_PLACE.search(line["text"])
+        id = catalogue.debug_id(line["text"])
+        if id:
+            yield Diagnostic(place and place["file"], place and int(place["line"]), "debug", id, None, line["text"])
+
+
+def messages_of(one):
+    file = one["file"] and os.path.basename(one["file"])
+    yield Diagnostic(file, one["line"], SEVERITIES[one["severity"]], one["kernel_id"], str(one["number"]), one["text"])
+    for note in one["notes"]:
+        yield from messages_of(note)
 
 
 @dataclass
@@ -189,28 +189,44 @@ class Runner:
         return result
 
     def run(self, source, tag, options, result):
-        command = [self.host, "--color=never", *options, source.path.name]
-        report = []
-        try:
-            done = subprocess.run(command, cwd=source.path.parent, text=True, errors="replace", timeout=SECONDS,
-                                  stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-        except subprocess.TimeoutExpired:
-            result.report.append(f"{source.path}: no end after {SECONDS} s: {shlex.join(command)}")
-            return
-        came, others = read_shown(done.stdout, self.catalogue)
-        came = [one for one in came if not source.ignored & {one.severity, one.number}]
+        """One run, or one for each top; what came in several of these counts once."""
+        tops = source.modules() if tag == "each" else [None]
+        came, report = {}, []
+        for top in tops:
+            arguments = [*options, *(["--top", top] if top else []), source.path.name]
+            status, found, failure = self.call(source, arguments)
+            report += [f"  {line}" for line in failure]
+            for one in found:
+                came[(one.words(), one.file, one.line) if tag == "each" else id(one)] = one
+        came = list(came.values())
         expected = [one for wanted, one in source.expectations if wanted in (None, tag)]
         missing, unexpected = compare(expected, came)
-        status = int(any(one.severity == "error" for one in expected))
-        if done.returncode not in (0, 1):
-            report += [f"  ended with status {done.returncode}:"] + [f"    {line}" for line in others]
-        elif done.returncode != status and not missing and not unexpected:
-            report.append(f"  ended with status {done.returncode}, not {status}")
+        wanted = int(any(one.severity == "error" for one in expected))
+        if tag != "each" and not report and not missing and not unexpected and status != wanted:
+            report.append(f"  ended with status {status}, not {wanted}")
         report += difference(source, missing, unexpected)
         if report:
-            result.report += [f"{source.path}{f' ({tag})' if tag else ''}: {shlex.join(command)}"] + report
+            result.report += [f"{source.path}{f' ({tag})' if tag else ''}: {shlex.join(options)}"] + report
         result.unexpected += [(tag, one) for one in unexpected]
         result.came += came
+
+    def call(self, source, arguments):
+        """The status, the diagnostics, and lines that tell a failure of zelk-host itself."""
+        try:
+            done = subprocess.run([self.host, "--diagnostics=json", *arguments], cwd=source.path.parent, text=True,
+                                  errors="replace", stdin=subprocess.DEVNULL, capture_output=True, timeout=SECONDS)
+            shown = json.loads(done.stderr)
+        except subprocess.TimeoutExpired:
+            return None, [], [f"no end after {SECONDS} s: {shlex.join(arguments)}"]
+        except ValueError:
+            return None, [], [f"ended with status {done.returncode}: {shlex.join(arguments)}",
+                              *(done.stdout + done.stderr).split("\n")]
+        failure = []
+        if done.returncode not in (0, 1):
+            failure = [f"ended with status {done.returncode}: {shlex.join(arguments)}", *map(str, shown["internal_errors"])]
+        found = [one for one in diagnostics_of(shown, self.catalogue)
+                 if not source.ignored & {one.severity, one.number}]
+        return done.returncode, found, failure
 
 
 def compare(expected, came):
@@ -236,7 +252,8 @@ def difference(source, missing, unexpected):
     for sign, one in rows:
         if place != key(one):
             place = key(one)
-            text = source.lines[one.line - 1] if one.file == source.path.name and one.line else ""
+            is_here = one.file == source.path.name and one.line and one.line <= len(source.lines)
+            text = source.lines[one.line - 1] if is_here else ""
             out.append(f"  {one.file or 'no file'}:{one.line or ''}: {EXPECT.sub('', text).strip()}")
         out.append(f"    {sign} {one.words()}")
     return out
@@ -246,7 +263,7 @@ def accept(source, unexpected):
     """Writes what came into the source, where the message's text tells its place once."""
     tags = set(source.runs)
     for tag, one in unexpected:
-        everywhere = all((other, one) in unexpected for other in tags)
+        everywhere = tags == {"each"} or all((other, one) in unexpected for other in tags)
         if everywhere and tag != next(iter(source.runs)):
             continue
         name = "" if everywhere else f" {tag}"
