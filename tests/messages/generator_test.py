@@ -1,6 +1,7 @@
 """What the message generator accepts, derives and refuses."""
 
 import os
+import re
 import sys
 import tempfile
 import unittest
@@ -102,6 +103,31 @@ class Generator(unittest.TestCase):
 
     def test_the_catalogue_is_good(self):
         self.assertEqual(make_messages.main(["--check", os.path.join(FOLDER, "catalogue.txt")]), 0)
+
+    def test_the_catalogue_has_the_ids_that_hosts_know(self):
+        wanted, family, severity = set(), None, None
+        with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "kernel_ids.txt"), encoding="utf-8") as file:
+            for words in map(str.split, file):
+                if words and words[0].isdigit():
+                    wanted |= {(f"{family}-{number}", severity) for number in words}
+                elif words and words[0] != "#":
+                    family, severity = words
+        found = {(message.id, message.severity)
+                 for message in make_messages.read_catalogue(os.path.join(FOLDER, "catalogue.txt"))
+                 if message.id and message.family != "VHDL"}
+        self.assertEqual(sorted(wanted - found), [], "ids without a row")
+        self.assertEqual(sorted(found - wanted), [], "rows of other ids")
+
+    def test_the_levels_are_those_of_the_names(self):
+        """What the lower message levels switch off is named so."""
+        with open(os.path.join(FOLDER, "..", "zelk_msg_levels.def"), encoding="utf-8") as file:
+            text = file.read()
+        prefixes = {number: prefix for kind, prefix in (("MEDIUM", "L2_"), ("HIGH", "L3_"))
+                    for number in re.findall(rf"^ZELK_{kind}_LEVEL_MESSAGE\((\d+)\)", text, re.M)}
+        for message in make_messages.read_catalogue(os.path.join(FOLDER, "catalogue.txt")):
+            if message.name:
+                prefix = message.name[:3] if message.name[:3] in ("L2_", "L3_") else None
+                self.assertEqual(prefixes.get(str(message.number)), prefix, message.name)
 
     def test_level_names_are_of_warnings_and_information(self):
         messages = make_messages.read_catalogue(os.path.join(FOLDER, "catalogue.txt"))

@@ -71,7 +71,7 @@ TEST(ImplicitNets, TheNettypeIsThatOfTheHeadOfTheModule) {
                              "assign a = 1'b0;\n"
                              "endmodule\n"),
             (Lines{"4: error: cannot declare implicit net a because the current value of `default_nettype is none",
-                   "4: error: a is not declared", "7: warning: created implicit net for a"}));
+                   "7: warning: created implicit net for a"}));
   EXPECT_EQ(Analysis::Variable("n", "a")->NetType(), unsigned{VERI_WAND});
 }
 
@@ -297,14 +297,14 @@ TEST(Import, ANameIsImportedOnce) {
                                                          "endmodule\n",
                              VERI_SV),
             (Lines{"4: error: A is already declared", "1: info: see declaration of A",
-                   "6: error: Z is not declared under this prefix", "6: error: r is not declared"}));
+                   "6: error: Z is not declared in package p", "6: error: package r is not declared"}));
 }
 
 TEST(Import, AUnitDependsOnThePackagesThatItUsesAndOnTheirFiles) {
   Analysis analysis;
   ASSERT_TRUE(analysis.Read("package p; parameter A = 1; endpackage\n", VERI_SV, "p.sv"));
   EXPECT_EQ(analysis.Errors("module m;\nwire [p::A:0] w;\nwire [p::B:0] v;\nendmodule\n", VERI_SV),
-            Lines{"3: error: B is not declared under this prefix"});
+            Lines{"3: error: B is not declared in package p"});
   const VeriModule* module = Analysis::Module("m");
   EXPECT_EQ(module->GetId()->Dependents().Size(), 1U);
   ASSERT_EQ(module->Dependencies()->Size(), 1U);

@@ -1,15 +1,24 @@
 // Running the scanner over a text and writing down what comes out.
 #include "verilog/scan.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <string_view>
 #include <utility>
 
 namespace {
 
 std::vector<std::string> messages;
 
+/// What tells how far the run is, never what is wrong.
+bool is_progress(const char* id) {
+  static constexpr std::string_view ids[] = {"VERI-1018", "VERI-1108", "VERI-1109"};
+  return id && std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
+}
+
 void record(msg_type_t type, const char* id, linefile_type linefile, const char* format, va_list args) {
+  if (is_progress(id)) return;
   char text[4096];
   std::vsnprintf(text, sizeof text, format, args);
   const char* severity = type == MSG_ERROR ? "error" : type == MSG_WARNING ? "warning" : "info";

@@ -46,14 +46,15 @@ TEST(Udp, RowsHaveTheRightShape) {
   EXPECT_EQ(ErrorOfRows("0 0 : ? : 1; 0 1 : 1;"), "error: missing 'present state' field in sequential table : 01:1");
   EXPECT_EQ(ErrorOfRows("r 0 : 1;"), "error: edge illegal in combinational table : r0:1");
   EXPECT_EQ(ErrorOfRows("* 0 : 1;"), "error: edge illegal in combinational table : *0:1");
-  EXPECT_EQ(ErrorOfRows("r f : ? : 1;"), "error: no support for more than one edge in a UDP table entry");
+  EXPECT_EQ(ErrorOfRows("r f : ? : 1;"), "error: table entry has more than one edge : rf:?:1");
 }
 
 TEST(Udp, OnlyOneEdgeChangesTheState) {
-  EXPECT_EQ(ErrorOfRows("r ? : ? : 1; ? r : ? : 0;"), "error: no support for a UDP table with several clock edges");
-  EXPECT_EQ(ErrorOfRows("* 1 : ? : 1; * 0 : ? : 0;"), "error: no support for a UDP table with several clock edges");
-  EXPECT_EQ(ErrorOfRows("1 1 : 0 : 1; 1 1 : 1 : 0;"),
-            "error: no support for a UDP table that changes its state back and forth");
+  EXPECT_EQ(ErrorOfRows("r ? : ? : 1; ? r : ? : 0;"),
+            "error: table changes its state at the edges of more than one clock");
+  EXPECT_EQ(ErrorOfRows("* 1 : ? : 1; * 0 : ? : 0;"),
+            "error: table changes its state at the edges of more than one clock");
+  EXPECT_EQ(ErrorOfRows("1 1 : 0 : 1; 1 1 : 1 : 0;"), "error: table changes its state back and forth");
 }
 
 TEST(Udp, AnEmptyTableMakesAnEmptyBox) {

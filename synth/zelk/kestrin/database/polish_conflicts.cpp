@@ -36,16 +36,22 @@ bool SharesNet(const Instance* driver) {
 /// Drivers that may let go of the net: tristate buffers, and user instances, of which that is not known.
 bool MayLetGo(const Instance* driver) { return driver->Type() == PRIM_TRI || driver->Type() == PRIM_NONE; }
 
-/// Where a conflict is reported: the driver, or its net when the system made the driver.
-const DesignObj* PlaceOf(const PortRef* driver) {
+/// Where a conflict on a net is reported: the driver, or the net behind it when the system made the driver, or for
+/// constants, which lie nowhere in the source, the net itself.
+const DesignObj* PlaceOf(const PortRef* driver, const Net* net) {
   if (driver->GetInst()->Linefile()) return driver->GetInst();
-  return driver->GetNet();
+  if (driver->GetNet()->Linefile()) return driver->GetNet();
+  return net;
 }
 
 bool AcceptsInputPort(const Instance* driver) {
   if (driver->Type() == PRIM_NONE) return driver->View() && driver->View()->IsBlackBox();
   return driver->Type() == PRIM_PULLUP || driver->Type() == PRIM_PULLDOWN || driver->Type() == PRIM_TRI;
 }
+
+/// A gate that the source gives no name.
+bool IsUnnamed(const DesignObj& object) { return *object.Name() == ' '; }
+
 } // namespace
 
 unsigned Net::ElectricalConflict() {
@@ -59,7 +65,8 @@ unsigned Net::ElectricalConflict() {
     PortRef* real = RealDriver(ref);
     if (!seen.Insert(real->GetInst()) || SharesNet(real->GetInst())) continue;
     if (input_port && !AcceptsInputPort(real->GetInst())) {
-      PlaceOf(ref)->Error("net %s is already driven by input port %s", ExternalName(), input_port->ExternalName());
+      PlaceOf(ref, this)->Error("net %s is already driven by input port %s", ExternalName(),
+                                input_port->ExternalName());
       input_port->Error("%s declared here", input_port->ExternalName());
       return 1;
     }
@@ -68,8 +75,8 @@ unsigned Net::ElectricalConflict() {
       continue;
     }
     if (MayLetGo(real->GetInst())) continue;
-    PlaceOf(real)->Error("net %s is constantly driven from multiple places", ExternalName());
-    PlaceOf(kept)->Error("another driver from here");
+    PlaceOf(real, this)->Error("net %s is constantly driven from multiple places", ExternalName());
+    PlaceOf(kept, this)->Error("another driver from here");
     return 1;
   }
   return 0;
@@ -129,7 +136,7 @@ unsigned Netlist::CheckUserInstanceOutputPortConnections() {
         const Instance* driver = RealDriver(other)->GetInst();
         if (driver == inst || SharesNet(driver) || MayLetGo(driver)) continue;
         inst->Error("output port %s on instance %s also driven by %s", ref->GetPort()->ExternalName(),
-                    inst->ExternalName(), driver->ExternalName());
+                    inst->ExternalName(), IsUnnamed(*driver) ? net->ExternalName() : driver->ExternalName());
         conflicts++;
         break;
       }

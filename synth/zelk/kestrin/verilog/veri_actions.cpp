@@ -186,6 +186,36 @@ void veri_need_systemverilog(veri_location place, const char* feature) {
   if (!VeriNode::IsSystemVerilog()) veri_error(place, "%s is a SystemVerilog feature", feature);
 }
 
+namespace {
+
+bool is_strength_of_one(unsigned token) {
+  switch (token) {
+  case VERI_SUPPLY1:
+  case VERI_STRONG1:
+  case VERI_PULL1:
+  case VERI_WEAK1:
+  case VERI_HIGHZ1: return true;
+  default: return false;
+  }
+}
+
+} // namespace
+
+void veri_check_strengths(unsigned first, unsigned second, veri_location place) {
+  const char* words[] = {VeriTreeNode::PrintToken(first), VeriTreeNode::PrintToken(second)};
+  if (is_strength_of_one(first) == is_strength_of_one(second))
+    veri_error(place, "strengths %s and %s are for the same value", words[0], words[1]);
+  else if ((first == VERI_HIGHZ0 || first == VERI_HIGHZ1) && (second == VERI_HIGHZ0 || second == VERI_HIGHZ1))
+    veri_error(place, "strengths %s and %s drive nothing", words[0], words[1]);
+}
+
+void veri_check_delays(const VeriExpressions& delays, veri_location place) {
+  constexpr unsigned max_delays = 3; // rise, fall, turn-off
+  if (delays.Size() > max_delays)
+    veri_error(place, "a delay has at most %d values, not %d", static_cast<int>(max_delays),
+               static_cast<int>(delays.Size()));
+}
+
 void veri_unsupported(veri_location place, const char* feature) {
   veri_error(place, "no support for %s (SystemVerilog)", feature);
 }
@@ -412,8 +442,22 @@ VeriTypeDef* richer_type(VeriTypeDef* first, VeriTypeDef* second) {
   return first->Signing() == VERI_SIGNED ? first : second;
 }
 
+/// Written numbers that differ. What parameters decide is not known here.
+bool have_other_bounds(const VeriTypeDef* first, const VeriTypeDef* second) {
+  const VeriRanges* a = first ? first->Ranges() : nullptr;
+  const VeriRanges* b = second ? second->Ranges() : nullptr;
+  if (!a || !b || a->Size() != 1 || b->Size() != 1) return false;
+  auto is_other = [](const VeriExpression* left, const VeriExpression* right) {
+    return left && right && left->GetClassId() == ID_VeriIntLiteral && right->GetClassId() == ID_VeriIntLiteral &&
+           left->Image() != right->Image();
+  };
+  return is_other(a->At(0)->GetLeft(), b->At(0)->GetLeft()) || is_other(a->At(0)->GetRight(), b->At(0)->GetRight());
+}
+
 void merge(VeriIdDecl* declaration, VeriVariable* existing) {
   auto* fresh = declaration->IdAs<VeriVariable>();
+  if (have_other_bounds(existing->Type(), fresh->Type()))
+    fresh->Error("range of %s differs from the one in its port declaration", fresh->Name());
   existing->SetType(richer_type(existing->Type(), fresh->Type()));
   if (declaration->Ranges()) existing->SetUnpackedRanges(declaration->Ranges());
   if (declaration->Value()) existing->SetInitialValue(declaration->Value());

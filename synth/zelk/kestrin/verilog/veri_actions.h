@@ -83,6 +83,9 @@ void veri_report_stack_overflow(veri_location place);
 std::string veri_expected_hint(std::vector<unsigned> tokens);
 void veri_need_systemverilog(veri_location place, const char* feature);
 void veri_unsupported(veri_location place, const char* feature);
+/// The two words of a strength: one for each value, not both of them none (IEEE 1364-2005 clause 6.1.4).
+void veri_check_strengths(unsigned first, unsigned second, veri_location place);
+void veri_check_delays(const VeriExpressions& delays, veri_location place);
 
 // Lists.
 template <class T> void veri_discard(T* node) { delete node; }

@@ -377,12 +377,37 @@ bool VeriScanner::ReadLine(char* argument) {
   return true;
 }
 
+namespace {
+
+/// The exponent of ten of a time such as "10 ns" in seconds; the number must be 1, 10 or 100 (IEEE 1364-2005 clause
+/// 19.8). False for other numbers.
+bool read_time(std::string_view text, int* exponent) {
+  const size_t digits = text.find_first_not_of("0123456789");
+  const std::string_view number = text.substr(0, digits);
+  const size_t unit = text.find_first_not_of(" \t", digits);
+  static constexpr std::string_view prefixes = " munpf"; // in steps of a thousand
+  const size_t step = unit == std::string_view::npos || text[unit] == 's' ? 0 : prefixes.find(text[unit]);
+  *exponent = static_cast<int>(number.size()) - 1 - 3 * static_cast<int>(step);
+  return number == "1" || number == "10" || number == "100";
+}
+
+} // namespace
+
 bool VeriScanner::ReadTimescale(char* argument) {
   char* slash = skip_time(argument);
   if (slash) slash = veri_skip(slash, VERI_CHAR_SPACE);
   if (!slash || *slash != '/') return false;
   char* to = skip_time(veri_skip(slash + 1, VERI_CHAR_SPACE));
   if (!to) return false;
+  int unit = 0;
+  int precision = 0;
+  const char* second = veri_skip(slash + 1, VERI_CHAR_SPACE);
+  const bool is_known = read_time({argument, static_cast<size_t>(slash - argument)}, &unit) &&
+                        read_time({second, static_cast<size_t>(to - second)}, &precision);
+  if (!is_known)
+    veri_error(_in.linefile, "numbers of a time scale must be 1, 10 or 100");
+  else if (precision > unit)
+    veri_error(_in.linefile, "time precision must not be coarser than the time unit");
   _in.pos = to;
   _settings.directives.timescale.reset(Strings::save(std::string(argument, to).c_str()));
   _client.SetTimeScale(_settings.directives.timescale.get());
@@ -550,9 +575,11 @@ VeriScanner::Step VeriScanner::ReadIncludeName() {
 }
 
 void VeriScanner::Include(const std::string& name) {
+  const linefile_type place = _in.linefile;
   const FoundFile found = KernelServices::Get().FindFile(name.c_str(), _in.AbsoluteName(), _in.RelativeName());
   const char* reported = found.reported ? found.reported.get() : name.c_str();
   if (!found.full || !_in.OpenFile(found.full.get(), reported))
     return veri_error(_in.linefile, "cannot open file %s", name.c_str());
+  veri_info(place, "reading file %s", reported);
   _client.AddDependentFile(reported);
 }

@@ -112,6 +112,7 @@ bool VeriScanner::Open(const char* file) {
 }
 
 void VeriScanner::Next(veri_token* token) {
+  _is_reported = false;
   Step step = Step::Again;
   while (!_ended && step == Step::Again) step = Read(token);
   if (step != Step::Token) {
@@ -195,7 +196,13 @@ VeriScanner::Step VeriScanner::TakeText(veri_token* token, int code, std::string
 VeriScanner::Step VeriScanner::TakeIllegal(veri_token* token) {
   Take(token, VERI_ILLEGAL, _in.pos + 1);
   Error("");
+  _is_reported = true;
   return Step::Token;
+}
+
+VeriScanner::Step VeriScanner::TakeReported(veri_token* token) {
+  _is_reported = true;
+  return Take(token, VERI_ILLEGAL, _in.pos + 1);
 }
 
 VeriScanner::Step VeriScanner::ScanWord(veri_token* token) {
@@ -368,6 +375,7 @@ VeriScanner::Step VeriScanner::ScanOperator(veri_token* token) {
       _parentheses--;
     else
       Error("; mismatched closing parenthesis ");
+    _is_reported = true;
   }
   return Step::Token;
 }
@@ -436,7 +444,7 @@ VeriScanner::Step VeriScanner::ReadUdpTable(veri_token* token) {
     }
     const char text[] = {c, '\0'};
     veri_error(_in.linefile, "illegal character %s in UDP table", text);
-    return Take(token, VERI_ILLEGAL, _in.pos + 1);
+    return TakeReported(token);
   }
 }
 
@@ -449,7 +457,7 @@ VeriScanner::Step VeriScanner::ScanUdpEdge(veri_token* token) {
   char* close = to_class ? veri_skip(to + 1, VERI_CHAR_SPACE) : to;
   if (*close != ')') {
     veri_error(_in.linefile, "illegal character %s in UDP table", "(");
-    return Take(token, VERI_ILLEGAL, _in.pos + 1);
+    return TakeReported(token);
   }
   const char letter = udp_edge_letter(from_class, to_class);
   return TakeText(token, letter == '*' ? VERI_UDP_WILDCARD_EDGE : VERI_UDP_EDGE, {&letter, 1}, close + 1);
@@ -520,7 +528,7 @@ void VeriLex::FreeStaticMemory() {
 }
 
 void VeriLex::Error(const char* text) {
-  if (scanner) scanner->Error(text);
+  if (scanner && !scanner->IsReported()) scanner->Error(text);
 }
 
 linefile_type VeriLex::GetLineFile() { return scanner ? scanner->Linefile() : 0; }

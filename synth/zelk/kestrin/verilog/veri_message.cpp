@@ -31,3 +31,10 @@ void veri_warning(linefile_type linefile, const char* format, ...) {
   Message::MsgVaList(MSG_WARNING, veri_message_id(format), linefile, format, args);
   va_end(args);
 }
+
+void veri_info(linefile_type linefile, const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  Message::MsgVaList(MSG_INFO, veri_message_id(format), linefile, format, args);
+  va_end(args);
+}

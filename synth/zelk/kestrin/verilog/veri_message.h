@@ -12,5 +12,6 @@ void veri_free_message_table();
 // The format must be a string literal of the catalogue.
 [[gnu::format(printf, 2, 3)]] void veri_error(linefile_type linefile, const char* format, ...);
 [[gnu::format(printf, 2, 3)]] void veri_warning(linefile_type linefile, const char* format, ...);
+[[gnu::format(printf, 2, 3)]] void veri_info(linefile_type linefile, const char* format, ...);
 
 #endif

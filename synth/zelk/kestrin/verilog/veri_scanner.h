@@ -42,6 +42,8 @@ public:
   void Next(veri_token* token);
   void ReportEnd();
   void Error(const char* text);
+  /// The present token has had its syntax error; the parser, which cannot take it either, need not tell again.
+  bool IsReported() const { return _is_reported; }
 
   linefile_type Linefile() const { return _in.linefile; }
   veri_dialect Dialect() const { return _dialect; }
@@ -86,9 +88,11 @@ private:
   Step ReadIncludeName();
 
   // Tokens.
+  Step TakeIllegal(veri_token* token);
   Step Take(veri_token* token, int code, char* to);
   Step TakeText(veri_token* token, int code, std::string_view text, char* to);
-  Step TakeIllegal(veri_token* token);
+  /// What was reported already.
+  Step TakeReported(veri_token* token);
   Step ScanWord(veri_token* token);
   Step ScanEscapedWord(veri_token* token);
   Step ScanSystemWord(veri_token* token);
@@ -172,6 +176,7 @@ private:
   std::vector<State> _states;
   veri_dialect _dialect;
   bool _ended = false;
+  bool _is_reported = false;
   bool _after_semicolon = false;
   bool _read_comments = false; // as source
   bool _keep_escapes;

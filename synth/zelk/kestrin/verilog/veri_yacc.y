@@ -123,7 +123,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <text> any_id package_id label_opt closing_label
 %type <token> module_keyword direction net_type signing signing_opt vector_type atom_type gate_type case_keyword
   lifetime_opt packed_opt operator_assign increment always_keyword unique_priority unique_priority_opt join_keyword
-  scalared_opt struct_keyword unit_end
+  scalared_opt struct_keyword unit_end strength_word
 %type <attributes> attrs trailing_attrs inner_attrs attribute_instances attribute_specs
 %type <expr> expr primary literal concat mintypmax lvalue index port_expr port_expr_opt port_reference connection
   ansi_port interface_port init_opt argument event_expr assignment_pattern param_value delay_value cast_type
@@ -852,13 +852,24 @@ strength_opt
   ;
 
 strength
-  : "(" strength_word "," strength_word ")"
+  : "(" strength_word "," strength_word ")" { veri_check_strengths($2, $4, @2); }
   | "(" strength_word ")"
   ;
 
 strength_word
-  : "supply0" | "supply1" | "strong0" | "strong1" | "pull0" | "pull1" | "weak0" | "weak1" | "highz0" | "highz1"
-  | "small" | "medium" | "large"
+  : "supply0" { $$ = VERI_SUPPLY0; }
+  | "supply1" { $$ = VERI_SUPPLY1; }
+  | "strong0" { $$ = VERI_STRONG0; }
+  | "strong1" { $$ = VERI_STRONG1; }
+  | "pull0" { $$ = VERI_PULL0; }
+  | "pull1" { $$ = VERI_PULL1; }
+  | "weak0" { $$ = VERI_WEAK0; }
+  | "weak1" { $$ = VERI_WEAK1; }
+  | "highz0" { $$ = VERI_HIGHZ0; }
+  | "highz1" { $$ = VERI_HIGHZ1; }
+  | "small" { $$ = VERI_SMALL; }
+  | "medium" { $$ = VERI_MEDIUM; }
+  | "large" { $$ = VERI_LARGE; }
   ;
 
 delay_opt
@@ -868,7 +879,7 @@ delay_opt
 
 delay
   : "#" delay_value { $$ = veri_list<VeriExpression>($2); }
-  | "#" "(" mintypmaxes ")" { $$ = $3; }
+  | "#" "(" mintypmaxes ")" { veri_check_delays(*$3, @1); $$ = $3; }
   ;
 
 delay_value

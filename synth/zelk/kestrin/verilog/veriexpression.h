@@ -325,6 +325,7 @@ public:
   void AddToSensList(Set& ids) override;
 
 private:
+  void CheckKeys() const;
   std::vector<Part> _parts;
 };
 

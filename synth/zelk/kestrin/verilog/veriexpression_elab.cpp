@@ -312,6 +312,10 @@ OwnedValue VeriConcat::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) 
   OwnedValue value;
   if (_count) {
     OwnedValue count = _count->EvaluateConstant();
+    int64_t number = 1;
+    const bool is_part = Parent() && Parent()->GetClassId() == ID_VeriConcat;
+    // IEEE 1364-2005 clause 5.1.14: nothing at all can only be a part of something.
+    if (count && count->ToInt64(&number) && number == 0 && !is_part) Warning("replication by zero has no value");
     if (count) value = VeriValue::Repeat(std::move(count), EvaluateParts(flow), this);
   } else {
     value = EvaluateParts(flow);
@@ -367,7 +371,11 @@ bool VeriRange::EvaluateBounds(int* left, int* right) const {
     numbers[0] = 0;
   }
   for (int64_t number : numbers) is_known = is_known && number >= INT_MIN && number <= INT_MAX;
-  if (!is_known || (!_right && numbers[1] < 0)) {
+  if (is_known && !_right && numbers[1] < 0) {
+    Error("size %s of a dimension must be positive", Image().c_str());
+    return false;
+  }
+  if (!is_known) {
     Error("bounds of range %s are not known numbers of 32 bits", Image().c_str());
     return false;
   }
@@ -640,6 +648,21 @@ OwnedValue VeriAssignmentPattern::EvaluateIn(VeriDataFlow* flow, const VeriTypeI
   return FitTo(VeriValue::Concat(std::move(values), this), type, this);
 }
 
+namespace {
+
+/// A key that names nothing in the target.
+void ReportKey(VeriExpression& key, const VeriConstraint& target) {
+  if (target.AsComposite()) return key.Error("%s is not a member of the structure", key.Image().c_str());
+  OwnedValue index = key.EvaluateConstant();
+  int64_t number = 0;
+  const VeriRangeConstraint* range = target.IndexConstraint();
+  if (index && range && index->ToInt64(&number))
+    key.Error("index %d cannot fall outside the declared range [%d:%d] for dimension %d of array %s",
+              static_cast<int>(number), range->LeftBound(), range->RightBound(), 1, "of this pattern");
+}
+
+} // namespace
+
 OwnedValue VeriAssignmentPattern::EvaluateFor(const VeriConstraint& target, VeriDataFlow* flow) {
   VeriNodeScope node(this);
   if (!target.IsArrayConstraint() && !target.IsCompositeConstraint()) {
@@ -657,6 +680,7 @@ OwnedValue VeriAssignmentPattern::EvaluateFor(const VeriConstraint& target, Veri
     }
     int64_t place = position++;
     if (part.key) {
+      position--;
       const VeriCompositeConstraint* composite = target.AsComposite();
       const char* name = part.key->GetName();
       if (composite) {
@@ -669,6 +693,10 @@ OwnedValue VeriAssignmentPattern::EvaluateFor(const VeriConstraint& target, Veri
     }
     const VeriConstraint* element =
         place >= 0 && place < target.Length() ? target.ElementConstraintAt(static_cast<unsigned>(place)) : nullptr;
+    if (!element && part.key) {
+      ReportKey(*part.key, target);
+      return nullptr;
+    }
     if (!element) {
       Error("expression has %d elements; expected %d", static_cast<int>(_parts.size()),
             static_cast<int>(target.Length()));
@@ -692,6 +720,8 @@ VeriTypeInfo VeriTypeCast::TypeInfer(VeriDataFlow* flow) {
   if (named && name && name->GetId() && name->GetId()->IsDataType()) return InfoOf(*named);
   OwnedValue size = _type->EvaluateConstant();
   int64_t number = 0;
+  if (size && size->ToInt64(&number) && number <= 0)
+    Error("the width of a cast must be positive, not %d", static_cast<int>(number));
   if (size && size->ToInt64(&number) && number > 0 && number < UINT_MAX) info.size = static_cast<unsigned>(number);
   info.is_unsized = false;
   return info;
@@ -753,18 +783,33 @@ OwnedValue VeriLiteral::EvaluateFor(const VeriConstraint& target, VeriDataFlow* 
 
 namespace {
 
+/// A local variable of a function that nothing was assigned to in this call. Whatever is assigned is marked.
+void CheckHasValue(const VeriIdDef* id, const VeriValue* value, const VeriTreeNode* from) {
+  if (!id->Is(IDF_IN_SUBPROGRAM) || !value || value->IsBlocking() || value->IsNonBlocking() || !value->IsConstant())
+    return;
+  const VeriIdDef* subprogram = id->DeclaringScope() ? id->DeclaringScope()->GetSubprogram() : nullptr;
+  if (subprogram && subprogram->IsFunction() && value->HasX())
+    from->Warning("variable %s may not be assigned a value prior to its use in this expression", id->Name());
+}
+
 /// What a process reads of an object at this point, borrowed; null for what is unknown or has no value.
 const VeriValue* BorrowValue(VeriIdDef* id, VeriDataFlow* flow, const VeriTreeNode* from) {
   if (!flow || !(id->IsVar() || id->IsFunction())) return id->GetValue();
   flow->SensListCheck(id, from);
   const VeriValue* value = flow->BlockingValue(id, from);
+  CheckHasValue(id, value, from);
   // Before its first assignment a variable of an initial construct is unknown.
   bool is_own = value == id->GetValue();
   return is_own && flow->IsInitial() && !id->IsNet() ? nullptr : value;
 }
 
-/// An object without a value: x for variables, a mistake for anything else.
-OwnedValue UnknownValue(VeriIdDef* id, const VeriTreeNode* from) {
+/// An object without a value: x for the variables of a process, a mistake for anything else.
+OwnedValue UnknownValue(VeriIdDef* id, const VeriDataFlow* flow, const VeriTreeNode* from) {
+  // Outside of processes it has no value before there are nets, where parameters and types are made.
+  if (id->IsVar() && (!flow || id->IsNet())) {
+    from->Error("expression %s is not constant", id->Name());
+    return nullptr;
+  }
   if (!id->IsVar() && !id->IsFunction()) {
     from->Error("%s is not an object that has a value", id->Name());
     return nullptr;
@@ -775,7 +820,7 @@ OwnedValue UnknownValue(VeriIdDef* id, const VeriTreeNode* from) {
 
 OwnedValue ReadVariable(VeriIdDef* id, VeriDataFlow* flow, const VeriTreeNode* from) {
   const VeriValue* value = BorrowValue(id, flow, from);
-  return value ? value->Copy() : UnknownValue(id, from);
+  return value ? value->Copy() : UnknownValue(id, flow, from);
 }
 
 /// The value that a partial assignment starts from.
@@ -883,12 +928,22 @@ VeriScope* VeriIdRef::EvaluateScope() {
   return ExistingScope(_id);
 }
 
+namespace {
+
+bool IsEvent(const VeriIdDef* id) {
+  const auto* variable = id->IsVar() ? static_cast<const VeriVariable*>(id) : nullptr;
+  return variable && variable->Type() && variable->Type()->Type() == VERI_EVENT;
+}
+
+} // namespace
+
 OwnedValue VeriIdRef::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
   VeriIdDef* id = EvaluateId();
   if (!id) {
     Error("external reference %s not supported for synthesis", _name);
     return nullptr;
   }
+  if (IsEvent(id)) Warning("use of events is not supported; event ignored");
   return FitTo(ReadVariable(id, flow, this), type, this);
 }
 
@@ -1259,14 +1314,47 @@ OwnedConstraint VeriEnumTypeDef::BaseConstraint() const {
   return _base ? _base->CreateConstraint() : VeriRangeConstraint::Integer(32, true, 2);
 }
 
+namespace {
+
+/// The value that an enumeration gives to a name (IEEE 1800-2005 clause 4.10); null after an error.
+OwnedValue EvaluateMember(const VeriIdDecl& element, const VeriConstraint& base) {
+  OwnedValue value = element.Value()->EvaluateConstant();
+  if (!value) return nullptr;
+  if (value->HasXZ() && base.NumLogicStates() == 2) {
+    element.Error("enum name %s has an unknown value but a type of two states", element.GetId()->Name());
+    return nullptr;
+  }
+  int64_t number = 0;
+  const unsigned width = base.Size();
+  if (width < 63 && value->ToInt64(&number)) {
+    const int64_t limit = int64_t{1} << (base.IsSigned() ? width - 1 : width);
+    if (number >= limit || number < (base.IsSigned() ? -limit : 0)) {
+      element.Error("value of enum name %s does not fit in %d bits", element.GetId()->Name(), static_cast<int>(width));
+      return nullptr;
+    }
+  }
+  return element.Value()->EvaluateFor(base, nullptr);
+}
+
+} // namespace
+
 void VeriEnumTypeDef::EvaluateMembers() const {
   OwnedConstraint base = BaseConstraint();
   if (!base) return;
+  if (base->IsRealRange()) {
+    Error("an enumeration cannot have the base type %s", _base->Image().c_str());
+    return;
+  }
   OwnedValue next = VeriValue::FromNumber(0, base->Size(), base->IsSigned());
+  std::map<std::string, const char*> names;
   for (VeriIdDecl* element : *_elements) {
     VeriIdDef* id = element->GetId()->Current();
-    OwnedValue value = element->Value() ? element->Value()->EvaluateFor(*base, nullptr) : std::move(next);
+    OwnedValue value = element->Value() ? EvaluateMember(*element, *base) : std::move(next);
+    if (!element->Value() && (!value || value->HasXZ()))
+      element->Error("enum name %s needs a value because the one before it is unknown", id->Name());
     if (!value || !value->IsConstant()) value = VeriValue::Digits(base->Size(), VERI_DIGIT_X);
+    const auto [former, is_new] = names.emplace(value->BinaryString(), id->Name());
+    if (!is_new && !value->HasXZ()) element->Error("enum name %s has the same value as %s", id->Name(), former->second);
     next = VeriValue::Binary(VERI_OPER_PLUS, value->Copy(), VeriValue::FromNumber(1, base->Size(), base->IsSigned()));
     id->SetValue(std::make_unique<VeriEnum>(id, std::move(value)));
   }
@@ -1287,6 +1375,9 @@ OwnedConstraint VeriStructUnionTypeDef::CreateConstraint() const {
     for (VeriIdDecl* id : *declaration->Ids()) {
       OwnedConstraint type = veri_object_constraint(declaration->DataType(), id->Ranges(), id);
       if (!type) return nullptr;
+      if (_token == VERI_UNION && _packed && !members.empty() && type->TotalBits() != members.front().type->TotalBits())
+        id->Error("member %s of the packed union has %d bits, but the first one has %d", id->GetId()->Name(),
+                  static_cast<int>(type->TotalBits()), static_cast<int>(members.front().type->TotalBits()));
       members.push_back({id->GetId()->Name(), id->GetId(), std::move(type)});
     }
   auto kind = _token == VERI_UNION ? VeriCompositeConstraint::UNION : VeriCompositeConstraint::STRUCT;

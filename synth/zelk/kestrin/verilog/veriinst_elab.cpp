@@ -49,6 +49,38 @@ OwnedValue SliceOf(const VeriValue& value, unsigned place, unsigned width) {
   return VeriValue::EvaluateSliced(value.Copy(), static_cast<int64_t>(place) * width, width, 1);
 }
 
+/// Nets, and in SystemVerilog variables, their parts and concatenations: what an output can drive.
+bool IsStructuralNet(const VeriExpression& actual) {
+  if (actual.IsConcat()) {
+    for (const VeriExpression* part : *static_cast<const VeriConcat&>(actual).Parts())
+      if (!IsStructuralNet(*part)) return false;
+    return true;
+  }
+  const VeriName* name = actual.AsName();
+  if (!name) return false;
+  while (name->GetClassId() == ID_VeriIndexedName) name = static_cast<const VeriIndexedName*>(name)->GetPrefix();
+  return VeriNode::IsSystemVerilog() || !name->GetId() || !name->GetId()->IsReg();
+}
+
+/// The input of the present module that stands in the target; null for none.
+const VeriIdDef* InputPortIn(const VeriExpression& actual) {
+  if (actual.IsConcat()) {
+    for (const VeriExpression* part : *static_cast<const VeriConcat&>(actual).Parts())
+      if (const VeriIdDef* input = InputPortIn(*part)) return input;
+    return nullptr;
+  }
+  const VeriName* name = actual.AsName();
+  while (name && name->GetClassId() == ID_VeriIndexedName)
+    name = static_cast<const VeriIndexedName*>(name)->GetPrefix();
+  const VeriIdDef* id = name ? name->GetId() : nullptr;
+  return id && id->IsVar() && id->IsPort() && id->Dir() == VERI_INPUT ? id : nullptr;
+}
+
+bool IsNamed(const VeriExpression* given) {
+  const auto* connect = dynamic_cast<const VeriPortConnect*>(given);
+  return connect && connect->NamedFormal();
+}
+
 bool IsArray(const VeriInst& inst) { return inst.Ranges() && inst.Ranges()->Size(); }
 
 } // namespace
@@ -75,6 +107,7 @@ private:
   bool ConnectAllUnknown();
   VeriExpression* ActualOf(const VeriVariable* port, unsigned position, VeriIdRef** implicit) const;
   void Connect(const char* port_name, VeriExpression* actual, unsigned direction, const VeriConstraint* type);
+  bool CheckType(const char* port, VeriExpression& actual, unsigned direction, const VeriConstraint& type) const;
   void ConnectInput(const char* name, VeriExpression* actual, const VeriConstraint* type, const Array& ports);
   void ConnectOutput(const char* name, VeriExpression* actual, const Array& ports, bool is_inout);
   OwnedValue Share(OwnedValue value, const char* port, unsigned width) const;
@@ -155,6 +188,10 @@ bool VeriInstantiation::ConsolidateParameters() {
   if (!_given || !_given->Size()) return true;
   std::vector<VeriParamId*> formals;
   if (_module) formals = _module->OverridableParams();
+  if (_module && _module->IsPrimitive() && IsNamed(_given->GetFirst())) {
+    _inst->Error("primitive %s does not have named parameters", _module_name);
+    return false;
+  }
   if (_module && formals.empty()) {
     _inst->Error("module %s does not expect any parameters", _module_name);
     return false;
@@ -214,6 +251,7 @@ void VeriInstantiation::CreateUnknownView() {
   }
   _view = cell->GetNetlist(view_name);
   if (_view) return;
+  _inst->Warning("%s remains a black box", _module_name);
   _view = new Netlist(view_name, _inst->Linefile());
   _view->SetSourceLang(DB_SOURCE_LANG_VERILOG);
   cell->Add(_view);
@@ -274,6 +312,10 @@ void VeriInstantiation::ConnectInput(const char* name, VeriExpression* actual, c
 }
 
 void VeriInstantiation::ConnectOutput(const char* name, VeriExpression* actual, const Array& ports, bool is_inout) {
+  if (const VeriIdDef* input = InputPortIn(*actual))
+    return actual->Error("cannot assign to input port %s", input->Name());
+  if (!kestrin_flag("zelk_disable_structural_net_check") && !IsStructuralNet(*actual))
+    return actual->Error("formal port %s must be connected to a structural net expression", name);
   OwnedValue nets = Share(actual->EvaluateNets(), name, ports.Size());
   if (!nets) return;
   if (nets->Size() == ports.Size()) return nets->Connect(_instance, ports);
@@ -287,10 +329,29 @@ void VeriInstantiation::ConnectOutput(const char* name, VeriExpression* actual, 
   rest->NetAssignFrom(VeriValue::Digits(rest->Size(), VERI_DIGIT_0), VERI_RESOLVE_WIRE, true, actual);
 }
 
+/// An array or structure meets one of its own kind (IEEE 1800-2005 clause 19.12); bits fit any bits.
+bool VeriInstantiation::CheckType(const char* port, VeriExpression& actual, unsigned direction,
+                                  const VeriConstraint& type) const {
+  const VeriName* name = actual.AsName();
+  if (_count > 1 || type.IsInterfaceConstraint() || (!name && !actual.IsConcat())) return true;
+  OwnedConstraint own = actual.EvaluateConstraint(nullptr);
+  if (!own || (own->IsPacked() && type.IsPacked()) || type.IsTypeCompatible(*own)) return true;
+  if (!name)
+    actual.Error("can't connect expression with incompatible type to formal %s", port);
+  else if (direction == VERI_INPUT)
+    actual.Error("can't pass value from actual to formal input %s with incompatible type", port);
+  else if (direction == VERI_OUTPUT)
+    actual.Error("can't pass value from formal output %s to actual with incompatible type", port);
+  else
+    actual.Error("can't pass values between formal inout %s and actual with incompatible types", port);
+  return false;
+}
+
 void VeriInstantiation::Connect(const char* port_name, VeriExpression* actual, unsigned direction,
                                 const VeriConstraint* type) {
   VeriNodeScope node(actual);
   Array ports;
+  if (type && !CheckType(port_name, *actual, direction, *type)) return;
   FindPorts(_view, port_name, ports);
   if (!ports.Size()) return;
   if (direction == VERI_INPUT)

@@ -1,10 +1,12 @@
 // Design units: what they declare, the frame of their resolve, and their text.
 #include "verilog/verimodule.h"
 
+#include <functional>
 #include <ostream>
 
 #include "verilog/veri_file.h"
 #include "verilog/veri_lex.h"
+#include "verilog/vericheck.h"
 #include "verilog/verilibrary.h"
 #include "verilog/veriprint_util.h"
 #include "verilog/veriresolve.h"
@@ -53,6 +55,7 @@ void VeriDesignUnit::Resolve() {
   VeriDependencyScope dependencies;
   VeriProcessScope process(nullptr);
   ResolveContents();
+  veri_check_unit(*this);
   _dependencies = VeriDependencyScope::Take();
 }
 
@@ -280,11 +283,18 @@ void VeriModule::ResolveParameterPorts() {
 namespace {
 
 /// Calls `add` for each port that an expression of the list of ports names. What names anything else is reported.
-template <class F> void accumulate_ports(VeriExpression* expression, bool is_whole_port, const F& add) {
+void accumulate_ports(VeriExpression* expression, bool is_whole_port, const std::function<void(VeriVariable*)>& add) {
   if (!expression) return;
   if (expression->IsConcat()) {
+    unsigned direction = 0;
+    bool is_mixed = false;
     for (VeriExpression* part : *static_cast<VeriConcat*>(expression)->Parts())
-      accumulate_ports(part, /*is_whole_port=*/false, add);
+      accumulate_ports(part, /*is_whole_port=*/false, [&](VeriVariable* port) {
+        is_mixed = is_mixed || (direction && direction != port->Dir());
+        direction = port->Dir();
+        add(port);
+      });
+    if (is_mixed) expression->Error("all ports in concatenation should have the same direction");
     return;
   }
   if (expression->GetClassId() == ID_VeriPortConnect) {
@@ -292,6 +302,10 @@ template <class F> void accumulate_ports(VeriExpression* expression, bool is_who
     return;
   }
   const VeriName* name = expression->AsName();
+  if (!name && expression->GetClassId() != ID_VeriPortOpen) {
+    expression->Error("illegal port-expression");
+    return;
+  }
   VeriIdDef* id = name ? name->GetId() : nullptr;
   if (!id) return; // not declared, which is reported, or a place left open
   auto* port = id->IsVar() ? static_cast<VeriVariable*>(id) : nullptr;
@@ -374,6 +388,7 @@ void VeriPackage::ResolveContents() {
 
 void VeriPackage::Initialize() {
   Resolve();
+  Info("elaborating package %s", Name());
   VeriDialectScope dialect(GetDialect());
   VeriNodeScope node(this);
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items))

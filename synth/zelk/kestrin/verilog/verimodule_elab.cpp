@@ -287,6 +287,7 @@ Netlist* VeriModule::Elaborate(Library* library, const Map* parameters, bool hie
     mode = ELAB_BLACK_BOX;
   else if (hierarchy_only || kestrin_flag("verilog_elaborate_hierarchy_only"))
     mode = ELAB_HIERARCHY_ONLY;
+  Info("compiling module %s", Name());
   std::string name = CreateUniqueName(Name(), parameters);
   std::unique_ptr<Netlist> owned;
   if (!Message::ErrorCount()) owned = Run(library, parameters, mode);

@@ -186,6 +186,7 @@ public:
   /// The formal arguments in order; valid after the parse.
   const std::vector<VeriVariable*>& Formals() const { return _formals; }
   VeriIdDef* GetId() const { return _id->GetId(); }
+  unsigned IsAutomatic() const { return _is_automatic; }
   /// Runs the body: binds the actuals, executes, and hands outputs back to the actuals. The result of a function, null
   /// for a task and after an error. `from` is the call.
   OwnedValue Call(const VeriExpressions* args, VeriDataFlow* flow, const VeriTreeNode* from);
@@ -214,6 +215,8 @@ public:
   void VisitChildren(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
+  /// Of the result; null is a scalar.
+  VeriTypeDef* DataType() const { return _type; }
 
 private:
   VeriTypeDef* _type;
@@ -238,6 +241,7 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope, VERI_ENV_E target_kind);
   void Elaborate();
+  VeriExpression* Target() const { return _target; }
 
 private:
   VeriExpression* _target;
@@ -320,6 +324,8 @@ public:
   const VeriNodes<VeriInst>* Insts() const { return _insts; }
   /// The module of this name that is nested in a unit around; null before Resolve and for modules of a library.
   VeriModule* NestedModule() const { return _nested; }
+  /// Values of parameters, by order or VeriPortConnect by name; null without.
+  const VeriExpressions* Parameters() const { return _parameters; }
 
 private:
   VeriModule* _nested = nullptr;
@@ -340,6 +346,7 @@ public:
   void Initialize() override;
   void Elaborate() override;
   unsigned Token() const { return _token; }
+  VeriStatement* Statement() const { return _statement; }
 
 private:
   void Connect(VeriDataFlow& flow);
@@ -358,6 +365,7 @@ public:
   void Resolve(VeriScope* scope) override;
   void Initialize() override;
   void Elaborate() override;
+  VeriStatement* Statement() const { return _statement; }
 
 private:
   VeriStatement* _statement;
@@ -535,6 +543,7 @@ public:
   VeriScope* GetScope() const override { return _scope.get(); }
   void Resolve(VeriScope* scope) override;
   void GenerateObjects() override;
+  VeriName* Genvar() const { return _genvar; }
 
 private:
   VeriName* _genvar;

@@ -148,6 +148,7 @@ void VeriInitialConstruct::Initialize() {
 void VeriInitialConstruct::Elaborate() {
   bool is_off = kestrin_flag("zelk_dont_elaborate_initial_constructs");
   if (HasAttribute("enable_verilog_initial_construct")) is_off = !AttributeValue("enable_verilog_initial_construct", 0);
+  if (is_off && !IsHierarchyOnly()) Warning("initial construct ignored");
   if (is_off || !_statement || IsHierarchyOnly() || veri_file::CheckForInterrupt(Linefile())) return;
   VeriNodeScope node(this);
   VeriDataFlow flow(nullptr, true);

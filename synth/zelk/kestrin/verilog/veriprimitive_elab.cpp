@@ -238,7 +238,7 @@ bool UdpTable::ReadRow(const std::string& text) {
     row.inputs.push_back(is_edge ? '?' : LevelOf(text[i]));
   }
   if (num_edges > 1) {
-    _table.Error("no support for %s", "more than one edge in a UDP table entry");
+    _table.Error("table entry has more than one edge : %s", text.c_str());
     return false;
   }
   if (_is_sequential) row.state = LevelOf(text[_num_inputs + 1]);
@@ -326,6 +326,8 @@ void UdpLogic::CreateCombinational(const std::vector<Row>& rows) {
   Cover on;
   Cover off;
   for (const Row& row : rows) (row.output == '1' ? on : off).push_back(row.inputs);
+  for (const Cube& cube : on)
+    if (Intersects(off, cube)) return _table.Error("table entries contradict each other : %s", cube.c_str());
   Net* result = rows.empty() ? VeriNode::X() : CreateLogic(MergedAgainst(on, off, _effort));
   _output->GetValue()->NetAssignFrom(VeriValue::FromNet(result), VERI_RESOLVE_WIRE, true, &_table);
 }
@@ -343,7 +345,7 @@ bool UdpLogic::SplitRows(const std::vector<Row>& rows) {
   }
   for (const Cube& cube : to_one)
     if (Intersects(to_zero, cube)) {
-      _table.Error("no support for %s", "a UDP table that changes its state back and forth");
+      _table.Error("table changes its state back and forth");
       return false;
     }
   Cover decided = _levels.set;
@@ -359,7 +361,7 @@ bool UdpLogic::FindClock() {
     if (row->IsKept()) continue;
     auto input = static_cast<size_t>(row->edge);
     if (HasClock() && (_clock != input || _active_level != row->inputs[input])) {
-      _table.Error("no support for %s", "a UDP table with several clock edges");
+      _table.Error("table changes its state at the edges of more than one clock");
       return false;
     }
     _clock = input;

@@ -144,8 +144,9 @@ const VeriDataType* named_type(const VeriTypeDef* type) {
   return id && id->IsDataType() ? static_cast<const VeriDataType*>(id) : nullptr;
 }
 
-/// The type behind the names; null for an unknown one.
-const VeriTypeDef* real_type(const VeriTypeDef* type) {
+} // namespace
+
+const VeriTypeDef* veri_real_type(const VeriTypeDef* type) {
   for (unsigned i = 0; i < max_type_names; i++) {
     if (!type || type->GetClassId() != ID_VeriTypeName) return type;
     const VeriDataType* id = named_type(type);
@@ -153,6 +154,8 @@ const VeriTypeDef* real_type(const VeriTypeDef* type) {
   }
   return nullptr;
 }
+
+namespace {
 
 struct Dimensions {
   unsigned unpacked = 0;
@@ -200,7 +203,7 @@ Dimensions dimensions_of(const VeriValuedId* id) {
 }
 
 const VeriStructUnionTypeDef* to_struct(const VeriTypeDef* type) {
-  const VeriTypeDef* real = real_type(type);
+  const VeriTypeDef* real = veri_real_type(type);
   return real && real->GetClassId() == ID_VeriStructUnionTypeDef ? static_cast<const VeriStructUnionTypeDef*>(real)
                                                                  : nullptr;
 }
@@ -230,24 +233,45 @@ const VeriSubprogram* to_subprogram(const VeriIdDef* id) {
   return id ? dynamic_cast<const VeriSubprogram*>(id->GetModuleItem()) : nullptr;
 }
 
+/// The formal that an argument names; null for one by order.
+const char* named_argument(const VeriExpression* actual) {
+  return actual && actual->GetClassId() == ID_VeriPortConnect
+             ? static_cast<const VeriPortConnect*>(actual)->NamedFormal()
+             : nullptr;
+}
+
 const VeriVariable* find_formal(const std::vector<VeriVariable*>& formals, const VeriExpression* actual,
                                 unsigned position) {
-  const char* name =
-      actual->GetClassId() == ID_VeriPortConnect ? static_cast<const VeriPortConnect*>(actual)->NamedFormal() : nullptr;
+  const char* name = named_argument(actual);
   if (!name) return position < formals.size() ? formals[position] : nullptr;
   for (const VeriVariable* formal : formals)
     if (Strings::compare(formal->Name(), name)) return formal;
   return nullptr;
 }
 
+/// What an argument can be that a value is handed back to.
+bool is_target_expression(const VeriExpression* actual) {
+  if (actual->GetClassId() == ID_VeriPortConnect) actual = static_cast<const VeriPortConnect*>(actual)->Connection();
+  return !actual || actual->AsName() || actual->IsConcat();
+}
+
 /// The arguments of a call, by the directions of the formals.
 void resolve_arguments(const VeriExpressions* args, const VeriSubprogram* subprogram, VeriScope* scope,
                        const VeriEnv& env) {
   unsigned position = 0;
+  class Set given(HASH_STRING);
+  bool has_names = false;
   for (VeriExpression* arg : ItemsOf<VeriExpression*>(args)) {
+    const char* name = named_argument(arg);
+    has_names = has_names || name;
+    if (name && subprogram && !find_formal(subprogram->Formals(), arg, position))
+      arg->Error("%s has no argument named %s", subprogram->GetId()->Name(), name);
+    if (name && !given.Insert(name)) arg->Error("argument %s is given more than once", name);
+    if (arg && !name && has_names) arg->Error("arguments by order must come before those by name");
     const VeriVariable* formal = subprogram && arg ? find_formal(subprogram->Formals(), arg, position) : nullptr;
     const unsigned direction = formal ? formal->Dir() : static_cast<unsigned>(VERI_INPUT);
     resolve(arg, scope, VeriEnv(ENV_SUBROUTINE_ARG, direction, env.IsConstant()));
+    if (direction != VERI_INPUT && !is_target_expression(arg)) arg->Error("illegal expression in target");
     position++;
   }
 }
@@ -259,6 +283,28 @@ void VeriTreeNode::ResolveAttributes(VeriScope* scope) const {
 }
 
 // Names.
+
+namespace {
+
+/// Verilog knows no value of a whole memory (IEEE 1364-2005 clause 4.9).
+void check_whole_array(const VeriIdDef* id, const VeriEnv& env, const VeriTreeNode& name) {
+  if (VeriNode::IsSystemVerilog() || !id->IsVar() || (!env.IsRead() && !env.IsWrite())) return;
+  const auto* variable = static_cast<const VeriVariable*>(id);
+  const bool is_prefix = name.Parent() && name.Parent()->GetClassId() == ID_VeriIndexedName;
+  if (!variable->NumUnpacked() || is_prefix || may_be_undeclared(env)) return;
+  name.Error("array %s should be indexed by %d dimensions", id->Name(), static_cast<int>(variable->NumUnpacked()));
+}
+
+bool is_real(const VeriExpression* expression) {
+  if (expression->GetClassId() == ID_VeriRealLiteral) return true;
+  const VeriName* name = expression->AsName();
+  const VeriIdDef* id = name && name->GetClassId() == ID_VeriIdRef ? name->GetId() : nullptr;
+  if (!id || !id->IsVar()) return false;
+  const VeriTypeDef* type = veri_real_type(static_cast<const VeriVariable*>(id)->Type());
+  return type && (type->Type() == VERI_REAL || type->Type() == VERI_REALTIME || type->Type() == VERI_SHORTREAL);
+}
+
+} // namespace
 
 void VeriName::AnalyzeReference(VeriIdDef* id, const VeriEnv& env) const { analyze_reference(id, env, this); }
 
@@ -272,6 +318,7 @@ void VeriIdRef::Resolve(VeriScope* scope, const VeriEnv& env) {
   }
   register_dependency(_id, scope, this);
   AnalyzeReference(_id, env);
+  check_whole_array(_id, env, *this);
 }
 
 void VeriScopedIdRef::Resolve(VeriScope* scope, const VeriEnv& env) {
@@ -284,13 +331,13 @@ void VeriScopedIdRef::Resolve(VeriScope* scope, const VeriEnv& env) {
       source = package->GetScope();
     }
     if (!source) {
-      Error("%s is not declared", _package.c_str());
+      Error("package %s is not declared", _package.c_str());
       return;
     }
     _id = source->FindLocal(_name.c_str());
   }
   if (!_id) {
-    Error("%s is not declared under this prefix", _name.c_str());
+    Error("%s is not declared in package %s", _name.c_str(), _package.c_str());
     return;
   }
   register_dependency(_id, scope, this);
@@ -330,7 +377,7 @@ namespace {
 
 /// Methods that the language gives to every enumeration, IEEE 1800-2009 clause 6.19.5.
 bool is_enum_method(const VeriIdDef* id, std::string_view name) {
-  const VeriTypeDef* type = real_type(type_of(id));
+  const VeriTypeDef* type = veri_real_type(type_of(id));
   if (!type || type->GetClassId() != ID_VeriEnumTypeDef) return false;
   for (const char* method : {"first", "last", "next", "prev", "num", "name"})
     if (name == method) return true;
@@ -410,7 +457,10 @@ void VeriSelectedName::Resolve(VeriScope* scope, const VeriEnv& env) {
 
 void VeriIndexedName::Resolve(VeriScope* scope, const VeriEnv& env) {
   _prefix->Resolve(scope, env);
-  for (VeriExpression* index : _indices) resolve(index, scope, may_be_undeclared(env) ? env : env.Index());
+  for (VeriExpression* index : _indices) {
+    resolve(index, scope, may_be_undeclared(env) ? env : env.Index());
+    if (index && is_real(index)) index->Error("index %s cannot be a real value", index->Image().c_str());
+  }
   const VeriIdDef* id = _prefix->GetId();
   if (id && !IsPathElement()) CheckIndices(id, env);
 }
@@ -464,9 +514,31 @@ void VeriIndexedName::CheckIndices(const VeriIdDef* id, const VeriEnv& env) cons
 
 // Expressions.
 
+namespace {
+
+bool is_comparison(unsigned token) {
+  switch (token) {
+  case VERI_EQ:
+  case VERI_NEQ:
+  case VERI_CASE_EQ:
+  case VERI_CASE_NEQ:
+  case VERI_LESS:
+  case VERI_LESS_EQ:
+  case VERI_GREATER:
+  case VERI_GREATER_EQ: return true;
+  default: return false;
+  }
+}
+
+} // namespace
+
 void VeriBinaryOperator::Resolve(VeriScope* scope, const VeriEnv& env) {
   resolve(_left, scope, operand_env(env));
   resolve(_right, scope, operand_env(env));
+  const bool are_names = _left->GetClassId() == ID_VeriIdRef && _right->GetClassId() == ID_VeriIdRef;
+  if (are_names && is_comparison(_token) && _left->AsName()->GetId() &&
+      _left->AsName()->GetId() == _right->AsName()->GetId())
+    Warning("comparison of %s with itself", _left->GetName());
 }
 
 void VeriUnaryOperator::Resolve(VeriScope* scope, const VeriEnv& env) { resolve(_operand, scope, operand_env(env)); }
@@ -480,6 +552,14 @@ void VeriQuestionColon::Resolve(VeriScope* scope, const VeriEnv& env) {
 void VeriConcat::Resolve(VeriScope* scope, const VeriEnv& env) {
   resolve(_count, scope, constant(ENV_READ));
   resolve_all(_parts, scope, env);
+  // IEEE 1364-2005 clause 5.1.14: the size of each part must be known.
+  if (_count && is_real(_count)) _count->Error("replication count %s cannot be a real value", _count->Image().c_str());
+  for (VeriExpression* part : *_parts)
+    if (part && is_real(part)) part->Error("part %s of a concatenation cannot be a real value", part->Image().c_str());
+  for (VeriExpression* part : *_parts)
+    if (part && part->GetClassId() == ID_VeriIntLiteral)
+      part->Warning("unsized constant %s in concatenation is taken as %d bits", part->Image().c_str(),
+                    static_cast<int>(part->TypeInfer(nullptr).size));
 }
 
 void VeriMinTypMaxExpr::Resolve(VeriScope* scope, const VeriEnv& env) {
@@ -498,14 +578,21 @@ void VeriRange::Resolve(VeriScope* scope, const VeriEnv& env) {
   const bool is_variable_base = _token != VERI_COLON && env.Kind() == ENV_INDEX && !env.IsConstant();
   resolve(_left, scope, is_variable_base ? env : constant(ENV_RANGE_BOUND));
   resolve(_right, scope, constant(ENV_RANGE_BOUND));
+  for (const VeriExpression* bound : {_left, _right})
+    if (bound && is_real(bound)) bound->Error("bound %s of a range cannot be a real value", bound->Image().c_str());
 }
 
 void VeriFunctionCall::Resolve(VeriScope* scope, const VeriEnv& env) {
   _name->Resolve(scope, VeriEnv(ENV_MAYBE_UNDECLARED));
   VeriIdDef* id = _name->GetId();
   const bool is_simple = _name->GetClassId() == ID_VeriIdRef;
-  if ((!id && is_simple && !may_be_undeclared(env)) || (id && !id->IsFunction()))
+  if (id && id->IsTask())
+    Error("task %s cannot be called like a function", id->Name());
+  else if ((!id && is_simple && !may_be_undeclared(env)) || (id && !id->IsFunction()))
     Error("function %s is not declared", _name->Image().c_str());
+  else if (id && static_cast<VeriFunctionId*>(id)->Type() &&
+           static_cast<VeriFunctionId*>(id)->Type()->Type() == VERI_VOID)
+    Error("function %s has no value", id->Name());
   if (id) id->Set(IDF_READ);
   resolve_arguments(_args, to_subprogram(id), scope, env);
 }
@@ -544,8 +631,24 @@ void VeriAssignmentOperator::Resolve(VeriScope* scope, const VeriEnv&) {
   resolve(_value, scope, VeriEnv(ENV_READ));
 }
 
+// IEEE 1800-2005 clauses 8.13.1 and 8.13.2: all elements by position or all by key, and each key once.
+void VeriAssignmentPattern::CheckKeys() const {
+  unsigned by_position = 0;
+  unsigned defaults = 0;
+  class Set keys(HASH_STRING);
+  for (const Part& part : _parts) {
+    if (part.is_default && ++defaults > 1) Error("assignment pattern has more than one default");
+    if (!part.is_default && !part.key) by_position++;
+    const char* name = part.key ? part.key->GetName() : nullptr;
+    if (name && !keys.Insert(name))
+      part.key->Error("element %s of the assignment pattern is given more than once", name);
+  }
+  if (by_position && by_position != _parts.size()) Error("assignment pattern mixes elements by position and by key");
+}
+
 // A key may name a member of the target's type, which is no name of the scope.
 void VeriAssignmentPattern::Resolve(VeriScope* scope, const VeriEnv& env) {
+  CheckKeys();
   for (const Part& part : _parts) {
     resolve(part.key, scope, VeriEnv(ENV_MAYBE_UNDECLARED));
     resolve(part.value, scope, env.Kind() == ENV_TARGET ? env : operand_env(env));
@@ -557,7 +660,13 @@ void VeriTypeCast::Resolve(VeriScope* scope, const VeriEnv& env) {
   resolve(_operand, scope, operand_env(env));
 }
 
-void VeriEventExpression::Resolve(VeriScope* scope, const VeriEnv&) { resolve(_operand, scope, VeriEnv(ENV_EVENT)); }
+void VeriEventExpression::Resolve(VeriScope* scope, const VeriEnv&) {
+  resolve(_operand, scope, VeriEnv(ENV_EVENT));
+  if (_edge && is_real(_operand)) Error("edge of real value %s", _operand->Image().c_str());
+  const VeriName* name = _operand->AsName();
+  if (_operand->IsConst() || (name && name->GetId() && name->GetId()->IsParam()))
+    Warning("event expression %s is constant and never changes", _operand->Image().c_str());
+}
 
 // `.name` stands for the object of that name in the scope of the instance.
 void VeriPortConnect::Resolve(VeriScope* scope, const VeriEnv& env) {
@@ -618,7 +727,25 @@ void VeriEnumTypeDef::Resolve(VeriScope* scope, const VeriEnv&) {
   for (VeriIdDecl* element : ItemsOf<VeriIdDecl*>(_elements)) element->Resolve(scope, ENV_READ);
 }
 
-void VeriStructUnionTypeDef::Resolve(VeriScope* scope, const VeriEnv&) { resolve_all(_members, scope); }
+// IEEE 1800-2005 clause 4.11.
+void VeriStructUnionTypeDef::Resolve(VeriScope* scope, const VeriEnv&) {
+  resolve_all(_members, scope);
+  class Set names(HASH_STRING);
+  for (const VeriDataDecl* declaration : *_members) {
+    const VeriTypeDef* type = veri_real_type(declaration->DataType());
+    const auto* composite = dynamic_cast<const VeriStructUnionTypeDef*>(type);
+    const unsigned token = type ? type->Type() : 0;
+    const bool is_unpacked = token == VERI_REAL || token == VERI_REALTIME || token == VERI_SHORTREAL ||
+                             token == VERI_STRING || token == VERI_EVENT || token == VERI_CHANDLE ||
+                             (composite && !composite->_packed);
+    for (const VeriIdDecl* member : *declaration->Ids()) {
+      const char* name = member->GetId()->Name();
+      if (!names.Insert(name)) member->Error("member %s is already declared", name);
+      if (_packed && (is_unpacked || (member->Ranges() && member->Ranges()->Size())))
+        member->Error("packed %s cannot have the unpacked member %s", PrintToken(_token), name);
+    }
+  }
+}
 
 VeriIdDef* VeriStructUnionTypeDef::FindMember(const char* name) const {
   for (const VeriDataDecl* member : ItemsOf<const VeriDataDecl*>(_members))
@@ -676,7 +803,7 @@ void VeriFunctionDecl::Resolve(VeriScope* scope) {
 void VeriImport::Resolve(VeriScope* scope) {
   VeriPackage* package = veri_file::FindPackage(_package.c_str(), scope->GetLibrary());
   if (!package) {
-    Error("%s is not declared", _package.c_str());
+    Error("package %s is not declared", _package.c_str());
     return;
   }
   const char* file = LineFile::GetFileName(package->GetId()->Linefile());
@@ -689,7 +816,7 @@ void VeriImport::Resolve(VeriScope* scope) {
   } else if (VeriIdDef* id = package->GetScope()->FindHere(_name.c_str())) {
     scope->Import(id, this);
   } else {
-    Error("%s is not declared under this prefix", _name.c_str());
+    Error("%s is not declared in package %s", _name.c_str(), _package.c_str());
   }
 }
 
@@ -867,6 +994,11 @@ VeriInstId* first_instance(const VeriName* name) {
   return first;
 }
 
+bool encloses(const VeriScope* outer, const VeriScope* inner) {
+  while (inner && inner != outer) inner = inner->Upper();
+  return inner != nullptr;
+}
+
 } // namespace
 
 void VeriDefParamAssign::Resolve(VeriScope* scope) {
@@ -878,6 +1010,11 @@ void VeriDefParamAssign::Resolve(VeriScope* scope) {
     return;
   }
   VeriInstId* instance = first_instance(_name);
+  // IEEE 1364-2005 clause 12.2.1: from within a generate block only what lies in it can be changed.
+  if (instance && scope->Kind() == SCOPE_GENERATE && !encloses(scope, instance->DeclaringScope())) {
+    Error("defparam under generate scope cannot change parameter value outside of hierarchy");
+    return;
+  }
   _is_bound = instance != nullptr;
   if (instance) instance->Defparams().push_back(this);
 }
@@ -955,6 +1092,8 @@ void VeriConditionalStatement::Resolve(VeriScope* scope) {
 void VeriCaseStatement::Resolve(VeriScope* scope) {
   ResolveAttributes(scope);
   resolve(_expression, scope, VeriEnv(ENV_CONDITION));
+  if (is_real(_expression))
+    _expression->Error("case expression %s cannot be a real value", _expression->Image().c_str());
   for (VeriCaseItem* item : ItemsOf<VeriCaseItem*>(_items)) {
     resolve_all(item->Conditions(), scope, VeriEnv(ENV_CONDITION));
     resolve(item->Statement(), scope);

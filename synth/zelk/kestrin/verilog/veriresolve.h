@@ -3,6 +3,10 @@
 #define KESTRIN_VERILOG_VERIRESOLVE_H
 
 class VeriTreeNode;
+class VeriTypeDef;
+
+/// The type behind the names that typedefs give; null for an unknown one.
+const VeriTypeDef* veri_real_type(const VeriTypeDef* type);
 
 /// The names being bound stand in this process or subprogram while the object lives; null for none.
 class VeriProcessScope {

@@ -294,16 +294,17 @@ void VeriScope::DeclareImplicitNets() {
 
 /// The declaration stands among the items of the generate block that needs the net, so that each round has its own.
 void VeriScope::DeclareImplicitNet(const PotentialNet& net, VeriModule* module) {
-  const unsigned type = module->DefaultNettype();
-  if (type == VeriLex::VERI_NONE_NETTYPE) {
+  unsigned type = module->DefaultNettype();
+  const bool is_forbidden = type == VeriLex::VERI_NONE_NETTYPE;
+  if (is_forbidden) {
     veri_error(net.linefile, "cannot declare implicit net %s because the current value of `default_nettype is none",
                net.name.c_str());
-    return;
+    type = VERI_WIRE; // so that what uses it is not reported as well
   }
   auto id = std::make_unique<VeriVariable>(net.name.c_str(), type, net.linefile);
   id->Set(IDF_IMPLICIT);
   if (!Declare(id.get())) return;
-  id->Warning("created implicit net for %s", id->Name());
+  if (!is_forbidden) id->Warning("created implicit net for %s", id->Name());
   auto* ids = new VeriIdDecls(1);
   ids->Insert(new VeriIdDecl(std::move(id), nullptr, nullptr, net.linefile));
   auto* decl = new VeriDataDecl(0, type, nullptr, ids, net.linefile);

@@ -75,6 +75,7 @@ public:
                         unsigned long linefile = 0);
   ~VeriNonBlockingAssign() override;
   VERI_STATEMENT_CLASS(VeriNonBlockingAssign)
+  VeriAssignmentOperator* Assignment() const { return _assignment; }
 
 private:
   VeriAssignmentOperator* _assignment;
@@ -88,6 +89,8 @@ public:
                            unsigned qualifier, unsigned long linefile = 0);
   ~VeriConditionalStatement() override;
   VERI_STATEMENT_CLASS(VeriConditionalStatement)
+  VeriStatement* Then() const { return _then; }
+  VeriStatement* Else() const { return _else; }
   void Initialize() override;
   unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
 
@@ -122,6 +125,7 @@ public:
                     unsigned long linefile = 0);
   ~VeriCaseStatement() override;
   VERI_STATEMENT_CLASS(VeriCaseStatement)
+  const VeriNodes<VeriCaseItem>* Items() const { return _items; }
   void Initialize() override;
   unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
 
@@ -139,6 +143,8 @@ public:
   ~VeriLoop() override;
   VeriScope* GetScope() const override { return _scope.get(); }
   void Initialize() override;
+  /// Null for a loop without.
+  const VeriStatement* Body() const { return _body; }
 
 protected:
   struct Limits {
@@ -242,6 +248,7 @@ public:
   VERI_STATEMENT_CLASS(VeriEventControlStatement)
   void Initialize() override;
   const VeriExpressions* Events() const { return _events; }
+  VeriStatement* Statement() const { return _statement; }
 
 private:
   VeriExpressions* _events;
@@ -265,6 +272,9 @@ public:
   VeriTaskEnable(VeriName* name, VeriExpressions* args, unsigned long linefile = 0);
   ~VeriTaskEnable() override;
   VERI_STATEMENT_CLASS(VeriTaskEnable)
+  VeriName* Name() const { return _name; }
+  /// Null without.
+  const VeriExpressions* Args() const { return _args; }
 
 private:
   VeriName* _name;
@@ -294,6 +304,7 @@ public:
   explicit VeriDisable(VeriName* name, unsigned long linefile = 0);
   ~VeriDisable() override;
   VERI_STATEMENT_CLASS(VeriDisable)
+  VeriName* Name() const { return _name; }
 
 private:
   VeriName* _name;
@@ -305,6 +316,11 @@ public:
   VeriJumpStatement(unsigned token, VeriExpression* value, unsigned long linefile = 0);
   ~VeriJumpStatement() override;
   VERI_STATEMENT_CLASS(VeriJumpStatement)
+  unsigned Token() const { return _token; }
+  /// Null without.
+  VeriExpression* Value() const { return _value; }
+  /// The loop that a break or continue concerns; null for none. Known after Resolve.
+  const VeriLoop* Loop() const { return _loop; }
 
 private:
   unsigned _token;
@@ -335,6 +351,7 @@ public:
   explicit VeriEventTrigger(VeriName* name, unsigned long linefile = 0);
   ~VeriEventTrigger() override;
   VERI_STATEMENT_CLASS(VeriEventTrigger)
+  VeriName* Name() const { return _name; }
 
 private:
   VeriName* _name;

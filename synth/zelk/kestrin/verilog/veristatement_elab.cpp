@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <set>
+#include <string>
 
 #include "containers/set.h"
 #include "database/instance.h"
@@ -174,6 +176,7 @@ private:
   void Cover(const VeriValue& pattern, const VeriTreeNode* from);
   void DecideCompleteness();
   void DecideParallel();
+  bool AllOnehot() const;
   bool WantsSelectors() const;
   void RunWithMuxes();
   void RunWithSelectors();
@@ -220,6 +223,9 @@ bool VeriCaseAnalysis::Evaluate() {
       VeriTypeInfo info = condition->TypeInfer(_flow);
       if (info.size > own.size && !info.is_unsized)
         condition->Warning("case item expression size (%d) should not exceed case expression size (%d)",
+                           static_cast<int>(info.size), static_cast<int>(own.size));
+      if (info.size < own.size && !info.is_unsized)
+        condition->Warning("case item expression size (%d) is less than case expression size (%d)",
                            static_cast<int>(info.size), static_cast<int>(own.size));
       type.size = std::max(type.size, info.size);
       type.is_signed = type.is_signed && info.is_signed;
@@ -413,6 +419,9 @@ void VeriCaseAnalysis::DecideCompleteness() {
   } else if (!_flow->IsClocked()) {
     _statement->Warning("case statement is incomplete");
   }
+  if (!_is_complete && _all_constant && _items.size() > 1 && AllOnehot())
+    _statement->Info("consider adding a full_case attribute to enable additional optimizations to this case statement "
+                     "with onehot case item expressions");
 }
 
 void VeriCaseAnalysis::DecideParallel() {
@@ -428,6 +437,13 @@ void VeriCaseAnalysis::DecideParallel() {
   }
 }
 
+bool VeriCaseAnalysis::AllOnehot() const {
+  for (const Item& item : _items)
+    for (const OwnedValue& pattern : item.patterns)
+      if (!pattern->IsOnehotConstant()) return false;
+  return _width > 1;
+}
+
 bool VeriCaseAnalysis::WantsSelectors() const {
   if (!_is_counted || _value->IsConstant()) return true;
   double states = States();
@@ -436,10 +452,7 @@ bool VeriCaseAnalysis::WantsSelectors() const {
   if (_width >= 13 && is_sparse) return true;
   if (_items.size() < 3 && states > 2) return true;
   if (_overlaps) return true;
-  bool is_onehot = true;
-  for (const Item& item : _items)
-    for (const OwnedValue& pattern : item.patterns) is_onehot = is_onehot && pattern->IsOnehotConstant();
-  return (is_onehot && _is_complete && _width > 1) || _value->IsOnehot();
+  return (_is_complete && AllOnehot()) || _value->IsOnehot();
 }
 
 void VeriCaseAnalysis::RunWithMuxes() {
@@ -652,6 +665,12 @@ OwnedValue EvaluateEvent(VeriExpression* event, VeriDataFlow* flow) {
   return event->Evaluate(flow);
 }
 
+/// The text of an event without its edge.
+std::string OperandImage(const VeriExpression& expression) {
+  const auto* event = dynamic_cast<const VeriEventExpression*>(&expression);
+  return event ? event->Operand()->Image() : expression.Image();
+}
+
 } // namespace
 
 void VeriEventControlStatement::Execute(VeriDataFlow* flow) {
@@ -661,12 +680,15 @@ void VeriEventControlStatement::Execute(VeriDataFlow* flow) {
   auto ids = std::make_unique<Set>();
   std::vector<Net*> edges;
   std::vector<unsigned> senses;
+  std::set<std::string> levels;
   bool has_level = false;
   for (VeriExpression* expression : *_events) {
     expression->AddToSensList(*ids);
     OwnedValue value = EvaluateEvent(expression, flow);
     if (!value) return;
     if (!expression->IsEdge()) {
+      if (!levels.insert(OperandImage(*expression)).second)
+        expression->Warning("sensitivity list already contains %s", OperandImage(*expression).c_str());
       has_level = true;
       continue;
     }
@@ -675,13 +697,13 @@ void VeriEventControlStatement::Execute(VeriDataFlow* flow) {
     bool is_repeated = false;
     for (size_t i = 0; i < edges.size(); i++) {
       if (edges[i] == net) {
-        expression->Warning("sensitivity list already contains %s", expression->Image().c_str());
+        expression->Warning("sensitivity list already contains %s", OperandImage(*expression).c_str());
         is_repeated = true;
       } else if (Netlist::NetMatch(net->InvNet() ? net->InvNet() : net,
                                    edges[i]->InvNet() ? edges[i]->InvNet() : edges[i]) &&
                  senses[i] != expression->IsEdge()) {
         expression->Error("event control statement tests for multiple distinct edges on %s",
-                          expression->Image().c_str());
+                          OperandImage(*expression).c_str());
         return;
       }
     }
@@ -837,7 +859,7 @@ void VeriDisable::Execute(VeriDataFlow* flow) {
 
 void VeriJumpStatement::Execute(VeriDataFlow* flow) {
   if (_token == VERI_RETURN) {
-    if (!_subprogram) return Error("%s outside of a subprogram", "return");
+    if (!_subprogram) return;
     VeriIdDef* result = _subprogram->Current();
     const VeriConstraint* type = _value && _subprogram->IsFunction() ? result->GetConstraint() : nullptr;
     OwnedValue value = type ? _value->EvaluateFor(*type, flow) : nullptr;
@@ -848,8 +870,7 @@ void VeriJumpStatement::Execute(VeriDataFlow* flow) {
     }
     return flow->DoGoto(_subprogram, nullptr, this);
   }
-  const char* word = _token == VERI_BREAK ? "break" : "continue";
-  if (!_loop) return Error("%s outside of a loop", word);
+  if (!_loop) return;
   flow->DoGoto(_token == VERI_BREAK ? _loop->BreakLabel() : _loop->ContinueLabel(), nullptr, this);
 }
 

@@ -68,13 +68,13 @@ Net* veri_canonical_net(Net* net) {
 
 bool veri_width_is_supported(uint64_t width, const VeriTreeNode* from) {
   if (width <= veri_max_width) return true;
-  veri_at(from).Error("no support for %s", "vectors of more than 1048576 bits");
+  veri_at(from).Error("vectors of more than %d bits are not supported", static_cast<int>(veri_max_width));
   return false;
 }
 
 bool veri_object_size_is_supported(uint64_t bits, const VeriTreeNode* from) {
   if (bits <= veri_max_object_bits) return true;
-  veri_at(from).Error("no support for %s", "objects of more than 16777216 bits");
+  veri_at(from).Error("objects of more than %d bits are not supported", static_cast<int>(veri_max_object_bits));
   return false;
 }
 
@@ -556,4 +556,3 @@ OwnedValue VeriAggregateValue::TakeElement(unsigned position) {
 void VeriAggregateValue::SetElement(unsigned position, OwnedValue element) {
   if (position < _elements.size()) _elements[position] = std::move(element);
 }
-

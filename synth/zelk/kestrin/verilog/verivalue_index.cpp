@@ -263,14 +263,18 @@ std::optional<Part> constant_part(const VeriIndex& index, const VeriRangeConstra
   int64_t right = 0;
   if (!index.left || !index.right) return std::nullopt;
   if (!index.left->IsConstant() || !index.right->IsConstant()) {
-    veri_at(access.from).Error("no support for %s", "part-selects whose bounds are not constant");
+    veri_at(access.from).Error("bounds of a part-select must be constant");
     return std::nullopt;
   }
   if (!index.left->ToInt64(&left) || !index.right->ToInt64(&right)) return std::nullopt;
   if (index.kind != VERI_INDEX_RANGE) {
     int64_t width = right;
-    if (width <= 0 || width > veri_max_object_bits) {
-      veri_at(access.from).Error("no support for %s", "part-selects of this width");
+    if (width <= 0) {
+      veri_at(access.from).Error("the width of a part-select must be positive, not %d", static_cast<int>(width));
+      return std::nullopt;
+    }
+    if (width > veri_max_object_bits) {
+      veri_at(access.from).Error("width of a part-select is not known or too large");
       return std::nullopt;
     }
     // The base is the lower index going up and the higher one going down, whichever way the range runs.
@@ -316,9 +320,13 @@ unsigned variable_part_width(const VeriIndex& index, const VeriConstraint& const
     return 0;
   }
   int64_t width = 0;
-  if (!index.right || !index.right->IsConstant() || !index.right->ToInt64(&width) || width <= 0 ||
-      width > veri_max_width) {
-    veri_at(access.from).Error("no support for %s", "part-selects of this width");
+  const bool is_known = index.right && index.right->IsConstant() && index.right->ToInt64(&width);
+  if (is_known && width <= 0) {
+    veri_at(access.from).Error("the width of a part-select must be positive, not %d", static_cast<int>(width));
+    return 0;
+  }
+  if (!is_known || width > veri_max_width) {
+    veri_at(access.from).Error("width of a part-select is not known or too large");
     return 0;
   }
   return static_cast<unsigned>(width);

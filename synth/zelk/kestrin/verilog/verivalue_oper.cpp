@@ -500,8 +500,10 @@ OwnedValue VeriValue::Repeat(OwnedValue count, OwnedValue value, const VeriTreeN
   if (!count->IsConstant() || !count->ToInt64(&times) || times < 0) {
     // A number that does not even fit 64 bits is too large rather than unknown.
     bool is_too_large = count->IsConstant() && !count->HasXZ() && !count->IsLessThanZero();
-    veri_at(from).Error("no support for %s", is_too_large ? "vectors of more than 1048576 bits"
-                                                          : "replication whose count is not a constant number");
+    if (is_too_large)
+      veri_at(from).Error("vectors of more than %d bits are not supported", static_cast<int>(veri_max_width));
+    else
+      veri_at(from).Error("the count of a replication must be a known number that is not negative");
     return nullptr;
   }
   value = Pack(std::move(value));

@@ -385,7 +385,7 @@ void VeriVectorValue::Power(VeriVectorValue& exponent, const VeriTreeNode* from)
   size_t limbs = (_width + 31) / 32;
   uint64_t work = static_cast<uint64_t>(limbs) * limbs * bit_length(count);
   if (work > 1ULL << 32) {
-    veri_at(from).Error("no support for %s", "powers of numbers as wide as this");
+    veri_at(from).Error("powers of numbers as wide as this are not supported");
     return SetTo(VERI_DIGIT_X);
   }
   Limbs result{1};
