@@ -85,6 +85,7 @@ struct HDB_PORT {
   std::string name;
   int direction;
   const HDB_HDL_TYPE* type; // owned by the type database
+  std::string range{};      // "left:right" as the source has it, further dimensions behind "]["; empty for a single bit
 };
 
 class HDB_ENTITY : public HDB_DESIGN_UNIT {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "basex.h"
+#include "cfg.h"
 #include "unit_result.h"
 
 class FLOW_ANALYZE_INFO : public BASEX_ANALYZE_INFO {
@@ -15,10 +16,11 @@ public:
 
   HDB_ACTION_PT_INSTANCE* get_action_pt_inst() override { return &m_project; }
   std::string get_project_path() override;
-  bool is_create_default_symbol_file() override { return false; }
-  bool is_create_default_include_file() override { return false; }
-  bool is_create_default_component_file() override { return false; }
-  bool is_create_default_instantiation_file() override { return false; }
+  // Files for other entry tools are asked for by configuration variables.
+  bool is_create_default_symbol_file() override { return cfg_is_on("create_symbol_files", false); }
+  bool is_create_default_include_file() override { return cfg_is_on("create_include_files", false); }
+  bool is_create_default_component_file() override { return cfg_is_on("create_component_files", false); }
+  bool is_create_default_instantiation_file() override { return cfg_is_on("create_instantiation_files", false); }
   bool is_create_xml_interface_file() override { return m_xml; }
   bool is_simgen_mode() override { return false; }
   void set_xml(bool on) { m_xml = on; }

@@ -43,6 +43,7 @@ ZELK_ANALYZER_IMPL::~ZELK_ANALYZER_IMPL() { ZELK_ASSERT(m_veri_file == 0); }
 
 bool ZELK_ANALYZER_IMPL::analyze(BASEX_ANALYZE_INFO* info) {
   m_info = info;
+  m_has_filled_entities = false;
   zelk_init_message_handler();
   Message::SetConsoleOutput(0);
   Message::RegisterCallBackMsg(zelk_message_handler);
@@ -163,9 +164,18 @@ void ZELK_ANALYZER_IMPL::resolve_for_interface_files() {
 
 bool ZELK_ANALYZER_IMPL::write_interface_files() {
   resolve_for_interface_files();
-  if (Message::ErrorCount() != 0) return false;
-  if (m_info->is_create_xml_interface_file()) write_xml_interface_file();
-  return Message::ErrorCount() == 0;
+  bool result = true;
+  auto is_next = [this](bool is_wanted) {
+    if (!is_wanted || Message::ErrorCount() != 0) return false;
+    set_port_and_parameter_to_hdb_entity();
+    return true;
+  };
+  if (is_next(m_info->is_create_default_symbol_file())) create_default_symbol_file();
+  if (is_next(m_info->is_create_default_include_file())) create_default_include_file();
+  if (is_next(m_info->is_create_default_component_file())) result = create_default_component_file();
+  if (is_next(m_info->is_create_default_instantiation_file())) result &= create_default_instantiation_file();
+  if (m_info->is_create_xml_interface_file() && Message::ErrorCount() == 0) write_xml_interface_file();
+  return result && Message::ErrorCount() == 0;
 }
 
 void ZELK_ANALYZER_IMPL::write_xml_interface_file() {

@@ -13,6 +13,7 @@
 class BASEX_ANALYZE_INFO;
 class HDB_ACTION_PT_INSTANCE;
 class HDB_DESIGN_UNIT;
+class HDB_ENTITY;
 class HDB_SOURCE_FILE;
 class MSG_TEXT_LOCATION_SCHEMA;
 class Set;
@@ -65,6 +66,16 @@ private:
   void resolve_for_interface_files();
   bool write_interface_files();
   void write_xml_interface_file();
+
+  // Interface files of the host's own kinds, and what they need of the entities that this call found.
+  void set_port_and_parameter_to_hdb_entity();
+  void veri_set_port_and_parameter_to_hdb_entity(HDB_ENTITY* entity);
+  void check_for_same_veri_module_name();
+  void create_default_symbol_file();
+  void create_default_include_file();
+  /// False when a file could not be written.
+  bool create_default_component_file();
+  bool create_default_instantiation_file();
   HDB_ACTION_PT_INSTANCE* get_action_pt_inst() const;
 
   // Verilog macros of the project and of earlier files.
@@ -93,6 +104,7 @@ private:
                                   std::vector<std::string>& to);
 
   BASEX_ANALYZE_INFO* m_info = nullptr; // during one call
+  bool m_has_filled_entities = false;   // in this call
   veri_file* m_veri_file = nullptr;     // owned
 
   static Map* m_macro_defs;

@@ -141,13 +141,21 @@ TEST_F(HandlerTest, AnElaborationQueuesItsMessages) {
   FLOW_ELABORATE_INFO info(project, &unit, {}, "", FLOW_ELABORATE_INFO::PLACE_TOP, FLOW_ELABORATE_INFO::MODE_FULL);
   zelk_current_elab_info = &info;
   Message::Msg(MSG_ERROR, "VERI-1177", place, "see declaration of %s", "a");
+  Message::Msg(MSG_INFO, "VERI-1177", place, "see declaration of %s", "b");
+  Message::Msg(MSG_INFO, "VERI-1018", place, "compiling module %s", "m");
+  Message::Msg(MSG_WARNING, "VERI-9999", 0, "strange");
   zelk_current_elab_info = nullptr;
   EXPECT_TRUE(sink.shown.empty());
   EXPECT_EQ(msg_get_default_report()->get_message_count(MSG_KIND_ERROR), 0U);
   std::vector<std::unique_ptr<MSG_BASE>> queue = info.take_messages();
-  ASSERT_EQ(queue.size(), 1U);
+  ASSERT_EQ(queue.size(), 3U) << "in the order of their raising, without debug output";
   EXPECT_EQ(queue[0]->get_id(), 10784U);
   EXPECT_EQ(queue[0]->get_line(), 12);
+  EXPECT_EQ(queue[1]->get_id(), 10499U);
+  EXPECT_EQ(queue[2]->get_name(), "WZELK_GENERIC_WARNING");
+  for (const auto& message : queue) message->report(0);
+  EXPECT_EQ(sink.shown.size(), 3U);
+  EXPECT_EQ(msg_get_default_report()->get_message_count(MSG_KIND_ERROR), 1U);
 }
 
 TEST_F(HandlerTest, LocationsShowTheFileWithoutItsPath) {

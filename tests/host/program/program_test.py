@@ -315,6 +315,27 @@ class Outputs(Program):
         self.assertTrue((self.directory / "top.v").exists())
         self.assertTrue((self.directory / "top.json").exists())
 
+    def test_files_for_other_tools_have_one_text_for_each_module(self):
+        self.write("module part #(parameter W = 8, N = W / 2) (input clk, input [W-1:0] d, output reg [3:0] q, inout z);\n"
+                   "endmodule\nmodule plain(input a); endmodule\n")
+        self.run_host("--lint", "top.v", *(word for kind in ("symbol", "include", "component", "instantiation")
+                                          for word in ("--set", f"create_{kind}_files=on")))
+        texts = {path.name: path.read_text() for path in self.directory.iterdir()}
+        self.assertEqual(set(texts), {"top.v", *(name + end for name in ("part", "plain")
+                                                 for end in (".sym", ".inc", ".cmp", "_inst.v"))})
+        self.assertIn('(pin "d[W-1:0]" input (side left))', texts["part.sym"].replace(" - ", "-"))
+        self.assertIn("output [3:0] q", texts["part.inc"])
+        self.assertIn("W : integer := 8", texts["part.cmp"])
+        self.assertIn("q : out std_logic_vector(3 downto 0)", texts["part.cmp"])
+        self.assertIn(".z(z_sig)", texts["part_inst.v"])
+
+    def test_files_for_other_tools_of_names_that_differ_in_case_only(self):
+        self.write("module part(input a); endmodule\nmodule PART(input b); endmodule\n")
+        done = self.run_host("--lint", "--diagnostics=json", "--set", "create_symbol_files=on", "top.v", status=1)
+        self.assertEqual([m["name"] for m in json.loads(done.stderr)["diagnostics"]],
+                         ["EZELK_MODULE_NAMES_DIF_ONLY_IN_CASE"])
+        self.assertTrue((self.directory / "PART.sym").exists())
+
     def test_xml_describes_each_source(self):
         self.write(GOOD)
         self.run_host("--xml", "--lint", "top.v")
