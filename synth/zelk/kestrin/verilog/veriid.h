@@ -307,6 +307,10 @@ public:
   const std::vector<Reference>& References() const;
   /// A variable that is named only in processes that use it to count: nothing reads its nets.
   unsigned IsCounterOnly() const;
+  /// Whether no other process or subprogram names the variable.
+  bool IsNamedOnlyIn(const VeriTreeNode* process) const {
+    return _ref_processes.Size() == 1 && _ref_processes.Contains(process);
+  }
 
   void Check() const override;
   void Reset() override;

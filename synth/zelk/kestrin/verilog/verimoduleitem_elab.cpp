@@ -1,7 +1,9 @@
 // Elaboration of module items: declarations, continuous assignments, processes, generate constructs.
 #include <set>
 
+#include "database/instance.h"
 #include "database/net.h"
+#include "database/views.h"
 #include "util/services.h"
 #include "verilog/veri_file.h"
 #include "verilog/veridataflow.h"
@@ -116,11 +118,70 @@ void VeriAlwaysConstruct::Elaborate() {
   if (!veri_file::CheckForInterrupt(Linefile())) Connect(flow);
 }
 
+namespace {
+
+/// All nets in the cones of the given ones.
+class ConeNets {
+public:
+  void Add(const VeriValue& value) {
+    Array nets;
+    value.GetNets(nets);
+    for (Net* net : ItemsOf<Net*>(&nets)) Enter(net);
+    while (!_open.empty()) {
+      Net* net = _open.back();
+      _open.pop_back();
+      for (PortRef* driver : DriversOf(net))
+        if (_instances.Insert(driver->GetInst()))
+          for (PortRef* input : ConnectionsOf(driver->GetInst()))
+            if (input->IsInput()) Enter(input->GetNet());
+    }
+  }
+  bool ContainsAny(const VeriValue& value) const {
+    Array nets;
+    value.GetNets(nets);
+    for (Net* net : ItemsOf<Net*>(&nets))
+      if (_nets.Contains(net)) return true;
+    return false;
+  }
+
+private:
+  void Enter(Net* net) {
+    if (net && !veri_is_digit(net) && _nets.Insert(net)) _open.push_back(net);
+  }
+  Set _nets{HASH_POINTER};
+  Set _instances{HASH_POINTER};
+  std::vector<Net*> _open;
+};
+
+/// A variable of a block inside the process is often assigned on some paths only, because the others do not enter the
+/// block. What it holds there is nobody's concern when no other value is made of it.
+std::set<VeriIdDef*> PassingVariables(const VeriDataFlow& flow, const VeriTreeNode* process) {
+  std::set<VeriIdDef*> passing;
+  for (auto [id, value] : flow.Values().All()) {
+    const auto* variable = dynamic_cast<const VeriVariable*>(id->Template());
+    const VeriScope* scope = id->Template()->DeclaringScope();
+    const bool is_local = variable && scope && scope->Kind() == SCOPE_BLOCK && variable->IsNamedOnlyIn(process);
+    if (is_local && id->GetValue() && id->GetValue()->CreatesLoop(*value, true)) passing.insert(id);
+  }
+  if (passing.empty()) return passing;
+  ConeNets used;
+  for (auto [id, value] : flow.Values().All())
+    if (!passing.count(id)) used.Add(*value);
+  for (auto at = passing.begin(); at != passing.end();)
+    at = used.ContainsAny(*(*at)->GetValue()) ? passing.erase(at) : std::next(at);
+  return passing;
+}
+
+} // namespace
+
 /// Binds the variables' nets to the values at the end of the process.
 void VeriAlwaysConstruct::Connect(VeriDataFlow& flow) {
   bool is_level_sensitive = flow.EventControl().empty();
   bool has_latch = false;
+  std::set<VeriIdDef*> passing;
+  if (is_level_sensitive) passing = PassingVariables(flow, this);
   for (auto [id, final_value] : flow.Values().All()) {
+    if (passing.count(id)) continue;
     const auto* variable = dynamic_cast<const VeriVariable*>(id->Template());
     VeriValue* nets = id->GetValue();
     if (!nets || !variable || variable->IsCounterOnly()) continue;
