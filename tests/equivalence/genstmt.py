@@ -62,6 +62,8 @@ class Statements(Expressions):
             self.note("target concatenation")
             return self.assign(self.target_pair(signal, self.random.choice(others)), self.expression(depth), operator)
         target = self.reference(signal, True)[0]
+        if self.dialect == "s" and str(target) != signal.name:
+            return self.assign(target, self.expression(depth), operator)  # iverilog shifts parts of vectors wrongly in place
         if operator == "=" and self.dialect != "v" and self.chance(25) and signal in self.readable and signal is not self.result:
             return self.compound(target, depth)
         return self.assign(target, self.expression(depth), operator)
