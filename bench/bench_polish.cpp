@@ -1,6 +1,14 @@
-// Polish on netlists of three sizes: registers behind trees of branches, as elaboration leaves them.
+// Polish on netlists of three sizes: registers behind trees of branches, as elaboration leaves them, and gates at
+// random. The lines that end in BigO tell how the time of the whole pipeline, and of each scope that it names to the
+// profiler, grows. With ZELK_BENCH_SOURCE set, the largest netlist of gates is left in that file as Verilog, for a
+// comparison with other tools.
 #include <benchmark/benchmark.h>
 
+#include <chrono>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <map>
 #include <memory>
 #include <random>
 #include <string>
@@ -9,6 +17,7 @@
 #include "database/primitives.h"
 #include "database/views.h"
 #include "util/message.h"
+#include "util/services.h"
 
 namespace {
 
@@ -71,6 +80,137 @@ void PolishRegisters(benchmark::State& state) {
 }
 BENCHMARK(PolishRegisters)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
+/// Gates over 64 inputs and a register behind each eighth gate. One gate in sixteen has a constant input, one in
+/// sixteen does what another does, and what nothing reads is a tenth.
+class Gates {
+public:
+  explicit Gates(int64_t gates, std::ostream* verilog) : _verilog(verilog) {
+    for (int i = 0; i < 64; i++) AddNet(PortNet("i" + std::to_string(i), DIR_INPUT));
+    _clock = PortNet("c", DIR_INPUT);
+    Write("module gates(input c, input [63:0] i, output [63:0] o);\n");
+    for (int i = 0; i < 64; i++) Write("wire n" + std::to_string(i) + " = i[" + std::to_string(i) + "];\n");
+    while (_netlist->NumOfInsts() < gates) AddGate();
+    for (int i = 0; i < 64; i++) {
+      const size_t source = _nets.size() - 1 - i * (_nets.size() / 640);
+      Net* output = PortNet("o" + std::to_string(i), DIR_OUTPUT);
+      output->Wire(_nets[source]->Isolate(output, 1));
+      Write("assign o[" + std::to_string(i) + "] = n" + std::to_string(source) + ";\n");
+    }
+    Write("endmodule\n");
+  }
+  Netlist* netlist() { return _netlist.get(); }
+
+private:
+  void Write(const std::string& text) {
+    if (_verilog) *_verilog << text;
+  }
+  Net* PortNet(const std::string& name, port_dir direction) {
+    auto* port = new Port(name.c_str(), direction, 1);
+    auto* net = new Net(name.c_str(), 1);
+    _netlist->Add(port);
+    _netlist->Add(net);
+    net->Connect(port);
+    return net;
+  }
+  void AddNet(Net* net) { _nets.push_back(net); }
+
+  void AddGate() {
+    if (_random() % 16) // near ones, so that depth and fanout are those of a design
+      _last = {_random() % std::min<size_t>(_nets.size(), 4000), _random() % std::min<size_t>(_nets.size(), 400),
+               _random() % 4, !(_random() % 16)};
+    const size_t a = _nets.size() - 1 - _last.back_a;
+    const size_t b = _nets.size() - 1 - _last.back_b;
+    const std::string name = "n" + std::to_string(_nets.size());
+    const std::string left = "n" + std::to_string(a);
+    const std::string right = _last.has_constant ? "1'b1" : "n" + std::to_string(b);
+    Net* other = _last.has_constant ? _netlist->Pwr(0) : _nets[b];
+    if (_nets.size() % 8 == 0) {
+      Write("reg " + name + "; always @(posedge c) " + name + " <= " + left + ";\n");
+      AddNet(_netlist->Dffrs(_nets[a], _clock, _netlist->Gnd(0), _netlist->Gnd(0), 0));
+      return;
+    }
+    static constexpr const char* operators[] = {" & ", " | ", " ^ ", " ~^ "};
+    Write("wire " + name + " = " + left + operators[_last.kind] + right + ";\n");
+    switch (_last.kind) {
+    case 0: AddNet(Gate(PRIM_AND, _nets[a], other)); break;
+    case 1: AddNet(Gate(PRIM_OR, _nets[a], other)); break;
+    case 2: AddNet(Gate(PRIM_XOR, _nets[a], other)); break;
+    default: AddNet(Gate(PRIM_XNOR, _nets[a], other)); break;
+    }
+  }
+  /// Not the operations that fold on the way: the passes are to find what folds.
+  Net* Gate(prim_type_enum type, Net* a, Net* b) {
+    auto* output = new Net;
+    auto* inst = new Instance(nullptr, Prim::Static(type));
+    _netlist->Add(output);
+    _netlist->Add(inst);
+    inst->Connect(inst->View()->GetInput1(), a);
+    inst->Connect(inst->View()->GetInput2(), b);
+    inst->Connect(inst->View()->GetOutput(), output);
+    return output;
+  }
+
+  struct Choice {
+    size_t back_a, back_b, kind;
+    bool has_constant;
+  };
+  std::unique_ptr<Netlist> _netlist = std::make_unique<Netlist>("gates");
+  std::ostream* _verilog;
+  std::mt19937 _random{7};
+  Net* _clock;
+  std::vector<Net*> _nets;
+  Choice _last{};
+};
+
+/// Adds up the time of the scopes that the kernel names to its profiler.
+class ScopeTimes : public KernelServices {
+public:
+  using Clock = std::chrono::steady_clock;
+  ScopeTimes() { KernelServices::Set(this); }
+  ~ScopeTimes() override { KernelServices::Set(nullptr); }
+  void* ProfileBegin(const char* name) override { return new std::pair(std::string(name), Clock::now()); }
+  void ProfileEnd(void* scope) override {
+    const std::unique_ptr<std::pair<std::string, Clock::time_point>> begun(
+        static_cast<std::pair<std::string, Clock::time_point>*>(scope));
+    _seconds[begun->first] += std::chrono::duration<double>(Clock::now() - begun->second).count();
+  }
+  const std::map<std::string, double>& Seconds() const { return _seconds; }
+
+private:
+  std::map<std::string, double> _seconds;
+};
+
+constexpr int64_t gate_counts[] = {10000, 100000, 1000000};
+
+/// By size; measured once, since all scopes of a size come from one run.
+const std::map<std::string, double>& PolishGates(int64_t gates) {
+  static std::map<int64_t, std::map<std::string, double>> runs;
+  auto [run, is_new] = runs.try_emplace(gates);
+  if (!is_new) return run->second;
+  Message::SetConsoleOutput(0);
+  const char* path = gates == gate_counts[2] ? std::getenv("ZELK_BENCH_SOURCE") : nullptr;
+  std::ofstream file;
+  if (path) file.open(path);
+  Gates design(gates, path ? &file : nullptr);
+  ScopeTimes times;
+  design.netlist()->Polish();
+  return run->second = times.Seconds();
+}
+
+void RegisterScopes() {
+  for (const auto& [name, smallest] : PolishGates(gate_counts[0])) {
+    const std::string scope = name;
+    auto* bench = benchmark::RegisterBenchmark(("Polish gates: " + scope).c_str(), [scope](benchmark::State& state) {
+      const double seconds = PolishGates(state.range(0)).at(scope);
+      for (auto _ : state) state.SetIterationTime(seconds);
+      if (state.range(0) > gate_counts[0])
+        state.counters["exponent"] = std::log10(seconds / PolishGates(state.range(0) / 10).at(scope));
+    });
+    for (int64_t gates : gate_counts) bench->Arg(gates);
+    bench->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+  }
+}
+
 /// One net that all folding runs through, from the last gate built to the first.
 void FoldChain(benchmark::State& state) {
   for (auto _ : state) {
@@ -97,3 +237,10 @@ void FoldChain(benchmark::State& state) {
 BENCHMARK(FoldChain)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 } // namespace
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  RegisterScopes();
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+}
