@@ -1,8 +1,12 @@
 // Names across the scopes of generate constructs, blocks and subprograms.
 
-// Each round has its own net, function and block of statements; a round reads the one before it by its path.
+// Each round has its own net and block of statements; a round reads the one before it by its path.
 module scopes_rounds(input clk, input [7:0] a, b, output [7:0] sum, mix, output reg [7:0] q, output parity);
   genvar i, j;
+  function majority;
+    input x, y, z;
+    majority = (x & y) | (x & z) | (y & z);
+  endfunction
   generate
     for (i = 0; i < 8; i = i + 1) begin : bit_
       wire carry_in, carry;
@@ -11,10 +15,6 @@ module scopes_rounds(input clk, input [7:0] a, b, output [7:0] sum, mix, output 
       end else begin : other
         assign carry_in = bit_[i-1].carry;
       end
-      function majority;
-        input x, y, z;
-        majority = (x & y) | (x & z) | (y & z) ^ (i == 9);
-      endfunction
       assign carry = majority(a[i], b[i], carry_in);
       xor (odd, a[i], b[i]); // a net of each round that nothing declares
       assign sum[i] = odd ^ carry_in;
