@@ -28,6 +28,10 @@ class Design:
     options: dict = field(default_factory=dict)
     cycles: int = 1000
 
+    @property
+    def is_systemverilog(self):
+        return any(source.suffix == ".sv" for source in self.sources)
+
 
 def read_file_list(path):
     """The sources and include folders of a file list; paths are relative to the list."""
@@ -89,7 +93,8 @@ def yosys_read_gold(design):
     includes = "".join(f" -I{d}" for d in design.include_dirs)
     sources = " ".join(str(s) for s in design.sources)
     parameters = "".join(f" -chparam {k} {v}" for k, v in design.parameters.items())
-    return f"read_verilog{includes} {sources}; hierarchy -check -top {design.top}{parameters}; rename -top gold"
+    dialect = " -sv" if design.is_systemverilog else ""
+    return f"read_verilog{dialect}{includes} {sources}; hierarchy -check -top {design.top}{parameters}; rename -top gold"
 
 
 def yosys_read_gate(netlist):

@@ -18,7 +18,7 @@ from forms import check_forms
 from prove import prove
 from simulate import simulate
 
-METHODS = {"prove": prove, "simulate": simulate}
+METHODS = {"prove": prove, "simulate": simulate, "verilate": simulate}
 
 
 def check(design, host, directory, with_forms):

@@ -33,7 +33,7 @@ def prove_combinational(design, netlist, directory):
 
 def prove_one_step(design, netlist, directory):
     lower = f"proc; flatten; memory -nordff; techmap -map {ADFF_MAP}; dffunmap; opt_clean"
-    script = (f"{load_both(design, netlist, lower)}; expose -evert-dff -shared gold gate; "
+    script = (f"{load_both(design, netlist, lower)}; expose -dff -evert-dff -shared gold gate; "
               "miter -equiv -flatten -make_outputs -ignore_gold_x gold gate miter; hierarchy -top miter; "
               "select -assert-none t:$*ff* t:$*latch*; "
               "sat -verify -timeout 300 -enable_undef -set-def-inputs -prove trigger 0 -show-ports miter")

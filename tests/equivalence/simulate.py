@@ -8,6 +8,8 @@ from design import ROOT, run, top_module_name
 
 CLOCKS = ("clk", "clock", "c")
 RESETS = {"rst": 1, "reset": 1, "rst_n": 0, "reset_n": 0, "rstn": 0}
+# Without unknown values nothing can be said of registers that no reset has reached yet.
+VERILATED_SKIP = 20
 HERE = Path(__file__).resolve().parent
 
 
@@ -31,19 +33,21 @@ def instance(module, parameters, ports, name="dut", actuals=None):
     return f"  {escaped(module)} {'#(' + values + ')' if values else ''} {name} ({connections});"
 
 
-def random_stimulus(ports):
-    """Inputs of one cycle: random words, with runs of all zeros and all ones mixed in, and a rare reset."""
+def random_stimulus(ports, apart=False):
+    """Inputs of one cycle: random words, with runs of all zeros and all ones mixed in, and a rare reset. Apart, the
+    inputs change one after the other, so that latches do not depend on which of two changes a simulator sees first."""
     lines = []
+    pause = " #1;" if apart else ""
     for p in ports:
         if p.direction != "input" or p.name in CLOCKS:
             continue
         if p.name in RESETS:
             active = RESETS[p.name]
-            lines.append(f"    {p.name} = (cycle < 3 || ($urandom(seed) % 500) == 0) ? {active} : {1 - active};")
+            lines.append(f"    {p.name} = (cycle < 3 || ($urandom(seed) % 500) == 0) ? {active} : {1 - active};{pause}")
             continue
         words = ", ".join(["$urandom(seed)"] * ((p.width + 31) // 32))
         lines.append(f"    case ($urandom(seed) % 16) 0: {escaped(p.name)} = 0; 1: {escaped(p.name)} = ~0; "
-                     f"default: {escaped(p.name)} = {{{words}}}; endcase")
+                     f"default: {escaped(p.name)} = {{{words}}}; endcase{pause}")
     return "\n".join(lines)
 
 
@@ -57,7 +61,23 @@ def clock_edges(ports, sample):
     return initial, "\n".join(lines)
 
 
-def gold_bench(design, ports):
+def is_apart(design):
+    return "apart" in design.options
+
+
+def inputs_from_word(inputs, apart):
+    if not apart:
+        return "{" + ", ".join(escaped(p.name) for p in inputs) + "} = word;" if inputs else ""
+    lines, high = [], sum(p.width for p in inputs)
+    for p in inputs:
+        lines.append(f"{escaped(p.name)} = word[{high - 1}:{high - p.width}]; #1;")
+        high -= p.width
+    return "\n      ".join(lines)
+
+
+def gold_bench(design, ports, bench="bench", tag=""):
+    """A bench that runs the source and records. Several benches can run side by side when each has its own name and
+    tags its files."""
     inputs = [p for p in ports if p.direction == "input" and p.name not in CLOCKS]
     outputs = [p for p in ports if p.direction != "input"]
     driven = "{" + ", ".join(escaped(p.name) for p in inputs) + "}"
@@ -68,9 +88,9 @@ def gold_bench(design, ports):
         drive = "    stimulus;"
     else:
         extra = ""
-        drive = random_stimulus(ports)
+        drive = random_stimulus(ports, is_apart(design))
     return f"""`timescale 1ns/1ps
-module bench;
+module {bench};
   integer in_file, out_file, cycle, seed;
 {declarations(ports)}
 {instance(design.top, design.parameters, ports)}
@@ -80,29 +100,27 @@ module bench;
   end endtask
   initial begin
     seed = 32'h1badcafe;
-    in_file = $fopen("inputs.txt"); out_file = $fopen("gold.txt");
+    in_file = $fopen("{tag}inputs.txt", "w"); out_file = $fopen("{tag}gold.txt", "w");
     {initial}
     for (cycle = 0; cycle < {design.cycles}; cycle = cycle + 1) begin
       drive;
-      $fdisplay(in_file, "%b", {driven or "1'b0"});
+      $fdisplay(in_file, "%b", {driven if inputs else "1'b0"});
 {edges}
     end
-    $finish;
   end
 endmodule
 """
 
 
-def gate_bench(duts, ports, cycles=None):
+def gate_bench(duts, ports, cycles=None, bench="bench", tag="", apart=False):
     """A bench that drives the recorded inputs, or the first cycles of them, into several modules and records the outputs
     of each. Modules by the name of their recording."""
     inputs = [p for p in ports if p.direction == "input" and p.name not in CLOCKS]
     outputs = [p for p in ports if p.direction != "input"]
-    driven = "{" + ", ".join(escaped(p.name) for p in inputs) + "}"
     width = sum(p.width for p in inputs)
     opened, samples, wires, instances = [], [], [], []
     for name, module in duts.items():
-        opened.append(f'{name}_file = $fopen("{name}.txt");')
+        opened.append(f'{name}_file = $fopen("{tag}{name}.txt", "w");')
         seen = "{" + ", ".join(escaped(f"{name}.{p.name}") for p in outputs) + "}"
         samples.append(f'$fdisplay({name}_file, "%b", {seen});')
         wires += [f"  wire {vector(p)} {escaped(f'{name}.{p.name}')};" for p in outputs]
@@ -112,31 +130,30 @@ def gate_bench(duts, ports, cycles=None):
     newline = chr(10)
     limit = f"cycle < {cycles} && " if cycles else ""
     return f"""`timescale 1ns/1ps
-module bench;
+module {bench};
   integer in_file, cycle, {", ".join(f"{name}_file" for name in duts)};
-  reg [{width - 1}:0] word;
+  reg [{max(width, 1) - 1}:0] word;
 {declarations([p for p in ports if p.direction == "input"])}
 {newline.join(wires + instances)}
   initial begin
-    in_file = $fopen("inputs.txt", "r"); {" ".join(opened)}
+    in_file = $fopen("{tag}inputs.txt", "r"); {" ".join(opened)}
     {initial}
     cycle = 0;
     while ({limit}$fscanf(in_file, "%b\\n", word) == 1) begin
-      {driven} = word;
+      {inputs_from_word(inputs, apart)}
       cycle = cycle + 1;
 {edges}
     end
-    $finish;
   end
 endmodule
 """
 
 
-def simulate_one(bench, sources, include_dirs, directory, name):
+def simulate_one(bench, sources, include_dirs, directory, name, dialect="2005"):
     path = directory / f"{name}_bench.v"
     path.write_text(bench)
     includes = [word for d in include_dirs for word in ("-I", d)]
-    run(["iverilog", "-g2005", "-o", directory / f"{name}.vvp", "-s", "bench", *includes, path, *sources], directory)
+    run(["iverilog", f"-g{dialect}", "-o", directory / f"{name}.vvp", "-s", "bench", *includes, path, *sources], directory)
     run(["vvp", "-n", directory / f"{name}.vvp"], directory)
 
 
@@ -156,12 +173,12 @@ def named_difference(ports, gold, gate):
     return "; ".join(names)
 
 
-def compare(ports, directory, name="gate", cycles=None):
-    """Compares the recording of a netlist, of all or the first cycles, with that of the source; the answer tells how much
-    of it was defined, so that an empty run is seen."""
+def compare(ports, directory, name="gate", cycles=None, tag="", skipped=0):
+    """Compares the recording of a netlist, of all or the first cycles, with that of the source, from the sample `skipped`
+    on; the answer tells how much of it was defined, so that an empty run is seen."""
     clocks = sum(p.direction == "input" and p.name in CLOCKS for p in ports)
-    gold = (directory / "gold.txt").read_text().split()[:cycles and cycles * (1 + clocks)]
-    gate = (directory / f"{name}.txt").read_text().split()
+    gold = (directory / f"{tag}gold.txt").read_text().split()[skipped:cycles and cycles * (1 + clocks)]
+    gate = (directory / f"{tag}{name}.txt").read_text().split()[skipped:]
     if len(gold) != len(gate) or not gold:
         raise RuntimeError(f"the recordings have {len(gold)} and {len(gate)} samples")
     for number, (a, b) in enumerate(zip(gold, gate)):
@@ -174,8 +191,22 @@ def compare(ports, directory, name="gate", cycles=None):
     return f"simulated, {len(gold)} samples, {100 * known // total} % of the output bits defined"
 
 
+def run_verilator(bench, sources, directory):
+    """The same with verilator, which knows more of SystemVerilog, but no unknown values."""
+    path = directory / "verilated_bench.sv"
+    path.write_text(bench)
+    run(["verilator", "--binary", "--timing", "--top-module", "bench", "-Wno-lint", "-Wno-style", "-Wno-fatal",
+         "-CFLAGS", "-O0", "-MAKEFLAGS", "OPT_FAST=-O0 OPT_SLOW=-O0 OPT_GLOBAL=-O0", "-o", "sim", path, *sources],
+        directory)
+    run([directory / "obj_dir" / "sim"], directory)
+
+
 def simulate_gold(design, ports, directory):
-    simulate_one(gold_bench(design, ports), design.sources, design.include_dirs, directory, "gold")
+    bench = gold_bench(design, ports)
+    if design.method == "verilate":
+        return run_verilator(bench, design.sources, directory)
+    dialect = "2012" if design.is_systemverilog else "2005"
+    return simulate_one(bench, design.sources, design.include_dirs, directory, "gold", dialect)
 
 
 def simulate_gate(netlist, ports, directory):
@@ -185,4 +216,4 @@ def simulate_gate(netlist, ports, directory):
 def simulate(design, netlist, ports, directory):
     simulate_gold(design, ports, directory)
     simulate_gate(netlist, ports, directory)
-    return compare(ports, directory)
+    return compare(ports, directory, skipped=VERILATED_SKIP if design.method == "verilate" else 0)

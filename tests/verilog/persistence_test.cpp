@@ -1,6 +1,7 @@
 // Everything that the sources of the examples and of the tests are elaborated to is saved and comes back as it was,
 // from a file of either byte order.
 #include <filesystem>
+#include <fstream>
 
 #include "containers/assertion.h"
 #include "support/database_file.h"
@@ -10,18 +11,23 @@ namespace {
 
 class Persistence : public testing::TestWithParam<std::filesystem::path> {
 protected:
+  /// The file, or those of a design in the order of its list: packages come first.
+  static std::vector<std::filesystem::path> SourcesOf(const std::filesystem::path& source) {
+    if (!std::filesystem::is_directory(source)) return {source};
+    std::vector<std::filesystem::path> files;
+    std::ifstream list(source / "files.f");
+    for (std::string line; std::getline(list, line);)
+      if (!line.empty() && line[0] != '#' && line[0] != '-') files.push_back(source / line);
+    return files;
+  }
+
   /// Elaborates each module of the files as if it were the top.
   static unsigned ElaborateAll(Elaboration& elaboration, const std::filesystem::path& source) {
-    std::vector<std::filesystem::path> files;
-    if (std::filesystem::is_directory(source))
-      for (const auto& entry : std::filesystem::recursive_directory_iterator(source)) files.push_back(entry.path());
-    else
-      files.push_back(source);
-    std::sort(files.begin(), files.end());
-    for (const std::filesystem::path& file : files)
-      if (file.extension() == ".v") elaboration.file.Analyze(file.c_str(), VERI_2K);
+    for (const std::filesystem::path& file : SourcesOf(source))
+      elaboration.file.Analyze(file.c_str(), file.extension() == ".sv" ? VERI_SV : VERI_2K);
     std::vector<std::string> names;
-    for (VeriDesignUnit* unit : veri_file::GetLibrary("work")->Units()) names.emplace_back(unit->Name());
+    for (VeriDesignUnit* unit : veri_file::GetLibrary("work")->Units())
+      if (unit->IsModule() && !unit->IsInterface()) names.emplace_back(unit->Name());
     unsigned elaborated = 0;
     for (const std::string& name : names) elaborated += veri_file::Elaborate(name.c_str(), "work", nullptr) != 0;
     return elaborated;

@@ -30,11 +30,30 @@ void CollectPorts(DesignObj* object, Array& ports) {
 }
 
 /// The one-bit ports that a port of the source became, most significant first; empty when there is none of that name.
-void FindPorts(const Netlist* view, const char* name, Array& ports) {
-  if (PortBus* bus = view->GetPortBus(name))
+void FindPorts(const Netlist* view, const std::string& name, Array& ports) {
+  if (PortBus* bus = view->GetPortBus(name.c_str()))
     CollectPorts(bus, ports);
-  else if (Port* port = view->GetPort(name))
+  else if (Port* port = view->GetPort(name.c_str()))
     ports.Insert(port);
+}
+
+/// The same by the type of the port: unpacked structures and arrays of them are ports for each member and element.
+void FindPorts(const Netlist* view, const std::string& name, const VeriConstraint* type, Array& ports) {
+  unsigned found = ports.Size();
+  FindPorts(view, name, ports);
+  if (ports.Size() != found || !type || type->IsPacked()) return;
+  if (const VeriCompositeConstraint* composite = type->AsComposite()) {
+    for (const VeriCompositeConstraint::Member& member : composite->Members())
+      FindPorts(view, name + "." + member.name, member.type.get(), ports);
+    return;
+  }
+  const VeriArrayConstraint* array = type->AsArray();
+  const VeriRangeConstraint* range = array ? array->IndexConstraint() : nullptr;
+  for (unsigned pos = 0; range && pos < array->Length(); pos++) {
+    int64_t index =
+        range->IsUp() ? static_cast<int64_t>(range->LeftBound()) + pos : static_cast<int64_t>(range->LeftBound()) - pos;
+    FindPorts(view, name + "[" + std::to_string(index) + "]", array->ElementConstraintAt(pos), ports);
+  }
 }
 
 /// What a connection of an instance connects; null for none.
@@ -109,7 +128,7 @@ private:
   void Connect(const char* port_name, VeriExpression* actual, unsigned direction, const VeriConstraint* type);
   bool CheckType(const char* port, VeriExpression& actual, unsigned direction, const VeriConstraint& type) const;
   void ConnectInput(const char* name, VeriExpression* actual, const VeriConstraint* type, const Array& ports);
-  void ConnectOutput(const char* name, VeriExpression* actual, const Array& ports, bool is_inout);
+  void ConnectOutput(const char* name, VeriExpression* actual, const Array& ports, bool is_inout, bool is_signed);
   OwnedValue Share(OwnedValue value, const char* port, unsigned width) const;
   Array AddUnknownPorts(const char* formal, unsigned position, unsigned size);
   bool CheckConnects() const;
@@ -300,18 +319,19 @@ OwnedValue VeriInstantiation::Share(OwnedValue value, const char* port, unsigned
 
 void VeriInstantiation::ConnectInput(const char* name, VeriExpression* actual, const VeriConstraint* type,
                                      const Array& ports) {
+  if (actual->TypeInfer(nullptr).is_real) return actual->Error("can't connect port to a real value");
   OwnedValue value;
   if (_count > 1 || !type)
     value = Share(actual->Evaluate(nullptr), name, ports.Size());
   else
     value = actual->EvaluateFor(*type, nullptr);
   if (!value) return;
-  if (value->IsReal()) return actual->Error("can't connect port to a real value");
   if (!value->IsAggregate()) value = VeriValue::Adjust(std::move(value), ports.Size(), actual);
   if (value) value->Connect(_instance, ports);
 }
 
-void VeriInstantiation::ConnectOutput(const char* name, VeriExpression* actual, const Array& ports, bool is_inout) {
+void VeriInstantiation::ConnectOutput(const char* name, VeriExpression* actual, const Array& ports, bool is_inout,
+                                      bool is_signed) {
   if (const VeriIdDef* input = InputPortIn(*actual))
     return actual->Error("cannot assign to input port %s", input->Name());
   if (!kestrin_flag("zelk_disable_structural_net_check") && !IsStructuralNet(*actual))
@@ -326,7 +346,13 @@ void VeriInstantiation::ConnectOutput(const char* name, VeriExpression* actual, 
   VeriValue::EvaluateSliced(nets->Copy(), nets->Size() - common, common, 1)->Connect(_instance, low_ports);
   if (nets->Size() <= common || is_inout) return;
   OwnedValue rest = VeriValue::EvaluateSliced(nets->Copy(), 0, nets->Size() - common, 1);
-  rest->NetAssignFrom(VeriValue::Digits(rest->Size(), VERI_DIGIT_0), VERI_RESOLVE_WIRE, true, actual);
+  OwnedValue extension = VeriValue::Digits(1, VERI_DIGIT_0);
+  if (is_signed) {
+    extension = VeriValue::EvaluateSliced(nets->Copy(), nets->Size() - common, 1, 1);
+    extension->SetSigned();
+  }
+  extension = VeriValue::Adjust(std::move(extension), rest->Size());
+  rest->NetAssignFrom(std::move(extension), VERI_RESOLVE_WIRE, true, actual);
 }
 
 /// An array or structure meets one of its own kind (IEEE 1800-2005 clause 19.12); bits fit any bits.
@@ -352,12 +378,12 @@ void VeriInstantiation::Connect(const char* port_name, VeriExpression* actual, u
   VeriNodeScope node(actual);
   Array ports;
   if (type && !CheckType(port_name, *actual, direction, *type)) return;
-  FindPorts(_view, port_name, ports);
+  FindPorts(_view, port_name, type, ports);
   if (!ports.Size()) return;
   if (direction == VERI_INPUT)
     ConnectInput(port_name, actual, type, ports);
   else
-    ConnectOutput(port_name, actual, ports, direction == VERI_INOUT);
+    ConnectOutput(port_name, actual, ports, direction == VERI_INOUT, type && type->IsSigned());
 }
 
 /// The expression that the instance connects to a port; null when it leaves it open. For `.name` and `.*` a reference
@@ -410,7 +436,7 @@ bool VeriInstantiation::ConnectAll() {
 Array VeriInstantiation::AddUnknownPorts(const char* formal, unsigned position, unsigned size) {
   std::string name = formal ? formal : "p_" + std::to_string(position + 1);
   Array ports;
-  FindPorts(_view, name.c_str(), ports);
+  FindPorts(_view, name, ports);
   if (ports.Size()) return ports;
   if (size == 1) {
     auto* port = new Port(name.c_str(), DIR_INOUT, _inst->Linefile());

@@ -587,7 +587,8 @@ Net* VeriNonConstVal::Equal(veri_oper oper, const VeriNonConstVal& other, const 
     left.InsertLast(a);
     right.InsertLast(b);
   }
-  if (ambiguous) return unknown();
+  // Unknown where the other bits agree and decided where they do not: a constant is right in both cases.
+  if (ambiguous) return !left.Size() ? unknown() : is_negated ? one() : zero();
   Net* equal = nullptr;
   if (left.Size() < 2 || kestrin_flag("zelk_dont_extract_equality_ops")) {
     ArrayOf<Net> bits;

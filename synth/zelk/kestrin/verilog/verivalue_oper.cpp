@@ -106,7 +106,11 @@ OwnedValue VeriValue::CheckAgainst(OwnedValue value, const VeriConstraint& targe
     veri_at(from).Error("cannot assign or compare packed values to unpacked values or vice versa");
     return nullptr;
   }
-  if (value->IsReal()) return value;
+  if (value->IsReal()) { // rounded to the target (IEEE 1364-2005 4.8.2), with no word about the bits above
+    value = Adjust(ToVectorValue(std::move(value)), target.Size(), from);
+    expression_width = 0;
+    if (!value) return nullptr;
+  }
   if (value->IsAggregate()) return check_elements(std::move(value), target, from, sign_first);
 
   auto take_sign = [&] { target.IsSigned() ? value->SetSigned() : value->SetUnsigned(); };
