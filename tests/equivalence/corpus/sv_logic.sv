@@ -210,7 +210,7 @@ module child #(parameter int W = 4, parameter logic [W-1:0] K = '1) (input logic
   assign y = a ^ K;
 endmodule
 
-// prove: connections by name alone, and by star
+// simulate: connections by name alone, and by star, whose scope yosys does not see in a generate block
 module implicit_ports (input logic [3:0] a, output logic [3:0] y, z);
   child u1 (.a, .y);
   if (1) begin : other
