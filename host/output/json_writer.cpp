@@ -3,6 +3,7 @@
 #include "writer.h"
 
 #include <algorithm>
+#include <map>
 #include <unordered_map>
 
 #include <nlohmann/json.hpp>
@@ -114,6 +115,8 @@ private:
   static BITS word_address(const BITS& address, unsigned words, unsigned part, size_t width);
   BITS word_enables(const RAM_WRITE_PORT& port, unsigned part, unsigned width);
 
+  /// The bits of a port or of a net with a name.
+  BITS signal_bits(const SIGNAL& signal);
   BIT new_net() { return {BIT::NET, m_next_net++}; }
   BITS new_nets(size_t width);
   /// A net for each output that goes nowhere.
@@ -134,6 +137,9 @@ private:
   const CDB_SGATE_NODE* m_current = nullptr;
   std::unordered_map<int, char> m_power_up; // digits by net
   int m_next_net;
+  /// Nets of inputs that nothing reads: a constant in their place would be taken for a driver of what is connected
+  /// there.
+  std::map<std::pair<const SIGNAL*, size_t>, BIT> m_unread_inputs;
 };
 
 void JSON_MODULE::write(bool is_top) {
@@ -160,32 +166,39 @@ void JSON_MODULE::write_ports(JSON& module) {
   static constexpr const char* directions[] = {"input", "output", "inout"};
   JSON ports = JSON::object();
   for (const SIGNAL* port : m_view.get_ports()) {
-    BITS bits;
-    for (size_t offset = 0; offset < port->ios.size(); offset++) {
-      if (port->nets[offset] >= 0)
-        bits.push_back({BIT::NET, port->nets[offset]});
-      else
-        bits.push_back(m_view.input(port->ios[offset] ? port->ios[offset]->find_iterm(CDB_TERM_DATA) : nullptr));
-    }
     JSON& entry = ports[port->name];
     entry["direction"] = directions[port->direction];
     bool counts_from_zero = port->right == 0 || !port->is_vector;
     if (!counts_from_zero) entry["offset"] = std::min(port->left, port->right);
     if (port->left < port->right) entry["upto"] = 1;
-    entry["bits"] = json_bits(bits);
+    entry["bits"] = json_bits(signal_bits(*port));
   }
   module["ports"] = std::move(ports);
+}
+
+BITS JSON_MODULE::signal_bits(const SIGNAL& signal) {
+  BITS bits;
+  for (size_t offset = 0; offset < signal.nets.size(); offset++) {
+    if (signal.nets[offset] >= 0) {
+      bits.push_back({BIT::NET, signal.nets[offset]});
+      continue;
+    }
+    const CDB_SGATE_IO* io = signal.is_port ? signal.ios[offset] : nullptr;
+    BIT bit = m_view.input(io ? io->find_iterm(CDB_TERM_DATA) : nullptr);
+    if (bit.kind == BIT::UNCONNECTED && signal.is_port && signal.direction != CDB_IO_OUTPUT) {
+      auto [unread, is_new] = m_unread_inputs.try_emplace({&signal, offset});
+      if (is_new) unread->second = new_net();
+      bit = unread->second;
+    }
+    bits.push_back(bit);
+  }
+  return bits;
 }
 
 void JSON_MODULE::write_names(JSON& module) {
   JSON names = JSON::object();
   for (const SIGNAL& signal : m_view.get_signals()) {
-    BITS bits;
-    for (size_t offset = 0; offset < signal.nets.size(); offset++) {
-      const CDB_SGATE_IO* io = signal.is_port ? signal.ios[offset] : nullptr;
-      bits.push_back(signal.nets[offset] >= 0 ? BIT{BIT::NET, signal.nets[offset]}
-                                              : m_view.input(io ? io->find_iterm(CDB_TERM_DATA) : nullptr));
-    }
+    const BITS bits = signal_bits(signal);
     JSON& entry = new_member(names, signal.name);
     entry["hide_name"] = signal.is_port || !signal.place.file.empty() ? 0 : 1;
     entry["bits"] = json_bits(bits);
