@@ -179,7 +179,7 @@ HDB_HDL_TYPE* create_port_hdb_type(const VeriVariable* port, const PortBus* bus)
 /// The bounds are those of the elaborated ports, since declared ones may depend on parameters.
 void ZELK_KESTRIN_VERILOG_ELABORATOR::register_ports_type() {
   HDB_ACTION_PT_INSTANCE* ap_inst = m_elaborate_info->get_action_pt_inst();
-  HDB_ENTITY* entity = ap_inst->find_entity(m_module->Name(), 1, m_library->Name(), nullptr);
+  HDB_ENTITY* entity = ap_inst->find_entity(m_module->FullName().c_str(), 1, m_library->Name(), nullptr);
   if (!entity || !m_elaborated_netlist) return;
   entity->clear_ports();
   for (const VeriVariable* port : m_module->Ports()) {

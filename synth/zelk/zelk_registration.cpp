@@ -75,7 +75,7 @@ void ZELK_ANALYZER_IMPL::register_module(VeriDesignUnit* v_module) {
   const char* library = library_of(v_module);
   const char* filename = file_of(v_module);
   HDB_SOURCE_FILE* file = filename ? find_or_create_source_file(filename, library) : m_info->source_file;
-  add_to_entity_list(new ZELK_ENTITY(file, place_of(id), id->Name(), new ZELK_ELABORATOR,
+  add_to_entity_list(new ZELK_ENTITY(file, place_of(id), v_module->FullName().c_str(), new ZELK_ELABORATOR,
                                      HDB_DESIGN_UNIT::TYPE_VERILOG_MODULE, {}, library));
 }
 
@@ -157,7 +157,7 @@ bool is_encrypted(HDB_ACTION_PT_INSTANCE* ap_inst, const VeriDesignUnit* unit) {
 
 /// The host learns which parameters an instance can set: name, keyword, default value.
 void register_parameters(HDB_ACTION_PT_INSTANCE* ap_inst, const VeriModule* module) {
-  HDB_ENTITY* entity = ap_inst->find_entity(module->Name(), 1, library_of(module), nullptr);
+  HDB_ENTITY* entity = ap_inst->find_entity(module->FullName().c_str(), 1, library_of(module), nullptr);
   if (!entity) return;
   HDB_ENTITY::PARAMETERS parameters;
   for (const VeriParamId* id : module->OverridableParams())

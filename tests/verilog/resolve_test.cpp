@@ -633,11 +633,11 @@ TEST(MutableState, ComesBackAsItWas) {
   VeriParamId id("p", VERI_PARAMETER, 1);
   id.SetValue(VeriValue::FromInteger(1));
   id.Set(IDF_READ);
-  id.PushMutable();
+  std::unique_ptr<VeriIdDef> saved = id.SaveMutable();
   EXPECT_EQ(id.VeriValuedId::GetValue(), nullptr);
   id.SetValue(VeriValue::FromInteger(2));
   id.Set(IDF_RAM);
-  id.PopMutable();
+  id.RestoreMutable(std::move(saved));
   ASSERT_NE(id.VeriValuedId::GetValue(), nullptr);
   EXPECT_EQ(id.VeriValuedId::GetValue()->Integer(), 1);
   EXPECT_TRUE(id.Is(IDF_READ));

@@ -3,5 +3,5 @@ module unsupported(input logic a, output logic q); // expect: error VERI-1072 10
   class k; endclass // expect: error SV-1008 10875 "no support for classes"
   alias a = q; // expect: error SV-1008 10875 "no support for net aliases"
   bind unsupported leaf u(); // expect: error SV-1008 10875 "no support for bind directives"
-  assign q = a inside {1, 0}; // expect: error SV-1008 10875 "no support for the operator inside"
+  assign q = {<<{a}}; // expect: error SV-1008 10875 "no support for streaming concatenations"
 endmodule

@@ -30,9 +30,11 @@ struct ParserState {
   VeriScope* scope = nullptr;
   VeriScopeHead* block = nullptr;      // the innermost open block of statements
   VeriScopeHead* subprogram = nullptr; // the open function or task
+  VeriScopeHead* unit = nullptr;       // the innermost open design unit
   std::vector<Imported> imports;
   std::unordered_map<const VeriScope*, unsigned> generate_constructs; // numbers used up in a scope
   unsigned port_direction = 0;                                        // that a port without direction takes over
+  unsigned modport_direction = 0;                                     // likewise in a modport
   // Tokens: one that was taken too early, and the last two that the parser got.
   veri_token kept;
   bool has_kept = false;
@@ -72,6 +74,7 @@ VeriPatternParts::~VeriPatternParts() {
 namespace {
 
 VeriIdDef* find_in_package(const char* package, const char* name) {
+  if (!std::strcmp(package, "$unit")) return parser.work->GetScope()->FindHere(name);
   const VeriPackage* unit = veri_file::FindPackage(package, parser.work);
   return unit ? unit->GetScope()->FindHere(name) : nullptr;
 }
@@ -165,15 +168,15 @@ void veri_unread(int code, veri_location place) {
   keep(token);
 }
 
-void veri_skip_to(int code) {
+void veri_skip_to(int code, int opening) {
   veri_token token;
   unsigned depth = 0;
   for (;;) {
     scan(&token);
     if (token.code == VERI_END_OF_INPUT || (token.code == code && !depth)) break;
-    if (token.code == VERI_OPAREN) depth++;
-    if (token.code == VERI_CPAREN && depth) depth--;
-    if (code != VERI_CPAREN) depth = 0;
+    if (token.code == code) depth--;
+    if (token.code == opening && parser.last_code != VERI_TYPEDEF) depth++;
+    parser.last_code = token.code;
   }
   keep(token);
 }
@@ -214,6 +217,11 @@ void veri_check_delays(const VeriExpressions& delays, veri_location place) {
   if (delays.Size() > max_delays)
     veri_error(place, "a delay has at most %d values, not %d", static_cast<int>(max_delays),
                static_cast<int>(delays.Size()));
+}
+
+void veri_need_verilog_2001(veri_location place, const char* feature) {
+  if (VeriNode::Dialect() == VERI_95)
+    veri_error(place, "no support for %s", (std::string(feature) + " before Verilog 2001").c_str());
 }
 
 void veri_unsupported(veri_location place, const char* feature) {
@@ -397,6 +405,7 @@ std::unique_ptr<VeriScope> pop_scope(VeriScopeHead* head) {
 VeriScopeHead::~VeriScopeHead() {
   if (parser.block == this) parser.block = outer;
   if (parser.subprogram == this) parser.subprogram = nullptr;
+  if (parser.unit == this) parser.unit = outer;
   if (!scope) return;
   for (const VeriScope* inner = parser.scope; inner; inner = inner->Upper())
     if (inner == scope.get()) {
@@ -526,6 +535,8 @@ void complete(VeriDataDecl* decl, VeriIdDecl* declaration, unsigned net_type) {
 }
 
 void complete_port(VeriDataDecl* decl, VeriIdDecl* declaration, bool of_subprogram) {
+  if (declaration->Ranges())
+    veri_need_systemverilog(static_cast<veri_location>(declaration->Linefile()), "an array port");
   complete(decl, declaration, net_type_of_port(decl, of_subprogram));
   VeriIdDef* id = declaration->GetId();
   if (decl->HasExplicitType()) id->Set(IDF_TYPED);
@@ -570,6 +581,7 @@ VeriDataDecl* new_decl(unsigned direction, unsigned net_type, VeriTypeDef* type,
 } // namespace
 
 VeriIdDecl* veri_new_variable(const char* name, VeriRanges* ranges, VeriExpression* value, veri_location place) {
+  if (ranges && ranges->Size() > 1) veri_need_verilog_2001(place, "an array of several dimensions");
   return new VeriIdDecl(std::make_unique<VeriVariable>(name, 0, place), ranges, value, place);
 }
 
@@ -577,12 +589,33 @@ VeriIdDecl* veri_new_param(const char* name, VeriRanges* ranges, VeriExpression*
   return new VeriIdDecl(std::make_unique<VeriParamId>(name, VERI_PARAMETER, place), ranges, value, place);
 }
 
+VeriNetType* veri_net_type(unsigned token, VeriStrength* strength, unsigned scalared, VeriExpressions* delay,
+                           veri_location place) {
+  return new VeriNetType(token, strength, scalared, delay, place);
+}
+
 VeriIdDecl* veri_new_member(const char* name, VeriRanges* ranges, veri_location place) {
   return new VeriIdDecl(std::make_unique<VeriStructUnionMemberId>(name, place), ranges, nullptr, place);
 }
 
 VeriIdDecl* veri_new_enum_element(const char* name, VeriExpression* value, veri_location place) {
-  return new VeriIdDecl(std::make_unique<VeriEnumId>(name, place), nullptr, value, place);
+  return new VeriEnumElementDecl(std::make_unique<VeriEnumId>(name, place), value, place);
+}
+
+VeriIdDecls* veri_append_enum_elements(VeriIdDecls* elements, const char* name, int first, int last,
+                                       VeriExpression* value, veri_location place) {
+  if (!elements) elements = new VeriIdDecls;
+  const int step = first <= last ? 1 : -1;
+  constexpr int most = 1 << 16;
+  if (std::abs(static_cast<int64_t>(last) - first) > most) {
+    veri_unsupported(place, "an enumeration of this size");
+    last = first;
+  }
+  for (int number = first;; number += step) {
+    const std::string full_name = name + std::to_string(number);
+    elements->Insert(veri_new_enum_element(full_name.c_str(), std::exchange(value, nullptr), place));
+    if (number == last) return elements;
+  }
 }
 
 VeriIdDecl* veri_declare_genvar(const char* name, veri_location place) {
@@ -612,19 +645,33 @@ VeriModuleItem* veri_tf_port_decl(unsigned direction, VeriTypeDef* type, VeriIdD
   return decl;
 }
 
-VeriModuleItem* veri_net_decl(unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
-  check_type(type, {}, net_type, place);
-  VeriDataDecl* decl = new_decl(0, net_type, type, ids, place);
+VeriModuleItem* veri_net_decl(VeriNetType* net_type, VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  const unsigned token = net_type->Token();
+  check_type(type, {}, token, place);
+  VeriDataDecl* decl = new_decl(0, token, type, ids, place);
+  if (net_type->IsPlain())
+    delete net_type;
+  else
+    decl->SetNetType(net_type);
   for (VeriIdDecl* id : *ids) {
-    complete(decl, id, net_type);
+    if (id->Ranges()) veri_need_verilog_2001(static_cast<veri_location>(id->Linefile()), "an array of nets");
+    complete(decl, id, token);
     declare_net_reg(id);
   }
   return decl;
 }
 
+VeriModuleItem* veri_const_decl(VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  VeriModuleItem* item = veri_data_decl(type, ids, place);
+  static_cast<VeriDataDecl*>(item)->SetIsConst();
+  return item;
+}
+
 VeriModuleItem* veri_data_decl(VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
   VeriDataDecl* decl = new_decl(0, 0, type, ids, place);
   for (VeriIdDecl* id : *ids) {
+    if (id->Value())
+      veri_need_verilog_2001(static_cast<veri_location>(id->Linefile()), "a value in the declaration of a variable");
     complete(decl, id, 0);
     declare_net_reg(id);
   }
@@ -665,6 +712,7 @@ void declare_param(const VeriParamDecl* decl, VeriTypeDef* type, VeriIdDecl* dec
 } // namespace
 
 VeriModuleItem* veri_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
+  if (is_explicit(type)) veri_need_verilog_2001(place, "a parameter with a type");
   VeriParamDecl* decl = new_param_decl(token, type, ids, place);
   for (VeriIdDecl* id : *ids) declare_param(decl, type, id);
   return decl;
@@ -672,6 +720,7 @@ VeriModuleItem* veri_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* 
 
 VeriModuleItem* veri_param_port(unsigned token, VeriTypeDef* type, VeriIdDecl* id, veri_location place) {
   if (token == VERI_LOCALPARAM) veri_need_systemverilog(place, "a local parameter in a parameter list");
+  veri_need_verilog_2001(place, "a list of parameters in the head of a module");
   return veri_param_decl(token, type, veri_list<VeriIdDecl>(id), place);
 }
 
@@ -748,21 +797,32 @@ VeriTypeDef* veri_atom_type(unsigned token, unsigned signing, VeriRanges* ranges
 
 namespace {
 
-void refuse_dimensions(VeriRanges* ranges, veri_location place, const char* feature) {
-  if (ranges) veri_unsupported(place, feature);
-  delete ranges;
+VeriTypeDef* with_dimensions(VeriTypeDef* type, VeriRanges* ranges, veri_location place) {
+  return ranges ? new VeriArrayTypeDef(type, ranges, place) : type;
 }
 
 } // namespace
 
-VeriTypeDef* veri_struct_type(unsigned token, unsigned packed, unsigned signing, VeriNodes<VeriDataDecl>* members,
-                              VeriRanges* ranges, veri_location place) {
-  refuse_dimensions(ranges, place, "packed dimensions of a struct or union");
-  return new VeriStructUnionTypeDef(token, packed != 0, signing, members, place);
+VeriTypeDef* veri_struct_type(unsigned token, bool is_tagged, unsigned packed, unsigned signing,
+                              VeriNodes<VeriDataDecl>* members, VeriRanges* ranges, veri_location place) {
+  auto* type = new VeriStructUnionTypeDef(token, packed != 0, signing, members, place);
+  if (is_tagged) type->SetIsTagged();
+  return with_dimensions(type, ranges, place);
+}
+
+VeriRange* veri_sized_dimension(VeriExpression* size, veri_location place) {
+  veri_need_systemverilog(place, "dimension given by its size");
+  if (!size->IsOpen()) return new VeriRange(size, nullptr, VERI_COLON, place);
+  delete size;
+  return veri_unsupported_dimension(place, "queues");
+}
+
+VeriRange* veri_unsupported_dimension(veri_location place, const char* feature) {
+  return new VeriRange(veri_unsupported_operand(place, feature), nullptr, VERI_COLON, place);
 }
 
 VeriDataDecl* veri_struct_member(VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
-  auto* decl = new VeriDataDecl(0, 0, type, ids, place);
+  auto* decl = new VeriStructUnionMemberDecl(type, ids, place);
   for (VeriIdDecl* declaration : *ids) {
     auto* id = declaration->IdAs<VeriStructUnionMemberId>();
     id->SetType(type);
@@ -773,7 +833,6 @@ VeriDataDecl* veri_struct_member(VeriTypeDef* type, VeriIdDecls* ids, veri_locat
 }
 
 VeriTypeDef* veri_enum_type(VeriTypeDef* base, VeriIdDecls* elements, VeriRanges* ranges, veri_location place) {
-  refuse_dimensions(ranges, place, "packed dimensions of an enumeration");
   auto* type = new VeriEnumTypeDef(base, elements, place);
   for (VeriIdDecl* element : *elements) {
     auto* id = element->IdAs<VeriEnumId>();
@@ -781,7 +840,7 @@ VeriTypeDef* veri_enum_type(VeriTypeDef* base, VeriIdDecls* elements, VeriRanges
     id->SetType(type);
     declare_id(id);
   }
-  return type;
+  return with_dimensions(type, ranges, place);
 }
 
 // Ports of a head.
@@ -815,6 +874,7 @@ void declare_ansi_port(VeriDataDecl* decl, VeriIdDecl* id) {
 
 VeriExpression* veri_ansi_port(unsigned direction, unsigned net_type, VeriTypeDef* type, VeriIdDecl* id,
                                veri_location place) {
+  veri_need_verilog_2001(place, "a list of port declarations");
   direction = direction_of_port(direction, place);
   check_port_type(direction, type, /*of_subprogram=*/false, place);
   VeriDataDecl* decl = new_decl(direction, net_type, type, veri_list<VeriIdDecl>(id), place);
@@ -849,6 +909,7 @@ VeriExpressions* veri_continue_ansi_port(VeriExpressions* ports, VeriIdDecl* id,
 }
 
 VeriDataDecl* veri_tf_port(unsigned direction, VeriTypeDef* type, VeriIdDecl* id, veri_location place) {
+  veri_need_verilog_2001(place, "a list of port declarations");
   VeriModuleItem* decl = veri_tf_port_decl(direction_of_port(direction, place), type, veri_list<VeriIdDecl>(id), place);
   return static_cast<VeriDataDecl*>(decl);
 }
@@ -871,8 +932,11 @@ VeriModuleItems* veri_continue_tf_port(VeriModuleItems* ports, VeriIdDecl* id, M
 
 // Design units.
 
-VeriScopeHead* veri_open_unit(unsigned token, const char* name, veri_location place) {
+VeriScopeHead* veri_open_unit(unsigned token, const char* name, veri_location place, unsigned lifetime) {
   auto* head = new VeriScopeHead(token, place);
+  if (lifetime) veri_need_systemverilog(place, "the lifetime of a design unit");
+  head->is_automatic = lifetime == VERI_AUTOMATIC;
+  head->outer = std::exchange(parser.unit, head);
   head->unit_id = std::make_unique<VeriDesignUnitId>(name, token, place);
   check_for_keyword(head->unit_id.get());
   head->celldefine = VeriLex::GetCelldefine();
@@ -901,6 +965,7 @@ VeriDesignUnit* veri_new_module(VeriScopeHead* head, VeriModuleItems* imports, V
   }
   module->AddAttributes(attributes);
   module->SetDirectives(head->celldefine, head->default_nettype);
+  module->SetTimes(std::move(head->time_unit), std::move(head->time_precision));
   module->SetAnnotations(VeriAnnotations::Take());
   return module;
 }
@@ -921,6 +986,13 @@ VeriDesignUnit* veri_new_package(VeriScopeHead* head, VeriModuleItems* items, Ma
   return package;
 }
 
+VeriDesignUnit* veri_new_config(const char* name, VeriNodes<VeriName>* design, VeriNodes<VeriConfigRule>* rules,
+                                veri_location place) {
+  auto id = std::make_unique<VeriDesignUnitId>(name, VERI_CONFIG, place);
+  check_for_keyword(id.get());
+  return new VeriConfiguration(std::move(id), design, rules, place);
+}
+
 void veri_finish_unit(VeriDesignUnit* unit, Map* attributes) {
   if (!unit) return VeriTreeNode::DeleteAttributes(attributes);
   unit->AddAttributes(attributes);
@@ -928,7 +1000,8 @@ void veri_finish_unit(VeriDesignUnit* unit, Map* attributes) {
     delete unit;
     return;
   }
-  veri_file::NewlyFound().Insert(unit->GetId());
+  // The host knows of no configurations.
+  if (!unit->IsConfiguration()) veri_file::NewlyFound().Insert(unit->GetId());
   if (parser.work->AddDesignUnit(unit)) return;
   veri_file::NewlyFound().Remove(unit->GetId());
   delete unit;
@@ -980,7 +1053,14 @@ void veri_time_unit(const char* unit, const char* precision) {
   const int unit_power = unit ? check_time_unit_value(unit) : 0;
   const int precision_power = precision ? check_time_unit_value(precision) : 0;
   if (unit && precision && precision_power > unit_power) kestrin_debug("Precision must be less than unit");
-  if (parser.scope != parser.work->GetScope() || !unit) return;
+  if (parser.unit) {
+    const auto place = static_cast<veri_location>(VeriLex::GetLineFile());
+    auto literal = [place](const char* text) { return static_cast<VeriTimeLiteral*>(veri_time_literal(text, place)); };
+    if (unit) parser.unit->time_unit.reset(literal(unit));
+    if (precision) parser.unit->time_precision.reset(literal(precision));
+    return;
+  }
+  if (!unit) return;
   parser.work->SetTimeScale(precision ? (std::string(unit) + "/" + precision).c_str() : unit);
 }
 
@@ -1046,7 +1126,7 @@ namespace {
 
 VeriScopeHead* open_subprogram(unsigned token, unsigned lifetime, std::unique_ptr<VeriIdDef> id, veri_location place) {
   auto* head = new VeriScopeHead(token, place);
-  head->is_automatic = lifetime == VERI_AUTOMATIC;
+  head->is_automatic = lifetime ? lifetime == VERI_AUTOMATIC : parser.unit && parser.unit->is_automatic;
   declare_id(id.get());
   push_scope(head, SCOPE_SUBPROGRAM, id.get());
   head->id = std::make_unique<VeriIdDecl>(std::move(id), nullptr, nullptr, place);
@@ -1104,8 +1184,9 @@ VeriModuleItem* veri_end_subprogram(VeriScopeHead* head, VeriModuleItems* ports,
   assign_initial_values(body);
   VeriModuleItems* declarations = veri_join(ports, body ? body->declarations.release() : nullptr);
   VeriStatements* statements = body ? body->statements.release() : nullptr;
-  if (!statements) veri_need_systemverilog(head->place, "a subprogram without statements");
-  if (statements && statements->Size() > 1)
+  const bool is_broken = Message::ErrorCount() != head->errors; // of which that was told
+  if (!statements && !is_broken) veri_need_systemverilog(head->place, "a subprogram without statements");
+  if (statements && statements->Size() > 1 && !is_broken)
     veri_need_systemverilog(head->place, "a subprogram with several statements");
   VeriIdDef* id = head->id->GetId();
   std::unique_ptr<VeriScope> scope = pop_scope(head);
@@ -1167,9 +1248,13 @@ VeriExpression* veri_implicit_connection(const char* formal, veri_location place
   return new VeriPortConnect(formal, new VeriIdRef(formal, place), true, place);
 }
 
-VeriModuleItem* veri_instantiation(const char* module, VeriExpressions* parameters, VeriNodes<VeriInst>* insts,
-                                   veri_location place) {
-  auto* item = new VeriModuleInstantiation(new VeriIdRef(module, place), parameters, insts, place);
+VeriModuleItem* veri_instantiation(const char* module, VeriStrength* strength, VeriExpressions* parameters,
+                                   VeriNodes<VeriInst>* insts, veri_location place) {
+  for (const VeriExpression* value : ItemsOf<const VeriExpression*>(parameters)) {
+    const auto* named = dynamic_cast<const VeriPortConnect*>(value);
+    if (named && named->NamedFormal()) veri_need_verilog_2001(place, "a parameter given by its name");
+  }
+  auto* item = new VeriModuleInstantiation(new VeriIdRef(module, place), strength, parameters, insts, place);
   for (VeriInst* inst : *insts) {
     VeriInstId* id = inst->GetInstId();
     if (!id) continue;
@@ -1179,8 +1264,9 @@ VeriModuleItem* veri_instantiation(const char* module, VeriExpressions* paramete
   return item;
 }
 
-VeriModuleItem* veri_gate_instantiation(unsigned token, VeriNodes<VeriInst>* insts, veri_location place) {
-  auto* item = new VeriGateInstantiation(token, insts, place);
+VeriModuleItem* veri_gate_instantiation(unsigned token, VeriStrength* strength, VeriExpressions* delay,
+                                        VeriNodes<VeriInst>* insts, veri_location place) {
+  auto* item = new VeriGateInstantiation(token, strength, delay, insts, place);
   for (VeriInst* inst : *insts)
     if (inst->GetId()) inst->GetId()->SetModuleItem(item);
   return item;
@@ -1198,11 +1284,11 @@ VeriModuleItem* veri_generate_for(const char* genvar, VeriExpression* initial, V
                                   VeriExpression* step, VeriModuleItem* body, VeriScopeHead* own_genvar,
                                   veri_location place) {
   const std::unique_ptr<VeriScopeHead> head(own_genvar);
-  if (!head)
-    return new VeriGenerateFor(new VeriIdRef(genvar, place), initial, condition, step, body, nullptr, nullptr, place);
-  std::unique_ptr<VeriScope> scope = pop_scope(head.get());
-  auto* name = new VeriIdRef(VeriLex::Intern(head->id->GetId()->Name()), place);
-  return new VeriGenerateFor(name, initial, condition, step, body, head->id.release(), std::move(scope), place);
+  std::unique_ptr<VeriScope> scope = head ? pop_scope(head.get()) : nullptr;
+  auto* name = new VeriIdRef(head ? VeriLex::Intern(head->id->GetId()->Name()) : genvar, place);
+  auto* assign = new VeriGenVarAssign(name, initial, place);
+  VeriIdDecl* declared = head ? head->id.release() : nullptr;
+  return new VeriGenerateFor(assign, condition, step, body, declared, std::move(scope), place);
 }
 
 VeriScopeHead* veri_open_generate_block(const char* label, veri_location place) {
@@ -1238,11 +1324,72 @@ VeriModuleItem* veri_end_single_generate(VeriScopeHead* head, VeriModuleItem* it
   return veri_end_generate_block(head, veri_append_item(new VeriModuleItems, item, nullptr), nullptr, 0);
 }
 
+void veri_need_generate(veri_location place) { veri_need_verilog_2001(place, "a generate construct"); }
+
+VeriScopeHead* veri_open_specify(veri_location place) {
+  auto* head = new VeriScopeHead(VERI_SPECIFY, place);
+  push_scope(head, SCOPE_BLOCK, nullptr);
+  return head;
+}
+
+VeriModuleItem* veri_end_specify(VeriScopeHead* head, VeriModuleItems* items) {
+  const std::unique_ptr<VeriScopeHead> owned(head);
+  std::unique_ptr<VeriScope> scope = pop_scope(head);
+  return new VeriSpecifyBlock(items, std::move(scope), head->place);
+}
+
+VeriScopeHead* veri_open_property(unsigned token, const char* name, veri_location place) {
+  auto* head = new VeriScopeHead(token, place);
+  std::unique_ptr<VeriIdDef> id;
+  if (token == VERI_PROPERTY)
+    id = std::make_unique<VeriPropertyId>(name, place);
+  else
+    id = std::make_unique<VeriSequenceId>(name, place);
+  declare_id(id.get());
+  push_scope(head, SCOPE_SUBPROGRAM, id.get());
+  head->id = std::make_unique<VeriIdDecl>(std::move(id), nullptr, nullptr, place);
+  return head;
+}
+
+VeriModuleItem* veri_property_port(VeriTypeDef* type, VeriIdDecl* id) {
+  const auto place = static_cast<veri_location>(id->Linefile());
+  VeriDataDecl* decl = new_decl(0, 0, type, veri_list<VeriIdDecl>(id), place);
+  complete(decl, id, 0);
+  id->IdAs<VeriVariable>()->SetDir(VERI_INPUT);
+  declare_id(id->GetId());
+  return decl;
+}
+
+VeriModuleItem* veri_end_property(VeriScopeHead* head, VeriModuleItems* ports, VeriModuleItems* declarations,
+                                  VeriExpression* body, const char* label, veri_location label_place) {
+  const std::unique_ptr<VeriScopeHead> owned(head);
+  veri_check_closing_label(head->id->GetId()->Name(), label, label_place);
+  std::unique_ptr<VeriScope> scope = pop_scope(head);
+  VeriIdDef* id = head->id->GetId();
+  VeriModuleItem* item = nullptr;
+  if (head->token == VERI_PROPERTY)
+    item = new VeriPropertyDecl(head->id.release(), ports, declarations, body, std::move(scope), head->place);
+  else
+    item = new VeriSequenceDecl(head->id.release(), ports, declarations, body, std::move(scope), head->place);
+  id->SetModuleItem(item);
+  return item;
+}
+
+VeriExpression* veri_sequence(unsigned token, VeriExpression* left, VeriExpression* control, VeriExpression* right,
+                              veri_location place, VeriExpressions* list) {
+  auto* sequence = new VeriSequenceOperator(token, left, control, right, place);
+  if (list) sequence->SetList(list);
+  return veri_bounded(sequence);
+}
+
 VeriModuleItem* veri_nested_module(VeriDesignUnit* unit, veri_location place) {
   if (!unit) return nullptr;
   auto* module = static_cast<VeriModule*>(unit);
   module->GetId()->SetLibrary(parser.work);
-  if (*module->Name()) declare_id(module->GetId());
+  if (*module->Name()) {
+    declare_id(module->GetId());
+    veri_file::NewlyFound().Insert(module->GetId());
+  }
   return new VeriNestedModule(module, place);
 }
 
@@ -1252,7 +1399,7 @@ VeriScopeHead* veri_open_modport(const char* name, veri_location place) {
   declare_id(id.get());
   push_scope(head, SCOPE_BLOCK, id.get());
   head->id = std::make_unique<VeriIdDecl>(std::move(id), nullptr, nullptr, place);
-  parser.port_direction = VERI_INOUT;
+  parser.modport_direction = VERI_INOUT;
   return head;
 }
 
@@ -1262,13 +1409,13 @@ VeriModport* veri_end_modport(VeriScopeHead* head, VeriNodes<VeriModportPorts>* 
   return new VeriModport(head->id.release(), ports, std::move(scope), head->place);
 }
 
-void veri_modport_direction(unsigned direction) { parser.port_direction = direction; }
+void veri_modport_direction(unsigned direction) { parser.modport_direction = direction; }
 
 VeriModportPorts* veri_modport_port(const char* name, VeriExpression* expression, veri_location place) {
   VeriIdDecl* declaration = veri_new_variable(name, nullptr, expression, place);
-  declaration->IdAs<VeriVariable>()->SetDir(parser.port_direction);
+  declaration->IdAs<VeriVariable>()->SetDir(parser.modport_direction);
   declare_id(declaration->GetId());
-  return new VeriModportPorts(parser.port_direction, declaration, place);
+  return new VeriModportPorts(parser.modport_direction, declaration, place);
 }
 
 VeriModportPorts* veri_modport_prototype(VeriScopeHead* head, VeriModuleItems* ports) {
@@ -1368,6 +1515,81 @@ VeriScopeHead* veri_continue_for(VeriScopeHead* head, VeriIdDecl* id) {
   return head;
 }
 
+VeriScopeHead* veri_continue_for(VeriScopeHead* head, VeriTypeDef* type, VeriIdDecl* id, veri_location place) {
+  const std::unique_ptr<VeriTypeDef> owned(type);
+  const VeriTypeDef* first = head->declaration->DataType();
+  if (!first || first->Image() != type->Image())
+    veri_unsupported(place, "variables of several types in a for statement");
+  return veri_continue_for(head, id);
+}
+
+namespace {
+
+/// $left and its like, of one dimension of an array.
+VeriExpression* array_query(const char* function, const VeriName* array, unsigned dimension, veri_location place) {
+  auto* args = veri_list<VeriExpression>(array->Copy());
+  args->Insert(veri_number_literal(static_cast<int>(dimension), place));
+  return new VeriSystemFunctionCall(function, args, place);
+}
+
+} // namespace
+
+VeriScopeHead* veri_open_foreach(VeriName* array, std::vector<std::string>* names, veri_location place) {
+  const std::unique_ptr<VeriName> owned_array(array);
+  const std::unique_ptr<std::vector<std::string>> owned_names(names);
+  std::unique_ptr<VeriScopeHead> head;
+  unsigned dimension = 0;
+  for (const std::string& name : *names) {
+    dimension++;
+    if (name.empty()) continue;
+    VeriExpression* first = array_query("$left", array, dimension, place);
+    VeriIdDecl* variable = veri_new_variable(name.c_str(), nullptr, first, place);
+    std::unique_ptr<VeriScopeHead> loop(
+        veri_open_for(new VeriPrimitiveTypeDef(VERI_INT, 0, nullptr, place), variable, place));
+    auto in_order = [&](VeriExpression* value) {
+      return veri_binary(VERI_STAR, value, array_query("$increment", array, dimension, place), place);
+    };
+    auto reference = [&] { return new VeriIdRef(VeriLex::Intern(name.c_str()), place); };
+    loop->condition.reset(veri_binary(VERI_GREATER_EQ, in_order(reference()),
+                                      in_order(array_query("$right", array, dimension, place)), place));
+    VeriExpression* step = array_query("$increment", array, dimension, place);
+    loop->step.reset(
+        new VeriBlockingAssign(veri_assignment(reference(), VERI_MINUS_ASSIGN, step, place), nullptr, place));
+    loop->around = std::move(head);
+    head = std::move(loop);
+  }
+  if (!head) { // no name at all: the body runs for nothing
+    veri_unsupported(place, "a foreach loop without variables");
+    head = std::make_unique<VeriScopeHead>(VERI_FOREACH, place);
+  }
+  return head.release();
+}
+
+VeriStatement* veri_foreach(VeriScopeHead* head, VeriStatement* body) {
+  std::unique_ptr<VeriScopeHead> loop(head);
+  while (loop) {
+    std::unique_ptr<VeriScopeHead> around = std::move(loop->around);
+    VeriExpression* condition = loop->condition.release();
+    auto* steps = veri_list<VeriStatement>(loop->step.release());
+    const veri_location place = loop->place;
+    if (!condition) {
+      delete steps;
+      return body;
+    }
+    body = veri_for(loop.release(), nullptr, condition, steps, body, place);
+    loop = std::move(around);
+  }
+  return body;
+}
+
+// An event that counts while a condition holds is the statement under the condition. Beside other events it is not.
+VeriStatement* veri_event_statement(VeriExpressions* events, VeriStatement* statement, veri_location place) {
+  auto* only = events->Size() == 1 ? dynamic_cast<VeriEventExpression*>(events->GetFirst()) : nullptr;
+  if (VeriExpression* condition = only ? only->TakeCondition() : nullptr)
+    statement = new VeriConditionalStatement(condition, statement, nullptr, 0, place);
+  return new VeriEventControlStatement(events, statement, place);
+}
+
 VeriStatement* veri_for(VeriScopeHead* head, VeriStatements* initials, VeriExpression* condition, VeriStatements* steps,
                         VeriStatement* body, veri_location place) {
   const std::unique_ptr<VeriScopeHead> owned(head);
@@ -1412,12 +1634,24 @@ VeriExpression* veri_bounded(VeriExpression* expression) {
   return zero(place);
 }
 
-VeriExpression* veri_unary(unsigned token, VeriExpression* operand, veri_location place) {
-  return veri_bounded(new VeriUnaryOperator(token, operand, place));
+VeriExpression* veri_unary(unsigned token, VeriExpression* operand, veri_location place, Map* attributes) {
+  return veri_bounded(veri_with(new VeriUnaryOperator(token, operand, place), attributes));
 }
 
-VeriExpression* veri_binary(unsigned token, VeriExpression* left, VeriExpression* right, veri_location place) {
-  return veri_bounded(new VeriBinaryOperator(token, left, right, place));
+VeriExpression* veri_binary(unsigned token, VeriExpression* left, VeriExpression* right, veri_location place,
+                            Map* attributes) {
+  return veri_bounded(veri_with(new VeriBinaryOperator(token, left, right, place), attributes));
+}
+
+VeriExpression* veri_operand(VeriAssignmentOperator* assignment, veri_location place) {
+  veri_need_systemverilog(place, "an assignment in an expression");
+  assignment->SetIsOperand();
+  return veri_bounded(assignment);
+}
+
+VeriExpression* veri_unsupported_operand(veri_location place, const char* feature) {
+  veri_unsupported(place, feature);
+  return zero(place);
 }
 
 VeriIndexedName* veri_index(VeriName* prefix, VeriExpression* index) {
@@ -1428,6 +1662,8 @@ VeriIndexedName* veri_index(VeriName* prefix, VeriExpression* index) {
 VeriIndexedName* veri_add_index(VeriIndexedName* name, VeriExpression* index) {
   const VeriExpressions& indices = name->Indices();
   if (indices.Size() && indices.GetLast()->AsRange()) name->Error("range must be the final index in the indexed name");
+  if (indices.Size())
+    veri_need_verilog_2001(static_cast<veri_location>(name->Linefile()), "an index into an element of an array");
   name->AddIndex(veri_bounded(index));
   return name;
 }

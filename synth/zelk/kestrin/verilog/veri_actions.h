@@ -9,11 +9,15 @@
 #include <string>
 #include <vector>
 
+#include "util/message.h"
 #include "verilog/veri_lex.h"
 #include "verilog/veri_message.h"
+#include "verilog/veriassertion.h"
+#include "verilog/vericonfiguration.h"
 #include "verilog/verilibrary.h"
 #include "verilog/verimodule.h"
 #include "verilog/verimoduleitem.h"
+#include "verilog/verispecify.h"
 #include "verilog/veristatement.h"
 
 using veri_location = unsigned;
@@ -54,13 +58,19 @@ struct VeriScopeHead {
 
   unsigned token;
   veri_location place;
-  std::unique_ptr<VeriDesignUnitId> unit_id; // of a design unit
-  std::unique_ptr<VeriIdDecl> id;            // of anything else that has a name
-  std::unique_ptr<VeriScope> scope;          // null while an unnamed block has no declarations
-  std::unique_ptr<VeriTypeDef> type;         // of a function
-  std::unique_ptr<VeriDataDecl> declaration; // of a loop
-  VeriScopeHead* outer = nullptr;            // the block around a block
-  VeriScope* base = nullptr;                 // where the scope of a block hangs
+  std::unique_ptr<VeriDesignUnitId> unit_id;  // of a design unit
+  std::unique_ptr<VeriIdDecl> id;             // of anything else that has a name
+  std::unique_ptr<VeriScope> scope;           // null while an unnamed block has no declarations
+  std::unique_ptr<VeriTypeDef> type;          // of a function
+  std::unique_ptr<VeriDataDecl> declaration;  // of a loop
+  std::unique_ptr<VeriScopeHead> around;      // of a loop over an array: the loop over the dimension before
+  std::unique_ptr<VeriTimeLiteral> time_unit; // of a design unit
+  std::unique_ptr<VeriTimeLiteral> time_precision;
+  std::unique_ptr<VeriExpression> condition; // of a loop over an array
+  std::unique_ptr<VeriStatement> step;
+  VeriScopeHead* outer = nullptr; // the block or unit around
+  VeriScope* base = nullptr;      // where the scope of a block hangs
+  unsigned errors = Message::ErrorCount(); // when it was opened
   unsigned celldefine = 0;
   unsigned default_nettype = 0;
   unsigned join_token = VERI_JOIN; // of a parallel block
@@ -74,14 +84,15 @@ veri_token veri_next_token();
 void veri_unread(int code, veri_location place);
 /// The word of the last token that was one of a design unit where none can begin.
 int veri_stray_unit();
-/// Drops tokens up to this one, which comes next; parentheses in between are counted for a closing one.
-void veri_skip_to(int code);
+/// Drops tokens up to this one, which comes next; pairs of `opening` and this one in between are skipped as a whole.
+void veri_skip_to(int code, int opening = 0);
 
 // Messages.
 void veri_report_stack_overflow(veri_location place);
 /// What would have been legal, for the end of a syntax error: "; expecting ...".
 std::string veri_expected_hint(std::vector<unsigned> tokens);
 void veri_need_systemverilog(veri_location place, const char* feature);
+void veri_need_verilog_2001(veri_location place, const char* feature);
 void veri_unsupported(veri_location place, const char* feature);
 /// The two words of a strength: one for each value, not both of them none (IEEE 1364-2005 clause 6.1.4).
 void veri_check_strengths(unsigned first, unsigned second, veri_location place);
@@ -117,11 +128,13 @@ template <class T, class U> T* veri_with(U* node, Map* attributes) {
 template <class T> T* veri_with(T* node, Map* attributes) { return veri_with<T, T>(node, attributes); }
 
 // Design units.
-VeriScopeHead* veri_open_unit(unsigned token, const char* name, veri_location place);
+VeriScopeHead* veri_open_unit(unsigned token, const char* name, veri_location place, unsigned lifetime = 0);
 VeriDesignUnit* veri_new_module(VeriScopeHead* head, VeriModuleItems* imports, VeriModuleItems* parameters,
                                 VeriExpressions* ports, VeriModuleItems* items, Map* attributes);
 VeriDesignUnit* veri_new_extern_module(VeriScopeHead* head, VeriModuleItems* imports, VeriModuleItems* parameters,
                                        VeriExpressions* ports, Map* attributes);
+VeriDesignUnit* veri_new_config(const char* name, VeriNodes<VeriName>* design, VeriNodes<VeriConfigRule>* rules,
+                                veri_location place);
 VeriDesignUnit* veri_new_package(VeriScopeHead* head, VeriModuleItems* items, Map* attributes);
 /// Hands the unit over to the library.
 void veri_finish_unit(VeriDesignUnit* unit, Map* attributes);
@@ -154,11 +167,18 @@ VeriIdDecl* veri_new_variable(const char* name, VeriRanges* ranges, VeriExpressi
 VeriIdDecl* veri_new_param(const char* name, VeriRanges* ranges, VeriExpression* value, veri_location place);
 VeriIdDecl* veri_new_member(const char* name, VeriRanges* ranges, veri_location place);
 VeriIdDecl* veri_new_enum_element(const char* name, VeriExpression* value, veri_location place);
+/// name[first:last] of an enumeration: a name for each number. The value is that of the first one.
+VeriIdDecls* veri_append_enum_elements(VeriIdDecls* elements, const char* name, int first, int last,
+                                       VeriExpression* value, veri_location place);
 VeriIdDecl* veri_declare_genvar(const char* name, veri_location place);
 VeriModuleItem* veri_port_decl(unsigned direction, unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids,
                                veri_location place);
 VeriModuleItem* veri_tf_port_decl(unsigned direction, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
-VeriModuleItem* veri_net_decl(unsigned net_type, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
+/// Strength, `scalared` and delay are kept in a node when there are any.
+VeriNetType* veri_net_type(unsigned token, VeriStrength* strength, unsigned scalared, VeriExpressions* delay,
+                           veri_location place);
+VeriModuleItem* veri_net_decl(VeriNetType* net_type, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
+VeriModuleItem* veri_const_decl(VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriModuleItem* veri_data_decl(VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriModuleItem* veri_lifetime_decl(unsigned lifetime, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriModuleItem* veri_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
@@ -174,8 +194,12 @@ VeriIdDecls* veri_surplus_comma(VeriIdDecls* ids, veri_location place);
 
 // Types.
 VeriTypeDef* veri_atom_type(unsigned token, unsigned signing, VeriRanges* ranges, veri_location place);
-VeriTypeDef* veri_struct_type(unsigned token, unsigned packed, unsigned signing, VeriNodes<VeriDataDecl>* members,
-                              VeriRanges* ranges, veri_location place);
+VeriTypeDef* veri_struct_type(unsigned token, bool is_tagged, unsigned packed, unsigned signing,
+                              VeriNodes<VeriDataDecl>* members, VeriRanges* ranges, veri_location place);
+/// `[size]`, and `[$]`, which is refused.
+VeriRange* veri_sized_dimension(VeriExpression* size, veri_location place);
+/// A dimension whose form is refused.
+VeriRange* veri_unsupported_dimension(veri_location place, const char* feature);
 VeriDataDecl* veri_struct_member(VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriTypeDef* veri_enum_type(VeriTypeDef* base, VeriIdDecls* elements, VeriRanges* ranges, veri_location place);
 
@@ -190,9 +214,12 @@ VeriModuleItem* veri_end_subprogram(VeriScopeHead* head, VeriModuleItems* ports,
 VeriNetRegAssign* veri_net_assign(VeriExpression* target, VeriExpression* value, veri_location place);
 VeriInst* veri_new_instance(const char* name, VeriRanges* ranges, VeriExpressions* connections, veri_location place);
 VeriExpression* veri_implicit_connection(const char* formal, veri_location place);
-VeriModuleItem* veri_instantiation(const char* module, VeriExpressions* parameters, VeriNodes<VeriInst>* insts,
-                                   veri_location place);
-VeriModuleItem* veri_gate_instantiation(unsigned token, VeriNodes<VeriInst>* insts, veri_location place);
+VeriModuleItem* veri_instantiation(const char* module, VeriStrength* strength, VeriExpressions* parameters,
+                                   VeriNodes<VeriInst>* insts, veri_location place);
+VeriModuleItem* veri_gate_instantiation(unsigned token, VeriStrength* strength, VeriExpressions* delay,
+                                        VeriNodes<VeriInst>* insts, veri_location place);
+/// A construct of Verilog 2001 that stands in a generate region or, in later editions, among the items.
+void veri_need_generate(veri_location place);
 /// A loop with a genvar of its own, which has a scope around the body.
 VeriScopeHead* veri_open_generate_for(const char* genvar, veri_location place);
 VeriModuleItem* veri_generate_for(const char* genvar, VeriExpression* initial, VeriExpression* condition,
@@ -203,6 +230,15 @@ VeriModuleItem* veri_end_generate_block(VeriScopeHead* head, VeriModuleItems* it
                                         veri_location label_place);
 VeriModuleItem* veri_end_single_generate(VeriScopeHead* head, VeriModuleItem* item);
 VeriModuleItem* veri_nested_module(VeriDesignUnit* module, veri_location place);
+VeriScopeHead* veri_open_specify(veri_location place);
+VeriModuleItem* veri_end_specify(VeriScopeHead* head, VeriModuleItems* items);
+// Properties and sequences.
+VeriScopeHead* veri_open_property(unsigned token, const char* name, veri_location place);
+VeriModuleItem* veri_property_port(VeriTypeDef* type, VeriIdDecl* id);
+VeriModuleItem* veri_end_property(VeriScopeHead* head, VeriModuleItems* ports, VeriModuleItems* declarations,
+                                  VeriExpression* body, const char* label, veri_location label_place);
+VeriExpression* veri_sequence(unsigned token, VeriExpression* left, VeriExpression* control, VeriExpression* right,
+                              veri_location place, VeriExpressions* list = nullptr);
 // Modports. A port without direction has that of the one before it.
 VeriScopeHead* veri_open_modport(const char* name, veri_location place);
 VeriModport* veri_end_modport(VeriScopeHead* head, VeriNodes<VeriModportPorts>* ports);
@@ -221,6 +257,13 @@ VeriScopeHead* veri_open_block(unsigned token, const char* label, veri_location 
 VeriStatement* veri_end_block(VeriScopeHead* head, VeriBody* body, const char* label, veri_location label_place);
 VeriScopeHead* veri_open_for(VeriTypeDef* type, VeriIdDecl* id, veri_location place);
 VeriScopeHead* veri_continue_for(VeriScopeHead* head, VeriIdDecl* id);
+/// Another declaration in the head of a loop, which must have the type of the first one.
+VeriScopeHead* veri_continue_for(VeriScopeHead* head, VeriTypeDef* type, VeriIdDecl* id, veri_location place);
+/// `foreach (array[names]) body`, which becomes a loop for each name; an empty name is none.
+VeriScopeHead* veri_open_foreach(VeriName* array, std::vector<std::string>* names, veri_location place);
+VeriStatement* veri_foreach(VeriScopeHead* head, VeriStatement* body);
+/// `@(events) statement`.
+VeriStatement* veri_event_statement(VeriExpressions* events, VeriStatement* statement, veri_location place);
 VeriStatement* veri_for(VeriScopeHead* head, VeriStatements* initials, VeriExpression* condition, VeriStatements* steps,
                         VeriStatement* body, veri_location place);
 VeriAssignmentOperator* veri_assignment(VeriExpression* target, unsigned token, VeriExpression* value,
@@ -231,8 +274,13 @@ VeriStatement* veri_delayed_statement(VeriExpressions* delay, VeriStatement* sta
 // Expressions.
 /// What is nested too deep becomes a literal, with a message.
 VeriExpression* veri_bounded(VeriExpression* expression);
-VeriExpression* veri_unary(unsigned token, VeriExpression* operand, veri_location place);
-VeriExpression* veri_binary(unsigned token, VeriExpression* left, VeriExpression* right, veri_location place);
+VeriExpression* veri_unary(unsigned token, VeriExpression* operand, veri_location place, Map* attributes = nullptr);
+VeriExpression* veri_binary(unsigned token, VeriExpression* left, VeriExpression* right, veri_location place,
+                            Map* attributes = nullptr);
+/// An assignment that is an operand.
+VeriExpression* veri_operand(VeriAssignmentOperator* assignment, veri_location place);
+/// What is refused, as an operand.
+VeriExpression* veri_unsupported_operand(veri_location place, const char* feature);
 VeriIndexedName* veri_index(VeriName* prefix, VeriExpression* index);
 VeriIndexedName* veri_add_index(VeriIndexedName* name, VeriExpression* index);
 VeriName* veri_selected(VeriName* prefix, const char* suffix, veri_location place);

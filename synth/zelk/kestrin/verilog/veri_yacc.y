@@ -78,6 +78,13 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
   VeriModuleItems* items;
   VeriInst* inst;
   VeriNodes<VeriInst>* insts;
+  VeriStrength* strength;
+  VeriNodes<VeriName>* names;
+  VeriConfigRule* rule;
+  VeriNodes<VeriConfigRule>* rules;
+  VeriUseClause* use;
+  VeriPath* path;
+  std::vector<std::string>* strings;
   VeriModport* modport;
   VeriNodes<VeriModport>* modports;
   VeriModportPorts* modport_port;
@@ -103,7 +110,8 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 }
 
 %destructor { veri_discard($$); } <expr> <exprs> <name> <indexed> <range> <ranges> <type> <parts> <id> <ids> <data>
-  <datas> <item> <items> <inst> <insts> <modport> <modports> <modport_port> <modport_ports> <assign> <assigns> <defparam> <defparams> <gen_case_item> <gen_case_items>
+  <datas> <item> <items> <inst> <insts> <modport> <modports> <modport_port> <modport_ports> <strength> <names> <rule>
+  <rules> <use> <path> <strings> <assign> <assigns> <defparam> <defparams> <gen_case_item> <gen_case_items>
   <stmt> <stmts> <case_item> <case_items> <control> <assignment> <table> <unit> <body> <scope>
 %destructor { VeriTreeNode::DeleteAttributes($$); } <attributes>
 %destructor { delete $$; } <string>
@@ -117,38 +125,49 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %token VERI_STRAY_UNIT 1003
 
 %type <text> VERI_ID VERI_TYPE_ID VERI_PACKAGE_ID VERI_BASE VERI_BASED_VALUE VERI_UNSIZED_LITERAL
-  VERI_STRING_LITERAL VERI_SYSTEM_ID VERI_UDP_EDGE VERI_UDP_WILDCARD_EDGE VERI_UDP_VALUE VERI_TIME_LITERAL
+  VERI_STRING_LITERAL VERI_SYSTEM_ID VERI_EDGE_DESCRIPTOR VERI_UDP_EDGE VERI_UDP_WILDCARD_EDGE VERI_UDP_VALUE VERI_TIME_LITERAL
 %type <number> VERI_NUMBER
 %type <real> VERI_REAL_NUMBER
-%type <text> any_id package_id label_opt closing_label
+%type <text> any_id package_id label_opt closing_label edge_list foreach_name
 %type <token> module_keyword direction net_type signing signing_opt vector_type atom_type gate_type case_keyword
   lifetime_opt packed_opt operator_assign increment always_keyword unique_priority unique_priority_opt join_keyword
-  scalared_opt struct_keyword unit_end strength_word
-%type <attributes> attrs trailing_attrs inner_attrs attribute_instances attribute_specs
+  scalared_opt struct_keyword unit_end strength_word config_suffix path_edge path_arrow polarity data_polarity
+  pulse_keyword timing_edge assert_keyword repetition tagged_opt
+%type <attributes> attrs trailing_attrs inner_attrs attribute_instances attribute_specs operand_attrs
 %type <expr> expr primary literal concat mintypmax lvalue index port_expr port_expr_opt port_reference connection
   ansi_port interface_port init_opt argument event_expr assignment_pattern param_value delay_value cast_type
-  system_argument inside_range gen_step param_init_opt expr_opt braced_pattern
+  system_argument inside_range gen_step param_init_opt expr_opt braced_pattern paren_assignment timing_argument
+  timing_event streaming specparam_value property_expr property_operator cycle_delay pattern predicate repetition_range
 %type <exprs> exprs inside_ranges port_exprs ports ports_opt port_list ansi_ports connections call_arguments
   system_arguments event_control event_list param_assignment param_values delay_opt delay
-  mintypmaxes ordered_params
-%type <name> name plain_name
+  mintypmaxes ordered_params terminals path_delays timing_arguments assignment_list match_steps
+%type <name> name plain_name config_cell config_path foreach_array
+%type <names> config_cells config_libraries config_design
+%type <rule> config_rule
+%type <rules> config_rules
+%type <use> config_use
+%type <strength> strength strength_opt
+%type <path> path pulse_path
+%type <strings> foreach_names
 %type <indexed> indexed_name
 %type <range> dimension packed_dim
 %type <ranges> dimensions dimensions_opt packed_dims packed_dims_opt
 %type <type> data_type keyword_type data_type_or_implicit implicit_type shaped_type type_name void_or_data_type
   enum_base_opt type_value_opt
 %type <parts> keyed_parts
-%type <id> variable_id param_assign member_id enum_element genvar_id
-%type <ids> variable_ids param_assigns member_ids enum_elements genvar_ids
+%type <id> variable_id param_assign member_id genvar_id specparam
+%type <ids> variable_ids param_assigns member_ids enum_elements genvar_ids specparams
 %type <data> struct_member tf_port
 %type <datas> struct_members
 %type <item> package_item module_item plain_item declaration block_declaration net_decl data_decl param_decl
   type_decl port_decl function_decl task_decl generate_region gen_conditional gen_body gen_cond_body gen_begin_block
   gen_single instantiation gate_instantiation continuous_assign process defparam_item genvar_decl specify_block
   ignored_item tf_port_decl specparam_decl udp_item gen_if gen_case gen_for module_only_item
-  param_port modport_decl timeunits import_item type_param
+  param_port modport_decl timeunits import_item type_param specify_item property_decl property_port variable_item
+  concurrent_assertion
 %type <items> module_items param_ports_opt param_ports param_port_list tf_ports_opt tf_ports tf_port_list
   import_decl import_items unit_imports udp_items gen_items item_group type_params
+  specify_items property_ports_opt property_ports property_variables
 %type <modport> modport
 %type <modports> modports
 %type <modport_port> modport_port
@@ -161,9 +180,10 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <defparams> defparam_assigns
 %type <gen_case_item> gen_case_item
 %type <gen_case_items> gen_case_items
-%type <stmt> statement substatement statement_item for_step blocking_assign jump_statement assert_statement seq_block
+%type <stmt> statement substatement statement_item single_statement for_step blocking_assign jump_statement
+  assert_statement property_assertion seq_block
   par_block case_statement
-  conditional loop_statement timed_statement procedural_continuous for_init_assign labelled_statement
+  conditional loop_statement timed_statement procedural_continuous for_init_assign
 %type <stmts> for_steps for_inits
 %type <case_item> case_item
 %type <case_items> case_items
@@ -175,7 +195,8 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
   interface_end extern_module config_decl
 %type <body> body body_decls body_stmts broken_block broken_fork broken_function broken_task
 %type <scope> unit_head block_head par_head function_head task_head gen_begin_head gen_single_head
-  for_head gen_for_head primitive_head package_head interface_head modport_head
+  for_head gen_for_head primitive_head package_head interface_head modport_head specify_head property_head
+  sequence_head foreach_head
 
 /* Precedence of the operators: IEEE 1364-2005 table 5-4. */
 %precedence LOWER_THAN_BASE
@@ -195,6 +216,18 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %left "*" "/" "%"
 %left "**"
 %precedence UNARY
+/* Of sequences and properties: IEEE 1800-2005 table 17-3. An operand in parentheses is one of the value first. */
+%precedence PROPERTY
+%precedence LOWER_THAN_PROPERTY_ELSE
+%right "|->" "|=>"
+%left "or"
+%left "and"
+%precedence "not"
+%left "intersect"
+%left "within"
+%right "throughout"
+%left "##"
+%left "[*" "[=" "[->"
 
 %start source
 
@@ -255,7 +288,7 @@ module_end
   ;
 
 unit_head
-  : module_keyword lifetime_opt any_id { $$ = veri_open_unit($1, $3, @3); }
+  : module_keyword lifetime_opt any_id { $$ = veri_open_unit($1, $3, @3, $2); }
   | module_keyword lifetime_opt error { $$ = veri_open_unit($1, "", @1); }
   ;
 
@@ -276,7 +309,7 @@ interface_end
   ;
 
 interface_head
-  : "interface" lifetime_opt any_id { $$ = veri_open_unit(VERI_INTERFACE, $3, @3); }
+  : "interface" lifetime_opt any_id { $$ = veri_open_unit(VERI_INTERFACE, $3, @3, $2); }
   ;
 
 package_decl
@@ -289,7 +322,7 @@ package_end
   ;
 
 package_head
-  : "package" lifetime_opt any_id { $$ = veri_open_unit(VERI_PACKAGE, $3, @3); }
+  : "package" lifetime_opt any_id { $$ = veri_open_unit(VERI_PACKAGE, $3, @3, $2); }
   ;
 
 lifetime_opt
@@ -324,59 +357,58 @@ unit_imports
   | unit_imports import_decl { $$ = veri_join($1, $2); }
   ;
 
-/* Configurations choose cells for instances, which the host does by itself: they are read and make nothing. */
+/* Configurations. */
 
 config_decl
   : "config" any_id ";" config_design config_rules "endconfig" closing_label
-    { $$ = nullptr; veri_check_closing_label($2, $7, @7); }
+    { $$ = veri_new_config($2, $4, $5, @2); veri_check_unit_label($$, $7); }
   | "config" any_id error "endconfig" closing_label { $$ = nullptr; }
   ;
 
 config_design
-  : config_params "design" config_cells ";"
-  ;
-
-config_params
-  : %empty
-  | config_params "localparam" any_id "=" expr ";" { veri_discard($5); }
+  : "design" config_cells ";" { $$ = $2; }
   ;
 
 config_cells
-  : %empty
-  | config_cells config_cell
+  : %empty { $$ = new VeriNodes<VeriName>; }
+  | config_cells config_cell { $$ = veri_append($1, $2); }
   ;
 
 config_cell
-  : any_id
-  | any_id "." any_id
+  : any_id { $$ = new VeriIdRef($1, @1); }
+  | any_id "." any_id { $$ = veri_selected(new VeriIdRef($1, @1), $3, @1); }
   ;
 
 config_rules
-  : %empty
-  | config_rules config_rule ";"
+  : %empty { $$ = new VeriNodes<VeriConfigRule>; }
+  | config_rules config_rule ";" { $$ = veri_append($1, $2); }
   ;
 
 config_rule
-  : "default" "liblist" config_libraries
-  | "instance" config_path "liblist" config_libraries
-  | "instance" config_path "use" config_cell config_suffix
-  | "cell" config_cell "liblist" config_libraries
-  | "cell" config_cell "use" config_cell config_suffix
+  : "default" "liblist" config_libraries { $$ = new VeriDefaultConfig($3, @1); }
+  | "instance" config_path "liblist" config_libraries { $$ = new VeriInstanceConfig($2, $4, nullptr, @1); }
+  | "instance" config_path config_use { $$ = new VeriInstanceConfig($2, nullptr, $3, @1); }
+  | "cell" config_cell "liblist" config_libraries { $$ = new VeriCellConfig($2, $4, nullptr, @1); }
+  | "cell" config_cell config_use { $$ = new VeriCellConfig($2, nullptr, $3, @1); }
+  ;
+
+config_use
+  : "use" config_cell config_suffix { $$ = new VeriUseClause($2, $3 != 0, @1); }
   ;
 
 config_path
-  : any_id
-  | config_path "." any_id
+  : any_id { $$ = new VeriIdRef($1, @1); }
+  | config_path "." any_id { $$ = veri_selected($1, $3, @1); }
   ;
 
 config_libraries
-  : %empty
-  | config_libraries any_id
+  : %empty { $$ = new VeriNodes<VeriName>; }
+  | config_libraries any_id { VeriName* library = new VeriIdRef($2, @2); $$ = veri_append($1, library); }
   ;
 
 config_suffix
-  : %empty
-  | ":" "config"
+  : %empty { $$ = 0; }
+  | ":" "config" { $$ = VERI_CONFIG; }
   ;
 
 /* Attributes. Every list takes over the pragmas that comments left, so it always looks at the next token. */
@@ -410,8 +442,8 @@ inner_attrs
   ;
 
 operand_attrs
-  : %empty
-  | operand_attrs "(*" attribute_specs "*)" { VeriTreeNode::DeleteAttributes($3); }
+  : %empty { $$ = nullptr; }
+  | operand_attrs "(*" attribute_specs "*)" { $$ = veri_join_attributes($1, $3, @2); }
   ;
 
 /* Parameters and ports of a head. */
@@ -487,6 +519,7 @@ port_reference
 ansi_ports
   : ansi_port { $$ = veri_list<VeriExpression>($1); }
   | interface_port { $$ = veri_list<VeriExpression>($1); }
+  | attribute_instances interface_port { $$ = veri_list<VeriExpression>(veri_with_port_attributes($2, $1)); }
   | attribute_instances ansi_port { $$ = veri_list<VeriExpression>(veri_with_port_attributes($2, $1)); }
   | ansi_ports "," attrs ansi_port { $$ = veri_append($1, veri_with_port_attributes($4, $3)); }
   | ansi_ports "," attrs interface_port { $$ = veri_append($1, veri_with_port_attributes($4, $3)); }
@@ -551,6 +584,7 @@ package_item
   | net_decl
   | function_decl
   | task_decl
+  | property_decl
   | ignored_item
   | timeunits
   ;
@@ -568,7 +602,7 @@ module_only_item
   | defparam_item
   | specify_block
   | modport_decl
-  | VERI_ID ":" assert_statement { veri_discard($3); $$ = new VeriIgnoredItem(VERI_ASSERT, @1); }
+  | concurrent_assertion
   ;
 
 /* Of modules and of blocks alike. */
@@ -587,13 +621,13 @@ port_decl
 
 net_decl
   : net_type strength_opt scalared_opt data_type_or_implicit delay_opt variable_ids ";"
-    { veri_discard($5); $$ = veri_closed(veri_net_decl($1, $4, $6, @1)); }
+    { $$ = veri_closed(veri_net_decl(veri_net_type($1, $2, $3, $5, @1), $4, $6, @1)); }
   ;
 
 data_decl
   : data_type variable_ids ";" { $$ = veri_closed(veri_data_decl($1, $2, @1)); }
   | "var" data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
-  | "const" data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_data_decl($2, $3, @1)); }
+  | "const" data_type_or_implicit variable_ids ";" { $$ = veri_closed(veri_const_decl($2, $3, @1)); }
   | "automatic" data_type variable_ids ";" { $$ = veri_closed(veri_lifetime_decl(VERI_AUTOMATIC, $2, $3, @1)); }
   | "static" data_type variable_ids ";" { $$ = veri_closed(veri_lifetime_decl(VERI_STATIC, $2, $3, @1)); }
   ;
@@ -747,8 +781,8 @@ implicit_type
   ;
 
 shaped_type
-  : signing packed_dims_opt { $$ = new VeriPrimitiveTypeDef(0, $1, $2, @1); }
-  | packed_dims { $$ = new VeriPrimitiveTypeDef(0, 0, $1, @1); }
+  : signing packed_dims_opt { $$ = new VeriImplicitTypeDef($1, $2, @1); }
+  | packed_dims { $$ = new VeriImplicitTypeDef(0, $1, @1); }
   ;
 
 data_type
@@ -759,8 +793,8 @@ data_type
 keyword_type
   : vector_type signing_opt packed_dims_opt { $$ = new VeriPrimitiveTypeDef($1, $2, $3, @1); }
   | atom_type signing_opt packed_dims_opt { $$ = veri_atom_type($1, $2, $3, @1); }
-  | struct_keyword packed_opt signing_opt "{" struct_members "}" packed_dims_opt
-    { $$ = veri_struct_type($1, $2, $3, $5, $7, @1); }
+  | struct_keyword tagged_opt packed_opt signing_opt "{" struct_members "}" packed_dims_opt
+    { $$ = veri_struct_type($1, $2 != 0, $3, $4, $6, $8, @1); }
   | "enum" enum_base_opt "{" enum_elements "}" packed_dims_opt { $$ = veri_enum_type($2, $4, $6, @1); }
   ;
 
@@ -768,11 +802,18 @@ type_name
   : VERI_TYPE_ID packed_dims_opt { $$ = new VeriTypeName(new VeriIdRef($1, @1), $2, @1); }
   | VERI_PACKAGE_ID "::" VERI_TYPE_ID packed_dims_opt
     { $$ = new VeriTypeName(new VeriScopedIdRef($1, $3, @1), $4, @1); }
+  | VERI_SYSTEM_ID "::" VERI_TYPE_ID packed_dims_opt
+    { $$ = new VeriTypeName(new VeriScopedIdRef($1, $3, @1), $4, @1); }
   ;
 
 struct_keyword
   : "struct" { $$ = VERI_STRUCT; }
   | "union" { $$ = VERI_UNION; }
+  ;
+
+tagged_opt
+  : %empty { $$ = 0; }
+  | "tagged" { $$ = VERI_TAGGED; }
   ;
 
 packed_opt
@@ -787,6 +828,8 @@ struct_members
 
 struct_member
   : data_type member_ids ";" { $$ = veri_struct_member($1, $2, @1); }
+  | "void" member_ids ";"
+    { $$ = veri_struct_member(new VeriPrimitiveTypeDef(VERI_VOID, 0, nullptr, @1), $2, @1); }
   ;
 
 member_ids
@@ -806,12 +849,15 @@ enum_base_opt
   ;
 
 enum_elements
-  : enum_element { $$ = veri_list<VeriIdDecl>($1); }
-  | enum_elements "," enum_element { $$ = veri_append($1, $3); }
-  ;
-
-enum_element
-  : any_id init_opt { $$ = veri_new_enum_element($1, $2, @1); }
+  : any_id init_opt { $$ = veri_list<VeriIdDecl>(veri_new_enum_element($1, $2, @1)); }
+  | any_id "[" VERI_NUMBER "]" init_opt { $$ = veri_append_enum_elements(nullptr, $1, 0, $3 - 1, $5, @1); }
+  | any_id "[" VERI_NUMBER ":" VERI_NUMBER "]" init_opt
+    { $$ = veri_append_enum_elements(nullptr, $1, $3, $5, $7, @1); }
+  | enum_elements "," any_id init_opt { $$ = veri_append($1, veri_new_enum_element($3, $4, @3)); }
+  | enum_elements "," any_id "[" VERI_NUMBER "]" init_opt
+    { $$ = veri_append_enum_elements($1, $3, 0, $5 - 1, $7, @3); }
+  | enum_elements "," any_id "[" VERI_NUMBER ":" VERI_NUMBER "]" init_opt
+    { $$ = veri_append_enum_elements($1, $3, $5, $7, $9, @3); }
   ;
 
 packed_dims_opt
@@ -841,19 +887,23 @@ dimensions
 dimension
   : packed_dim
   | "[" expr "]"
-    { veri_need_systemverilog(@1, "dimension given by its size"); $$ = new VeriRange($2, nullptr, VERI_COLON, @1); }
+    { $$ = veri_sized_dimension($2, @1); }
+  | "[" "]" { $$ = veri_unsupported_dimension(@1, "dynamic arrays"); }
+  | "[*" "]" { $$ = veri_unsupported_dimension(@1, "associative arrays"); }
+  | "[" data_type "]" { veri_discard($2); $$ = veri_unsupported_dimension(@1, "associative arrays"); }
   ;
 
-/* Strengths and delays have no effect in hardware. */
+/* Strengths and delays, which have no effect in hardware. */
 
 strength_opt
-  : %empty
+  : %empty { $$ = nullptr; }
   | strength
   ;
 
 strength
-  : "(" strength_word "," strength_word ")" { veri_check_strengths($2, $4, @2); }
-  | "(" strength_word ")"
+  : "(" strength_word "," strength_word ")"
+    { veri_check_strengths($2, $4, @2); $$ = new VeriStrength($2, $4, @1); }
+  | "(" strength_word ")" { $$ = new VeriStrength($2, 0, @1); }
   ;
 
 strength_word
@@ -978,6 +1028,9 @@ broken_block
 
 block_break
   : error "end"
+  | error "endfunction" { veri_unread(VERI_ENDFUNCTION, @2); }
+  | error "endtask" { veri_unread(VERI_ENDTASK, @2); }
+  | error "endgenerate" { veri_unread(VERI_ENDGENERATE, @2); }
   | error unit_end { veri_unread($2, @2); }
   | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
   ;
@@ -990,6 +1043,9 @@ broken_fork
 
 fork_break
   : error join_keyword
+  | error "end" { veri_unread(VERI_END, @2); }
+  | error "endfunction" { veri_unread(VERI_ENDFUNCTION, @2); }
+  | error "endtask" { veri_unread(VERI_ENDTASK, @2); }
   | error unit_end { veri_unread($2, @2); }
   | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
   ;
@@ -1031,7 +1087,7 @@ tf_port_decl
 
 continuous_assign
   : "assign" strength_opt delay_opt net_assigns ";"
-    { veri_discard($3); $$ = veri_closed(new VeriContinuousAssign($4, @1)); }
+    { $$ = veri_closed(new VeriContinuousAssign($2, $3, $4, @1)); }
   ;
 
 net_assigns
@@ -1070,9 +1126,9 @@ defparam_assign
   ;
 
 instantiation
-  : VERI_ID instances ";" { $$ = veri_closed(veri_instantiation($1, nullptr, $2, @1)); }
-  | VERI_ID param_assignment instances ";" { $$ = veri_closed(veri_instantiation($1, $2, $3, @1)); }
-  | VERI_ID strength delay_opt instances ";" { $$ = veri_closed(veri_instantiation($1, $3, $4, @1)); }
+  : VERI_ID instances ";" { $$ = veri_closed(veri_instantiation($1, nullptr, nullptr, $2, @1)); }
+  | VERI_ID param_assignment instances ";" { $$ = veri_closed(veri_instantiation($1, nullptr, $2, $3, @1)); }
+  | VERI_ID strength delay_opt instances ";" { $$ = veri_closed(veri_instantiation($1, $2, $3, $4, @1)); }
   ;
 
 param_assignment
@@ -1123,10 +1179,9 @@ connection
   ;
 
 gate_instantiation
-  : gate_type instances ";" { $$ = veri_closed(veri_gate_instantiation($1, $2, @1)); }
-  | gate_type delay instances ";" { veri_discard($2); $$ = veri_closed(veri_gate_instantiation($1, $3, @1)); }
-  | gate_type strength delay_opt instances ";"
-    { veri_discard($3); $$ = veri_closed(veri_gate_instantiation($1, $4, @1)); }
+  : gate_type instances ";" { $$ = veri_closed(veri_gate_instantiation($1, nullptr, nullptr, $2, @1)); }
+  | gate_type delay instances ";" { $$ = veri_closed(veri_gate_instantiation($1, nullptr, $2, $3, @1)); }
+  | gate_type strength delay_opt instances ";" { $$ = veri_closed(veri_gate_instantiation($1, $2, $3, $4, @1)); }
   ;
 
 gate_type
@@ -1175,8 +1230,8 @@ gen_items
   ;
 
 gen_conditional
-  : gen_if
-  | gen_case
+  : gen_if { veri_need_generate(@1); $$ = $1; }
+  | gen_case { veri_need_generate(@1); $$ = $1; }
   ;
 
 gen_if
@@ -1208,7 +1263,7 @@ gen_case_item
 
 gen_for
   : "for" "(" any_id "=" expr ";" expr ";" gen_step ")" gen_body
-    { $$ = veri_generate_for($3, $5, $7, $9, $11, nullptr, @1); }
+    { veri_need_generate(@1); $$ = veri_generate_for($3, $5, $7, $9, $11, nullptr, @1); }
   | "for" "(" "genvar" gen_for_head "=" expr ";" expr ";" gen_step ")" gen_body
     { $$ = veri_generate_for(nullptr, $6, $8, $10, $12, $4, @1); }
   ;
@@ -1300,100 +1355,128 @@ udp_symbols
   | udp_symbols VERI_UDP_WILDCARD_EDGE { $$ = $1; *$$ += $2; }
   ;
 
-/* Specify blocks describe timing: they are read and make nothing. */
+/* Specify blocks. */
 
 specify_block
-  : "specify" specify_items "endspecify" { $$ = new VeriIgnoredItem(VERI_SPECIFY, @1); }
+  : specify_head specify_items "endspecify" { $$ = veri_end_specify($1, $2); }
+  ;
+
+specify_head
+  : "specify" { $$ = veri_open_specify(@1); }
   ;
 
 specify_items
-  : %empty
-  | specify_items specify_item
-  | specify_items error ";"
+  : %empty { $$ = new VeriModuleItems; }
+  | specify_items specify_item { $$ = veri_append($1, $2); }
+  | specify_items error ";" { $$ = $1; }
   ;
 
 specify_item
-  : "specparam" implicit_type specparams ";" { veri_discard($2); }
-  | "pulsestyle_onevent" terminals ";"
-  | "pulsestyle_ondetect" terminals ";"
-  | "showcancelled" terminals ";"
-  | "noshowcancelled" terminals ";"
-  | path "=" path_delays ";"
-  | "if" "(" expr ")" path "=" path_delays ";" { veri_discard($3); }
-  | "ifnone" path "=" path_delays ";"
-  | VERI_SYSTEM_ID "(" timing_arguments ")" ";"
+  : "specparam" implicit_type specparams ";" { $$ = veri_param_decl(VERI_SPECPARAM, $2, $3, @1); }
+  | pulse_keyword pulse_path ";" { $$ = new VeriPathDecl($1, nullptr, $2, nullptr, @1); }
+  | path "=" path_delays ";" { $$ = new VeriPathDecl(0, nullptr, $1, $3, @1); }
+  | "if" "(" expr ")" path "=" path_delays ";" { $$ = new VeriPathDecl(VERI_IF, $3, $5, $7, @1); }
+  | "ifnone" path "=" path_delays ";" { $$ = new VeriPathDecl(VERI_IFNONE, nullptr, $2, $4, @1); }
+  | VERI_SYSTEM_ID "(" timing_arguments ")" ";" { $$ = new VeriSystemTimingCheck($1, $3, @1); }
+  ;
+
+pulse_keyword
+  : "pulsestyle_onevent" { $$ = VERI_PULSESTYLE_ONEVENT; }
+  | "pulsestyle_ondetect" { $$ = VERI_PULSESTYLE_ONDETECT; }
+  | "showcancelled" { $$ = VERI_SHOWCANCELLED; }
+  | "noshowcancelled" { $$ = VERI_NOSHOWCANCELLED; }
+  ;
+
+pulse_path
+  : terminals { $$ = new VeriPath({}, $1, nullptr, nullptr, @1); }
   ;
 
 specparams
-  : specparam
-  | specparams "," specparam
+  : specparam { $$ = veri_list<VeriIdDecl>($1); }
+  | specparams "," specparam { $$ = veri_append($1, $3); }
   ;
 
 specparam
-  : VERI_ID "=" mintypmax { veri_discard($3); }
-  | VERI_ID "=" "(" mintypmax "," mintypmax ")" { veri_discard($4); veri_discard($6); }
+  : VERI_ID "=" specparam_value { $$ = veri_new_param($1, nullptr, $3, @1); }
+  ;
+
+specparam_value
+  : mintypmax
+  | "(" mintypmax "," mintypmax ")" { $$ = veri_bounded(new VeriMinTypMaxExpr($2, nullptr, $4, @1)); }
   ;
 
 path
-  : "(" path_edge terminals polarity path_arrow path_target ")"
+  : "(" path_edge terminals polarity path_arrow terminals ")"
+    { $$ = new VeriPath({$2, $4, $5, 0}, $3, $6, nullptr, @1); }
+  | "(" path_edge terminals polarity path_arrow "(" terminals data_polarity expr ")" ")"
+    { $$ = new VeriPath({$2, $4, $5, $8}, $3, $7, $9, @1); }
   ;
 
 path_edge
-  : %empty
-  | "posedge"
-  | "negedge"
-  | "edge"
+  : %empty { $$ = 0; }
+  | timing_edge
+  ;
+
+timing_edge
+  : "posedge" { $$ = VERI_POSEDGE; }
+  | "negedge" { $$ = VERI_NEGEDGE; }
+  | "edge" { $$ = VERI_EDGE; }
   ;
 
 path_arrow
-  : "=>"
-  | "*>"
-  ;
-
-path_target
-  : terminals
-  | "(" terminals polarity ":" expr ")" { veri_discard($5); }
-  | "(" terminals "+:" expr ")" { veri_discard($4); }
-  | "(" terminals "-:" expr ")" { veri_discard($4); }
+  : "=>" { $$ = VERI_PARALLEL_PATH; }
+  | "*>" { $$ = VERI_FULL_PATH; }
   ;
 
 polarity
-  : %empty
-  | "+"
-  | "-"
+  : %empty { $$ = 0; }
+  | "+" { $$ = VERI_PLUS; }
+  | "-" { $$ = VERI_MINUS; }
+  ;
+
+/* The sign and the colon may be one token, or stand apart in Verilog 95. */
+data_polarity
+  : ":" { $$ = VERI_COLON; }
+  | "+:" { $$ = VERI_PLUS_COLON; }
+  | "-:" { $$ = VERI_MINUS_COLON; }
+  | "+" ":" { $$ = VERI_PLUS_COLON; }
+  | "-" ":" { $$ = VERI_MINUS_COLON; }
   ;
 
 terminals
-  : name { veri_discard($1); }
-  | terminals "," name { veri_discard($3); }
+  : name { $$ = veri_list<VeriExpression>($1); }
+  | terminals "," name { $$ = veri_append($1, $3); }
   ;
 
 path_delays
-  : mintypmaxes { veri_discard($1); }
-  | "(" mintypmax "," mintypmaxes ")" { veri_discard($2); veri_discard($4); }
+  : mintypmaxes
+  | "(" mintypmax "," mintypmaxes ")" { $4->InsertBefore(0, $2); $$ = $4; }
   ;
 
 timing_arguments
-  : timing_argument
-  | timing_arguments "," timing_argument
+  : timing_argument { $$ = veri_list<VeriExpression>($1); }
+  | timing_arguments "," timing_argument { $$ = veri_append($1, $3); }
   ;
 
 timing_argument
-  : %empty
+  : %empty { $$ = new VeriPortOpen(@$); }
+  | mintypmax
+  | mintypmax "&&&" expr { $$ = new VeriTimingCheckEvent(0, nullptr, $1, $3, @1); }
   | timing_event
-  | timing_event "&&&" expr { veri_discard($3); }
   ;
 
 timing_event
-  : mintypmax { veri_discard($1); }
-  | "posedge" expr { veri_discard($2); }
-  | "negedge" expr { veri_discard($2); }
-  | "edge" edge_list_opt expr { veri_discard($3); }
+  : "posedge" expr { $$ = new VeriTimingCheckEvent(VERI_POSEDGE, nullptr, $2, nullptr, @1); }
+  | "negedge" expr { $$ = new VeriTimingCheckEvent(VERI_NEGEDGE, nullptr, $2, nullptr, @1); }
+  | "edge" edge_list expr { $$ = new VeriTimingCheckEvent(VERI_EDGE, $2, $3, nullptr, @1); }
+  | "posedge" expr "&&&" expr { $$ = new VeriTimingCheckEvent(VERI_POSEDGE, nullptr, $2, $4, @1); }
+  | "negedge" expr "&&&" expr { $$ = new VeriTimingCheckEvent(VERI_NEGEDGE, nullptr, $2, $4, @1); }
+  | "edge" edge_list expr "&&&" expr { $$ = new VeriTimingCheckEvent(VERI_EDGE, $2, $3, $5, @1); }
   ;
 
-edge_list_opt
-  : %empty
-  | "[" VERI_EDGE_DESCRIPTOR "]"
+edge_list
+  : %empty { $$ = nullptr; }
+  | "[" VERI_EDGE_DESCRIPTOR "]" { $$ = $2; }
   ;
 
 /* Interfaces, assertions, coverage. */
@@ -1435,39 +1518,173 @@ modport_direction
   | "export" { veri_modport_direction(VERI_EXPORT); }
   ;
 
+/* What has no place in the tree is read past and refused: most of it here, the rest by elaboration. */
 ignored_item
-  : assert_statement { veri_discard($1); $$ = new VeriIgnoredItem(VERI_ASSERT, @1); }
-  | "property" { veri_skip_to(VERI_ENDPROPERTY); } "endproperty" closing_label
-    { $$ = new VeriIgnoredItem(VERI_PROPERTY, @1); }
-  | "sequence" { veri_skip_to(VERI_ENDSEQUENCE); } "endsequence" closing_label
-    { $$ = new VeriIgnoredItem(VERI_SEQUENCE, @1); }
-  | "covergroup" { veri_skip_to(VERI_ENDGROUP); } "endgroup" closing_label
+  : "covergroup" { veri_skip_to(VERI_ENDGROUP); } "endgroup" closing_label
     { $$ = new VeriIgnoredItem(VERI_COVERGROUP, @1); }
-  | "clocking" { veri_skip_to(VERI_ENDCLOCKING); } "endclocking" closing_label
+  | clocking_keyword { veri_skip_to(VERI_ENDCLOCKING); } "endclocking" closing_label
     { $$ = new VeriIgnoredItem(VERI_CLOCKING, @1); }
-  | "class" { veri_skip_to(VERI_ENDCLASS); } "endclass" closing_label
+  | class_keyword { veri_skip_to(VERI_ENDCLASS, VERI_CLASS); } "endclass" closing_label
     { veri_unsupported(@1, "classes"); $$ = nullptr; }
   | "program" { veri_skip_to(VERI_ENDPROGRAM); } "endprogram" closing_label
     { veri_unsupported(@1, "programs"); $$ = nullptr; }
   | "bind" { veri_skip_to(VERI_SEMICOLON); } ";" { veri_unsupported(@1, "bind directives"); $$ = nullptr; }
   | "alias" { veri_skip_to(VERI_SEMICOLON); } ";" { veri_unsupported(@1, "net aliases"); $$ = nullptr; }
+  | "import" VERI_STRING_LITERAL { veri_skip_to(VERI_SEMICOLON); } ";"
+    { veri_unsupported(@1, "functions of another language"); $$ = nullptr; }
+  | "export" { veri_skip_to(VERI_SEMICOLON); } ";"
+    { veri_unsupported(@1, "functions of another language"); $$ = nullptr; }
+  | "virtual" "interface" { veri_skip_to(VERI_SEMICOLON); } ";"
+    { veri_unsupported(@1, "virtual interfaces"); $$ = nullptr; }
+  | "extern" "function" { veri_skip_to(VERI_SEMICOLON); } ";"
+    { veri_unsupported(@1, "extern subprograms"); $$ = nullptr; }
+  | "extern" "task" { veri_skip_to(VERI_SEMICOLON); } ";"
+    { veri_unsupported(@1, "extern subprograms"); $$ = nullptr; }
   ;
 
+class_keyword
+  : "class"
+  | "virtual" "class"
+  ;
+
+clocking_keyword
+  : "clocking"
+  | "default" "clocking"
+  ;
+
+/* Assertions, properties, sequences. */
+
 assert_keyword
-  : "assert"
-  | "assume"
-  | "cover"
+  : "assert" { $$ = VERI_ASSERT; }
+  | "assume" { $$ = VERI_ASSUME; }
+  | "cover" { $$ = VERI_COVER; }
   ;
 
 assert_statement
-  : assert_keyword "(" expr ")" assert_action { veri_discard($3); $$ = new VeriNullStatement(@1); }
-  | assert_keyword "property" "(" { veri_skip_to(VERI_CPAREN); } ")" assert_action { $$ = new VeriNullStatement(@1); }
+  : assert_keyword "(" expr ")" substatement %prec LOWER_THAN_ELSE
+    { $$ = new VeriAssertion($1, false, $3, $5, nullptr, @1); }
+  | assert_keyword "(" expr ")" substatement "else" substatement
+    { $$ = new VeriAssertion($1, false, $3, $5, $7, @1); }
+  | assert_keyword "(" expr ")" "else" substatement { $$ = new VeriAssertion($1, false, $3, nullptr, $6, @1); }
+  | property_assertion
   ;
 
-assert_action
-  : substatement %prec LOWER_THAN_ELSE { veri_discard($1); }
-  | substatement "else" substatement { veri_discard($1); veri_discard($3); }
-  | "else" substatement { veri_discard($2); }
+property_assertion
+  : assert_keyword "property" "(" property_expr ")" substatement %prec LOWER_THAN_ELSE
+    { $$ = new VeriAssertion($1, true, $4, $6, nullptr, @1); }
+  | assert_keyword "property" "(" property_expr ")" substatement "else" substatement
+    { $$ = new VeriAssertion($1, true, $4, $6, $8, @1); }
+  | assert_keyword "property" "(" property_expr ")" "else" substatement
+    { $$ = new VeriAssertion($1, true, $4, nullptr, $7, @1); }
+  ;
+
+concurrent_assertion
+  : property_assertion { $$ = new VeriConcurrentAssertion($1, @1); }
+  | VERI_ID ":" property_assertion
+    { static_cast<VeriAssertion*>($3)->SetLabel($1); $$ = new VeriConcurrentAssertion($3, @1); }
+  ;
+
+property_decl
+  : property_head property_ports_opt ";" property_variables property_expr semicolon_opt "endproperty" closing_label
+    { $$ = veri_end_property($1, $2, $4, $5, $8, @8); }
+  | sequence_head property_ports_opt ";" property_variables property_expr semicolon_opt "endsequence" closing_label
+    { $$ = veri_end_property($1, $2, $4, $5, $8, @8); }
+  ;
+
+property_head
+  : "property" any_id { $$ = veri_open_property(VERI_PROPERTY, $2, @2); }
+  ;
+
+sequence_head
+  : "sequence" any_id { $$ = veri_open_property(VERI_SEQUENCE, $2, @2); }
+  ;
+
+property_ports_opt
+  : %empty { $$ = nullptr; }
+  | "(" ")" { $$ = nullptr; }
+  | "(" property_ports ")" { $$ = $2; }
+  ;
+
+property_ports
+  : property_port { $$ = veri_list<VeriModuleItem>($1); }
+  | property_ports "," property_port { $$ = veri_append($1, $3); }
+  ;
+
+property_port
+  : variable_id { $$ = veri_property_port(nullptr, $1); }
+  | data_type variable_id { $$ = veri_property_port($1, $2); }
+  ;
+
+property_variables
+  : %empty { $$ = nullptr; }
+  | property_variables variable_item { $$ = veri_join($1, veri_list<VeriModuleItem>($2)); }
+  ;
+
+variable_item
+  : data_type variable_ids ";" { $$ = veri_data_decl($1, $2, @1); }
+  ;
+
+semicolon_opt
+  : %empty
+  | ";"
+  ;
+
+property_expr
+  : expr %prec PROPERTY
+  | property_operator
+  ;
+
+property_operator
+  : "(" property_operator ")" { $$ = $2; }
+  | "(" property_expr "," assignment_list ")" { $$ = veri_sequence(VERI_COMMA, nullptr, nullptr, $2, @1, $4); }
+  | "first_match" "(" property_expr match_steps ")"
+    { $$ = veri_sequence(VERI_FIRST_MATCH, nullptr, nullptr, $3, @1, $4); }
+  | "##" cycle_delay property_expr %prec "##" { $$ = veri_sequence(VERI_CYCLE_DELAY, nullptr, $2, $3, @1); }
+  | property_expr "##" cycle_delay property_expr %prec "##" { $$ = veri_sequence(VERI_CYCLE_DELAY, $1, $3, $4, @1); }
+  | property_expr repetition repetition_range "]" %prec "[*" { $$ = veri_sequence($2, $1, $3, nullptr, @1); }
+  | property_expr "and" property_expr { $$ = veri_sequence(VERI_AND, $1, nullptr, $3, @1); }
+  | property_expr "or" property_expr { $$ = veri_sequence(VERI_OR, $1, nullptr, $3, @1); }
+  | property_expr "intersect" property_expr { $$ = veri_sequence(VERI_INTERSECT, $1, nullptr, $3, @1); }
+  | property_expr "within" property_expr { $$ = veri_sequence(VERI_WITHIN, $1, nullptr, $3, @1); }
+  | property_expr "throughout" property_expr { $$ = veri_sequence(VERI_THROUGHOUT, $1, nullptr, $3, @1); }
+  | property_expr "|->" property_expr { $$ = veri_sequence(VERI_IMPLIES_OVERLAPPED, $1, nullptr, $3, @1); }
+  | property_expr "|=>" property_expr { $$ = veri_sequence(VERI_IMPLIES_NEXT, $1, nullptr, $3, @1); }
+  | "not" property_expr { $$ = veri_sequence(VERI_NOT, nullptr, nullptr, $2, @1); }
+  | event_control property_expr %prec LOWER_THAN_PROPERTY_ELSE
+    { $$ = veri_sequence(VERI_AT, nullptr, nullptr, $2, @1, $1); }
+  | "disable" "iff" "(" expr ")" property_expr %prec LOWER_THAN_PROPERTY_ELSE
+    { $$ = veri_sequence(VERI_DISABLE, nullptr, $4, $6, @1); }
+  | "if" "(" expr ")" property_expr %prec LOWER_THAN_ELSE { $$ = veri_sequence(VERI_IF, $5, $3, nullptr, @1); }
+  | "if" "(" expr ")" property_expr "else" property_expr { $$ = veri_sequence(VERI_IF, $5, $3, $7, @1); }
+  ;
+
+cycle_delay
+  : VERI_NUMBER { $$ = veri_number_literal($1, @1); }
+  | name { $$ = $1; }
+  | "(" expr ")" { $$ = $2; }
+  | "[" expr ":" expr "]" { $$ = new VeriRange($2, $4, VERI_COLON, @1); }
+  ;
+
+repetition
+  : "[*" { $$ = VERI_REPEAT_CONSECUTIVE; }
+  | "[=" { $$ = VERI_REPEAT_NON_CONSECUTIVE; }
+  | "[->" { $$ = VERI_REPEAT_GOTO; }
+  ;
+
+repetition_range
+  : %empty { $$ = nullptr; }
+  | expr
+  | expr ":" expr { $$ = new VeriRange($1, $3, VERI_COLON, @1); }
+  ;
+
+match_steps
+  : %empty { $$ = nullptr; }
+  | "," assignment_list { $$ = $2; }
+  ;
+
+assignment_list
+  : assignment_expr { $$ = veri_list<VeriExpression>($1); }
+  | assignment_list "," assignment_expr { $$ = veri_append($1, $3); }
   ;
 
 /* Statements. */
@@ -1490,6 +1707,18 @@ substatement
   ;
 
 statement_item
+  : single_statement
+  | seq_block
+  | par_block
+  | VERI_ID ":" single_statement
+    {
+      veri_need_systemverilog(@2, "statement label");
+      if (auto* assertion = dynamic_cast<VeriAssertion*>($3)) assertion->SetLabel($1);
+      $$ = $3;
+    }
+  ;
+
+single_statement
   : ";" { $$ = new VeriNullStatement(@1); }
   | blocking_assign ";" { $$ = veri_closed($1); }
   | lvalue "<=" intra_control_opt expr ";"
@@ -1498,12 +1727,17 @@ statement_item
   | case_statement
   | conditional
   | loop_statement
-  | seq_block
-  | par_block
   | timed_statement
   | jump_statement ";"
-  | labelled_statement
   | assert_statement
+  | "expect" "(" property_expr ")" { veri_discard($3); veri_unsupported(@1, "expect statements"); } substatement
+    { $$ = $6; }
+  | "randcase" { veri_skip_to(VERI_ENDCASE, VERI_CASE); } "endcase"
+    { veri_unsupported(@1, "randcase statements"); $$ = new VeriNullStatement(@1); }
+  | "randsequence" { veri_skip_to(VERI_ENDSEQUENCE); } "endsequence"
+    { veri_unsupported(@1, "randsequence statements"); $$ = new VeriNullStatement(@1); }
+  | "wait_order" { veri_skip_to(VERI_SEMICOLON); } ";"
+    { veri_unsupported(@1, "wait_order statements"); $$ = new VeriNullStatement(@1); }
   | "->" name ";" { $$ = new VeriEventTrigger($2, @1); }
   | "disable" name ";" { $$ = new VeriDisable($2, @1); }
   | "disable" "fork" ";" { veri_unsupported(@1, "disable fork"); $$ = new VeriNullStatement(@1); }
@@ -1514,13 +1748,10 @@ statement_item
   | "void" "'" "(" name "(" call_arguments ")" ")" ";" { $$ = veri_closed(new VeriTaskEnable($4, $6, @1)); }
   ;
 
-labelled_statement
-  : VERI_ID ":" statement_item { veri_need_systemverilog(@2, "statement label"); $$ = $3; }
-  ;
-
 lvalue
   : name { $$ = $1; }
   | concat
+  | streaming
   | assignment_pattern
   ;
 
@@ -1570,9 +1801,9 @@ intra_control_opt
 event_control
   : "@" name { $$ = veri_list<VeriExpression>($2); }
   | "@" "(" event_list ")" { $$ = $3; }
-  | "@" "*" { $$ = new VeriExpressions; }
+  | "@" "*" { veri_need_verilog_2001(@1, "an event list of all that is read"); $$ = new VeriExpressions; }
   | "@" "(*)" { $$ = new VeriExpressions; }
-  | "@" "(" "*" ")" { $$ = new VeriExpressions; }
+  | "@" "(" "*" ")" { veri_need_verilog_2001(@1, "an event list of all that is read"); $$ = new VeriExpressions; }
   | "@" "(" "*)" { $$ = new VeriExpressions; }
   | "@" "(*" ")" { $$ = new VeriExpressions; }
   ;
@@ -1580,19 +1811,20 @@ event_control
 event_list
   : event_expr { $$ = veri_list<VeriExpression>($1); }
   | event_list "or" event_expr { $$ = veri_append($1, $3); }
-  | event_list "," event_expr { $$ = veri_append($1, $3); }
+  | event_list "," event_expr
+    { veri_need_verilog_2001(@2, "a comma in an event list"); $$ = veri_append($1, $3); }
   ;
 
 event_expr
   : expr { $$ = new VeriEventExpression(0, $1, @1); }
   | "posedge" expr { $$ = new VeriEventExpression(VERI_POSEDGE, $2, @1); }
   | "negedge" expr { $$ = new VeriEventExpression(VERI_NEGEDGE, $2, @1); }
-  | event_expr "iff" expr { veri_unsupported(@2, "iff in an event expression"); veri_discard($3); $$ = $1; }
+  | event_expr "iff" expr { static_cast<VeriEventExpression*>($1)->SetCondition($3); $$ = $1; }
   ;
 
 timed_statement
   : delay substatement { $$ = veri_delayed_statement($1, $2, @1); }
-  | event_control substatement { $$ = new VeriEventControlStatement($1, $2, @1); }
+  | event_control substatement { $$ = veri_event_statement($1, $2, @1); }
   | "wait" "(" expr ")" substatement { $$ = new VeriWait($3, $5, @1); }
   | "wait" "fork" ";" { veri_unsupported(@1, "wait fork"); $$ = new VeriNullStatement(@1); }
   ;
@@ -1625,10 +1857,28 @@ unique_priority_opt
   | unique_priority
   ;
 
+/* Patterns. */
+
+pattern
+  : expr
+  | "." any_id { $$ = new VeriPattern(new VeriIdRef($2, @2), nullptr, VERI_DOT, @1); }
+  | ".*" { $$ = new VeriPattern(nullptr, nullptr, VERI_DOT_STAR, @1); }
+  | "tagged" any_id { $$ = new VeriPattern(new VeriIdRef($2, @2), nullptr, VERI_TAGGED, @1); }
+  | "tagged" any_id pattern { $$ = veri_bounded(new VeriPattern(new VeriIdRef($2, @2), $3, VERI_TAGGED, @1)); }
+  ;
+
+predicate
+  : expr
+  | expr "matches" pattern { $$ = veri_bounded(new VeriPattern($1, $3, VERI_MATCHES, @1)); }
+  | predicate "&&&" expr { $$ = veri_bounded(new VeriPattern($1, $3, VERI_TRIPLE_AND, @1)); }
+  | predicate "&&&" expr "matches" pattern
+    { $$ = veri_bounded(new VeriPattern($1, new VeriPattern($3, $5, VERI_MATCHES, @3), VERI_TRIPLE_AND, @1)); }
+  ;
+
 conditional
-  : unique_priority_opt "if" "(" expr ")" substatement %prec LOWER_THAN_ELSE
+  : unique_priority_opt "if" "(" predicate ")" substatement %prec LOWER_THAN_ELSE
     { $$ = new VeriConditionalStatement($4, $6, nullptr, $1, @2); }
-  | unique_priority_opt "if" "(" expr ")" substatement "else" substatement
+  | unique_priority_opt "if" "(" predicate ")" substatement "else" substatement
     { $$ = new VeriConditionalStatement($4, $6, $8, $1, @2); }
   ;
 
@@ -1663,14 +1913,34 @@ loop_statement
   | "do" statement "while" "(" expr ")" ";" { $$ = new VeriWhile($5, $2, nullptr, true, @1); }
   | "for" "(" for_inits ";" expr_opt ";" for_steps ")" substatement { $$ = veri_for(nullptr, $3, $5, $7, $9, @1); }
   | "for" "(" for_head ";" expr_opt ";" for_steps ")" substatement { $$ = veri_for($3, nullptr, $5, $7, $9, @1); }
-  | "foreach" "(" name ")" substatement
-    { veri_unsupported(@1, "foreach loops"); veri_discard($3); veri_discard($5); $$ = new VeriNullStatement(@1); }
+  | foreach_head substatement { $$ = veri_foreach($1, $2); }
+  ;
+
+foreach_head
+  : "foreach" "(" foreach_array "[" foreach_names "]" ")" { $$ = veri_open_foreach($3, $5, @1); }
+  ;
+
+foreach_array
+  : VERI_ID { $$ = new VeriIdRef($1, @1); }
+  | VERI_PACKAGE_ID "::" VERI_ID { $$ = new VeriScopedIdRef($1, $3, @1); }
+  | foreach_array "." any_id { $$ = veri_selected($1, $3, @1); }
+  ;
+
+foreach_names
+  : foreach_name { $$ = new std::vector<std::string>(1, $1); }
+  | foreach_names "," foreach_name { $1->push_back($3); $$ = $1; }
+  ;
+
+foreach_name
+  : %empty { $$ = ""; }
+  | any_id
   ;
 
 for_head
   : data_type variable_id { $$ = veri_open_for($1, $2, @1); }
   | "var" data_type variable_id { $$ = veri_open_for($2, $3, @1); }
   | for_head "," variable_id { $$ = veri_continue_for($1, $3); }
+  | for_head "," data_type variable_id { $$ = veri_continue_for($1, $3, $4, @3); }
   ;
 
 for_inits
@@ -1699,6 +1969,7 @@ seq_block
 
 block_head
   : "begin" label_opt { $$ = veri_open_block(VERI_BEGIN, $2, @1); }
+  | VERI_ID ":" "begin" { veri_need_systemverilog(@2, "statement label"); $$ = veri_open_block(VERI_BEGIN, $1, @3); }
   ;
 
 par_block
@@ -1708,6 +1979,7 @@ par_block
 
 par_head
   : "fork" label_opt { $$ = veri_open_block(VERI_FORK, $2, @1); }
+  | VERI_ID ":" "fork" { veri_need_systemverilog(@2, "statement label"); $$ = veri_open_block(VERI_FORK, $1, @3); }
   ;
 
 join_keyword
@@ -1730,45 +2002,45 @@ mintypmax
 
 expr
   : primary
-  | "+" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_PLUS, $3, @1); }
-  | "-" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_MINUS, $3, @1); }
-  | "!" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_BANG, $3, @1); }
-  | "~" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_TILDE, $3, @1); }
-  | "&" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_AMPERSAND, $3, @1); }
-  | "~&" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_NAND_OP, $3, @1); }
-  | "|" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_BAR, $3, @1); }
-  | "~|" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_NOR_OP, $3, @1); }
-  | "^" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_CARET, $3, @1); }
-  | "~^" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_XNOR_OP, $3, @1); }
-  | expr "+" operand_attrs expr { $$ = veri_binary(VERI_PLUS, $1, $4, @1); }
-  | expr "-" operand_attrs expr { $$ = veri_binary(VERI_MINUS, $1, $4, @1); }
-  | expr "*" operand_attrs expr { $$ = veri_binary(VERI_STAR, $1, $4, @1); }
-  | expr "/" operand_attrs expr { $$ = veri_binary(VERI_SLASH, $1, $4, @1); }
-  | expr "%" operand_attrs expr { $$ = veri_binary(VERI_MODULO, $1, $4, @1); }
-  | expr "**" operand_attrs expr { $$ = veri_binary(VERI_POWER, $1, $4, @1); }
-  | expr "==" operand_attrs expr { $$ = veri_binary(VERI_EQ, $1, $4, @1); }
-  | expr "!=" operand_attrs expr { $$ = veri_binary(VERI_NEQ, $1, $4, @1); }
-  | expr "===" operand_attrs expr { $$ = veri_binary(VERI_CASE_EQ, $1, $4, @1); }
-  | expr "!==" operand_attrs expr { $$ = veri_binary(VERI_CASE_NEQ, $1, $4, @1); }
-  | expr "==?" operand_attrs expr { $$ = veri_binary(VERI_WILD_EQ, $1, $4, @1); }
-  | expr "!=?" operand_attrs expr { $$ = veri_binary(VERI_WILD_NEQ, $1, $4, @1); }
-  | expr "&&" operand_attrs expr { $$ = veri_binary(VERI_LOG_AND, $1, $4, @1); }
-  | expr "||" operand_attrs expr { $$ = veri_binary(VERI_LOG_OR, $1, $4, @1); }
-  | expr "<" operand_attrs expr { $$ = veri_binary(VERI_LESS, $1, $4, @1); }
-  | expr "<=" operand_attrs expr { $$ = veri_binary(VERI_LESS_EQ, $1, $4, @1); }
-  | expr ">" operand_attrs expr { $$ = veri_binary(VERI_GREATER, $1, $4, @1); }
-  | expr ">=" operand_attrs expr { $$ = veri_binary(VERI_GREATER_EQ, $1, $4, @1); }
-  | expr "&" operand_attrs expr { $$ = veri_binary(VERI_AMPERSAND, $1, $4, @1); }
-  | expr "|" operand_attrs expr { $$ = veri_binary(VERI_BAR, $1, $4, @1); }
-  | expr "^" operand_attrs expr { $$ = veri_binary(VERI_CARET, $1, $4, @1); }
-  | expr "~^" operand_attrs expr { $$ = veri_binary(VERI_XNOR_OP, $1, $4, @1); }
-  | expr "<<" operand_attrs expr { $$ = veri_binary(VERI_SHIFT_LEFT, $1, $4, @1); }
-  | expr ">>" operand_attrs expr { $$ = veri_binary(VERI_SHIFT_RIGHT, $1, $4, @1); }
-  | expr "<<<" operand_attrs expr { $$ = veri_binary(VERI_ARITH_SHIFT_LEFT, $1, $4, @1); }
-  | expr ">>>" operand_attrs expr { $$ = veri_binary(VERI_ARITH_SHIFT_RIGHT, $1, $4, @1); }
+  | "+" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_PLUS, $3, @1, $2); }
+  | "-" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_MINUS, $3, @1, $2); }
+  | "!" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_BANG, $3, @1, $2); }
+  | "~" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_TILDE, $3, @1, $2); }
+  | "&" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_AMPERSAND, $3, @1, $2); }
+  | "~&" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_NAND_OP, $3, @1, $2); }
+  | "|" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_BAR, $3, @1, $2); }
+  | "~|" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_NOR_OP, $3, @1, $2); }
+  | "^" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_CARET, $3, @1, $2); }
+  | "~^" operand_attrs expr %prec UNARY { $$ = veri_unary(VERI_XNOR_OP, $3, @1, $2); }
+  | expr "+" operand_attrs expr { $$ = veri_binary(VERI_PLUS, $1, $4, @1, $3); }
+  | expr "-" operand_attrs expr { $$ = veri_binary(VERI_MINUS, $1, $4, @1, $3); }
+  | expr "*" operand_attrs expr { $$ = veri_binary(VERI_STAR, $1, $4, @1, $3); }
+  | expr "/" operand_attrs expr { $$ = veri_binary(VERI_SLASH, $1, $4, @1, $3); }
+  | expr "%" operand_attrs expr { $$ = veri_binary(VERI_MODULO, $1, $4, @1, $3); }
+  | expr "**" operand_attrs expr { $$ = veri_binary(VERI_POWER, $1, $4, @1, $3); }
+  | expr "==" operand_attrs expr { $$ = veri_binary(VERI_EQ, $1, $4, @1, $3); }
+  | expr "!=" operand_attrs expr { $$ = veri_binary(VERI_NEQ, $1, $4, @1, $3); }
+  | expr "===" operand_attrs expr { $$ = veri_binary(VERI_CASE_EQ, $1, $4, @1, $3); }
+  | expr "!==" operand_attrs expr { $$ = veri_binary(VERI_CASE_NEQ, $1, $4, @1, $3); }
+  | expr "==?" operand_attrs expr { $$ = veri_binary(VERI_WILD_EQ, $1, $4, @1, $3); }
+  | expr "!=?" operand_attrs expr { $$ = veri_binary(VERI_WILD_NEQ, $1, $4, @1, $3); }
+  | expr "&&" operand_attrs expr { $$ = veri_binary(VERI_LOG_AND, $1, $4, @1, $3); }
+  | expr "||" operand_attrs expr { $$ = veri_binary(VERI_LOG_OR, $1, $4, @1, $3); }
+  | expr "<" operand_attrs expr { $$ = veri_binary(VERI_LESS, $1, $4, @1, $3); }
+  | expr "<=" operand_attrs expr { $$ = veri_binary(VERI_LESS_EQ, $1, $4, @1, $3); }
+  | expr ">" operand_attrs expr { $$ = veri_binary(VERI_GREATER, $1, $4, @1, $3); }
+  | expr ">=" operand_attrs expr { $$ = veri_binary(VERI_GREATER_EQ, $1, $4, @1, $3); }
+  | expr "&" operand_attrs expr { $$ = veri_binary(VERI_AMPERSAND, $1, $4, @1, $3); }
+  | expr "|" operand_attrs expr { $$ = veri_binary(VERI_BAR, $1, $4, @1, $3); }
+  | expr "^" operand_attrs expr { $$ = veri_binary(VERI_CARET, $1, $4, @1, $3); }
+  | expr "~^" operand_attrs expr { $$ = veri_binary(VERI_XNOR_OP, $1, $4, @1, $3); }
+  | expr "<<" operand_attrs expr { $$ = veri_binary(VERI_SHIFT_LEFT, $1, $4, @1, $3); }
+  | expr ">>" operand_attrs expr { $$ = veri_binary(VERI_SHIFT_RIGHT, $1, $4, @1, $3); }
+  | expr "<<<" operand_attrs expr { $$ = veri_binary(VERI_ARITH_SHIFT_LEFT, $1, $4, @1, $3); }
+  | expr ">>>" operand_attrs expr { $$ = veri_binary(VERI_ARITH_SHIFT_RIGHT, $1, $4, @1, $3); }
   | expr "inside" "{" inside_ranges "}"
-    { veri_unsupported(@2, "the operator inside"); veri_discard($4); $$ = $1; }
-  | expr "?" operand_attrs expr ":" expr %prec "?" { $$ = veri_bounded(new VeriQuestionColon($1, $4, $6, @1)); }
+    { $$ = veri_binary(VERI_INSIDE, $1, new VeriConcat(nullptr, $4, @3), @1); }
+  | expr "?" operand_attrs expr ":" expr %prec "?" { $$ = veri_bounded(veri_with(new VeriQuestionColon($1, $4, $6, @1), $3)); }
   ;
 
 inside_ranges
@@ -1778,7 +2050,7 @@ inside_ranges
 
 inside_range
   : expr
-  | packed_dim { $$ = $1; }
+  | "[" expr ":" expr "]" { $$ = new VeriRange($2, $4, VERI_COLON, @1); }
   ;
 
 primary
@@ -1788,13 +2060,48 @@ primary
   | VERI_SYSTEM_ID { $$ = new VeriSystemFunctionCall($1, nullptr, @1); }
   | VERI_SYSTEM_ID "(" system_arguments ")" { $$ = veri_bounded(new VeriSystemFunctionCall($1, $3, @1)); }
   | concat
+  | name attribute_instances "(" call_arguments ")"
+    { $$ = veri_bounded(veri_with(new VeriFunctionCall($1, $4, @1), $2)); }
   | "(" mintypmax ")" { $$ = $2; }
-  | "(" assignment_expr ")" { $2->SetIsOperand(); $$ = veri_bounded($2); }
+  | "(" paren_assignment ")" { $$ = $2; }
+  | name increment
+    {
+      veri_unsupported(@1, "an increment behind its operand in an expression");
+      $$ = veri_operand(veri_assignment($1, $2, nullptr, @1), @1);
+    }
+  | increment name { $$ = veri_operand(veri_assignment($2, $1, nullptr, @1), @1); }
+  | VERI_DOLLAR { $$ = new VeriOpen(@1); }
+  | streaming
+  | "null" { $$ = veri_unsupported_operand(@1, "class handles"); }
+  | "this" { $$ = veri_unsupported_operand(@1, "class handles"); }
+  | "new" { $$ = veri_unsupported_operand(@1, "class handles"); }
+  | "new" "(" call_arguments ")" { veri_discard($3); $$ = veri_unsupported_operand(@1, "class handles"); }
+  | "new" "[" expr "]" { veri_discard($3); $$ = veri_unsupported_operand(@1, "dynamic arrays"); }
   | cast_type "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
   | primary "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
   | assignment_pattern
   | type_name "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
   | type_name "'" braced_pattern { $$ = veri_bounded(new VeriTypeCast($1, $3, @1)); }
+  ;
+
+paren_assignment
+  : name "=" expr { $$ = veri_operand(veri_assignment($1, VERI_ASSIGN_OP, $3, @1), @1); }
+  | name operator_assign expr { $$ = veri_operand(veri_assignment($1, $2, $3, @1), @1); }
+  ;
+
+streaming
+  : "{" "<<" stream_slice "{" exprs "}" "}"
+    { veri_unsupported(@1, "streaming concatenations"); $$ = new VeriConcat(nullptr, $5, @1); }
+  | "{" ">>" stream_slice "{" exprs "}" "}"
+    { veri_unsupported(@1, "streaming concatenations"); $$ = new VeriConcat(nullptr, $5, @1); }
+  ;
+
+stream_slice
+  : %empty
+  | VERI_NUMBER
+  | name { veri_discard($1); }
+  | "(" expr ")" { veri_discard($2); }
+  | keyword_type { veri_discard($1); }
   ;
 
 cast_type
@@ -1833,8 +2140,10 @@ call_arguments
 argument
   : %empty { $$ = nullptr; }
   | expr
-  | "." any_id "(" ")" { $$ = new VeriPortConnect($2, nullptr, false, @1); }
-  | "." any_id "(" expr ")" { $$ = new VeriPortConnect($2, $4, false, @1); }
+  | "." any_id "(" ")"
+    { veri_need_systemverilog(@1, "an argument by name"); $$ = new VeriPortConnect($2, nullptr, false, @1); }
+  | "." any_id "(" expr ")"
+    { veri_need_systemverilog(@1, "an argument by name"); $$ = new VeriPortConnect($2, $4, false, @1); }
   ;
 
 system_arguments
@@ -1857,6 +2166,7 @@ name
 plain_name
   : VERI_ID { $$ = new VeriIdRef($1, @1); }
   | VERI_PACKAGE_ID "::" VERI_ID { $$ = new VeriScopedIdRef($1, $3, @1); }
+  | VERI_SYSTEM_ID "::" VERI_ID { $$ = new VeriScopedIdRef($1, $3, @1); }
   | name "." any_id { $$ = veri_selected($1, $3, @1); }
   ;
 

@@ -68,6 +68,7 @@ void VeriBinaryOperator::VisitChildren(VeriVisitor& visitor) {
 void VeriBinaryOperator::PrettyPrint(std::ostream& out, unsigned) const {
   PrintOperand(out, _left);
   out << ' ' << PrintToken(_token) << ' ';
+  PrintAttributes(out, 0);
   PrintOperand(out, _right);
 }
 
@@ -82,6 +83,8 @@ void VeriUnaryOperator::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor
 
 void VeriUnaryOperator::PrettyPrint(std::ostream& out, unsigned) const {
   out << PrintToken(_token);
+  if (HasAttributes()) out << ' ';
+  PrintAttributes(out, 0);
   PrintOperand(out, _operand);
 }
 
@@ -108,6 +111,7 @@ void VeriQuestionColon::VisitChildren(VeriVisitor& visitor) {
 void VeriQuestionColon::PrettyPrint(std::ostream& out, unsigned) const {
   PrintOperand(out, _condition);
   out << " ? ";
+  PrintAttributes(out, 0);
   PrintOperand(out, _one);
   out << " : ";
   PrintOperand(out, _zero);
@@ -135,7 +139,15 @@ void VeriConcat::PrettyPrint(std::ostream& out, unsigned) const {
     PrintOperand(out, _count);
     out << '{';
   }
-  veri_print_list(out, _parts);
+  const char* before = "";
+  for (const VeriExpression* part : *_parts) {
+    out << before;
+    before = ", ";
+    const bool is_range = part->AsRange() != nullptr;
+    if (is_range) out << '[';
+    part->PrettyPrint(out, 0);
+    if (is_range) out << ']';
+  }
   out << (_count ? "}}" : "}");
 }
 
@@ -160,11 +172,15 @@ void VeriMinTypMaxExpr::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriMinTypMaxExpr::PrettyPrint(std::ostream& out, unsigned) const {
+  if (!_typ) out << '(';
   PrintOperand(out, _min);
-  out << " : ";
-  PrintOperand(out, _typ);
-  out << " : ";
+  out << (_typ ? " : " : ", ");
+  if (_typ) {
+    PrintOperand(out, _typ);
+    out << " : ";
+  }
   PrintOperand(out, _max);
+  if (!_typ) out << ')';
 }
 
 VeriRange::VeriRange(VeriExpression* left, VeriExpression* right, unsigned token, unsigned long linefile)
@@ -207,6 +223,8 @@ void VeriFunctionCall::VisitChildren(VeriVisitor& visitor) {
 
 void VeriFunctionCall::PrettyPrint(std::ostream& out, unsigned) const {
   Print(out, _name);
+  if (HasAttributes()) out << ' ';
+  PrintAttributes(out, 0);
   out << '(';
   veri_print_list(out, _args);
   out << ')';
@@ -248,7 +266,11 @@ void VeriAssignmentOperator::VisitChildren(VeriVisitor& visitor) {
 
 void VeriAssignmentOperator::PrettyPrint(std::ostream& out, unsigned) const {
   if (_is_operand) out << '(';
+  const bool is_prefix = _is_operand && !_value; // as an operand an increment gives the new value
+  if (is_prefix) out << PrintToken(_token);
   Print(out, _target);
+  if (is_prefix) out << ')';
+  if (is_prefix) return;
   if (_value) out << ' ';
   out << PrintToken(_token);
   if (_value) out << ' ';
@@ -319,13 +341,22 @@ VeriEventExpression::VeriEventExpression(unsigned edge, VeriExpression* operand,
   Deepen(operand);
 }
 
-VeriEventExpression::~VeriEventExpression() { delete _operand; }
+VeriEventExpression::~VeriEventExpression() {
+  delete _operand;
+  delete _condition;
+}
 
-void VeriEventExpression::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _operand); }
+void VeriEventExpression::VisitChildren(VeriVisitor& visitor) {
+  veri_visit(visitor, _operand);
+  veri_visit(visitor, _condition);
+}
 
 void VeriEventExpression::PrettyPrint(std::ostream& out, unsigned) const {
   if (_edge) out << PrintToken(_edge) << ' ';
   Print(out, _operand);
+  if (!_condition) return;
+  out << " iff ";
+  Print(out, _condition);
 }
 
 // Ports.
@@ -356,6 +387,36 @@ void VeriPortConnect::PrettyPrint(std::ostream& out, unsigned level) const {
 }
 
 void VeriPortOpen::PrettyPrint(std::ostream&, unsigned) const {}
+
+void VeriOpen::PrettyPrint(std::ostream& out, unsigned) const { out << '$'; }
+
+VeriPattern::VeriPattern(VeriExpression* left, VeriExpression* right, unsigned token, unsigned long linefile)
+    : VeriExpression(linefile), _left(Adopt(left)), _right(Adopt(right)), _token(token) {
+  Deepen(left);
+  Deepen(right);
+}
+
+VeriPattern::~VeriPattern() {
+  delete _left;
+  delete _right;
+}
+
+void VeriPattern::VisitChildren(VeriVisitor& visitor) {
+  veri_visit(visitor, _left);
+  veri_visit(visitor, _right);
+}
+
+void VeriPattern::PrettyPrint(std::ostream& out, unsigned) const {
+  const bool is_infix = _token == VERI_MATCHES || _token == VERI_TRIPLE_AND;
+  if (is_infix) PrintOperand(out, _left);
+  if (is_infix) out << ' ';
+  out << PrintToken(_token);
+  if (is_infix || _token == VERI_TAGGED) out << ' ';
+  if (!is_infix) Print(out, _left);
+  if (!_right) return;
+  if (!is_infix) out << ' ';
+  PrintOperand(out, _right);
+}
 
 VeriAnsiPortDecl::VeriAnsiPortDecl(VeriDataDecl* decl, unsigned long linefile)
     : VeriExpression(linefile), _decl(Adopt(decl)) {}
@@ -391,6 +452,17 @@ OwnedValue VeriIntLiteral::MakeValue() const {
   return VeriValue::FromInteger(static_cast<int>(static_cast<unsigned>(std::strtoul(Text(), nullptr, 10))));
 }
 
+unsigned VeriTimeLiteral::Unit() const {
+  const std::string text = Text();
+  const std::string unit = text.substr(text.find_first_not_of("0123456789._"));
+  unsigned code = 1;
+  for (const char* name : {"fs", "ps", "ns", "us", "ms", "s"}) {
+    if (unit == name) break;
+    code++;
+  }
+  return code;
+}
+
 /// Sized numbers are written in binary; the others, which their text alone tells apart, as they were read.
 void VeriLiteral::PrettyPrint(std::ostream& out, unsigned) const {
   const VeriVectorValue* vector = Value().AsVector();
@@ -412,7 +484,10 @@ VeriScopedIdRef::VeriScopedIdRef(const char* package, const char* name, unsigned
     : VeriFullName(linefile), _package(package), _name(name) {}
 
 void VeriScopedIdRef::PrettyPrint(std::ostream& out, unsigned) const {
-  PrintName(out, _package.c_str());
+  if (_package.front() == '$') // $unit
+    out << _package;
+  else
+    PrintName(out, _package.c_str());
   out << "::";
   PrintName(out, _name.c_str());
 }
@@ -423,6 +498,11 @@ VeriSelectedName::VeriSelectedName(VeriName* prefix, const char* suffix, unsigne
 }
 
 VeriSelectedName::~VeriSelectedName() { delete _prefix; }
+
+VeriName* VeriSelectedName::Copy() const {
+  VeriName* prefix = _prefix->Copy();
+  return prefix ? new VeriSelectedName(prefix, _suffix.c_str(), Linefile()) : nullptr;
+}
 
 void VeriSelectedName::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _prefix); }
 
@@ -479,6 +559,25 @@ void VeriPrimitiveTypeDef::PrettyPrint(std::ostream& out, unsigned) const {
   PrintRanges(out, _ranges);
 }
 
+VeriArrayTypeDef::VeriArrayTypeDef(VeriTypeDef* element, VeriNodes<VeriRange>* ranges, unsigned long linefile)
+    : VeriTypeDef(linefile), _element(Adopt(element)), _ranges(Adopt(ranges)) {}
+
+VeriArrayTypeDef::~VeriArrayTypeDef() {
+  delete _element;
+  delete _ranges;
+}
+
+void VeriArrayTypeDef::VisitChildren(VeriVisitor& visitor) {
+  veri_visit(visitor, _element);
+  veri_visit(visitor, _ranges);
+}
+
+void VeriArrayTypeDef::PrettyPrint(std::ostream& out, unsigned level) const {
+  _element->PrettyPrint(out, level);
+  out << ' ';
+  PrintRanges(out, _ranges);
+}
+
 VeriTypeName::VeriTypeName(VeriName* name, VeriNodes<VeriRange>* ranges, unsigned long linefile)
     : VeriTypeDef(linefile), _name(Adopt(name)), _ranges(Adopt(ranges)) {}
 
@@ -532,6 +631,7 @@ void VeriStructUnionTypeDef::VisitChildren(VeriVisitor& visitor) { veri_visit(vi
 
 void VeriStructUnionTypeDef::PrettyPrint(std::ostream& out, unsigned level) const {
   out << PrintToken(_token);
+  if (_is_tagged) out << " tagged";
   if (_packed) out << " packed";
   if (_signing) out << ' ' << PrintToken(_signing);
   out << " {\n";

@@ -50,6 +50,8 @@ public:
   virtual unsigned IsConst() const { return 0; }
   virtual unsigned IsEdge() const { return 0; }
   virtual unsigned IsConcat() const { return 0; }
+  /// The open end of a range.
+  virtual unsigned IsOpen() const { return 0; }
   virtual unsigned IsTypeName() const { return 0; }
   /// The source text.
   std::string Image() const;
@@ -110,9 +112,11 @@ public:
   VeriExpression* GetRight() const { return _right; }
 
 private:
+  OwnedValue EvaluateInside(VeriDataFlow* flow);
+  OwnedValue EvaluateIsIn(VeriExpression* element, VeriDataFlow* flow);
   unsigned _token;
   VeriExpression* _left;
-  VeriExpression* _right;
+  VeriExpression* _right; // of `inside` a VeriConcat of values and ranges
 };
 
 class VeriUnaryOperator : public VeriExpression {
@@ -181,6 +185,7 @@ private:
   VeriExpressions* _parts;
 };
 
+/// `min : typ : max`; with a null in the middle the two limits of a pulse, `(reject, error)`.
 class VeriMinTypMaxExpr : public VeriExpression {
 public:
   VeriMinTypMaxExpr(VeriExpression* min, VeriExpression* typ, VeriExpression* max, unsigned long linefile = 0);
@@ -190,10 +195,13 @@ public:
   void VisitChildren(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope, const VeriEnv& env) override;
-  VeriTypeInfo TypeInfer(VeriDataFlow* flow) override { return _typ->TypeInfer(flow); }
-  OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override { return _typ->EvaluateIn(flow, type); }
+  VeriTypeInfo TypeInfer(VeriDataFlow* flow) override { return Typical()->TypeInfer(flow); }
+  OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override {
+    return Typical()->EvaluateIn(flow, type);
+  }
 
 private:
+  VeriExpression* Typical() const { return _typ ? _typ : _min; }
   VeriExpression* _min;
   VeriExpression* _typ;
   VeriExpression* _max;
@@ -365,10 +373,19 @@ public:
   OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override;
   void AddToSensList(Set& ids) override { _operand->AddToSensList(ids); }
   VeriExpression* Operand() const { return _operand; }
+  /// `iff`: the event counts while this holds; null without. Taken over.
+  VeriExpression* Condition() const { return _condition; }
+  void SetCondition(VeriExpression* condition) { _condition = Adopt(condition); }
+  /// The condition, which is the caller's then.
+  VeriExpression* TakeCondition() {
+    if (_condition) _condition->ClearParent();
+    return std::exchange(_condition, nullptr);
+  }
 
 private:
   unsigned _edge;
   VeriExpression* _operand;
+  VeriExpression* _condition = nullptr;
 };
 
 /// A connection of an instance: `.formal(actual)`, `.formal`, or in order.
@@ -396,6 +413,42 @@ private:
   const char* _formal;
   VeriExpression* _connection;
   bool _is_implicit;
+};
+
+/// `$`, the open end of a range.
+class VeriOpen : public VeriExpression {
+public:
+  using VeriExpression::VeriExpression;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriOpen; }
+  void Accept(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  unsigned IsOpen() const override { return 1; }
+  void Resolve(VeriScope*, const VeriEnv&) override {}
+  VeriTypeInfo TypeInfer(VeriDataFlow*) override { return {}; }
+  OwnedValue EvaluateIn(VeriDataFlow*, const VeriTypeInfo&) override;
+};
+
+/// Matching of a value against a pattern, and the patterns (IEEE 1800-2005 clause 8.4), by the token:
+///   VERI_MATCHES     left matches right          VERI_TRIPLE_AND  left &&& right
+///   VERI_TAGGED      tagged left right, the right may be null
+///   VERI_DOT         .left                       VERI_DOT_STAR    .*
+class VeriPattern : public VeriExpression {
+public:
+  VeriPattern(VeriExpression* left, VeriExpression* right, unsigned token, unsigned long linefile = 0);
+  ~VeriPattern() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriPattern; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  unsigned OperType() const { return _token; }
+  void Resolve(VeriScope* scope, const VeriEnv& env) override;
+  VeriTypeInfo TypeInfer(VeriDataFlow*) override { return {}; }
+  OwnedValue EvaluateIn(VeriDataFlow*, const VeriTypeInfo&) override;
+
+private:
+  VeriExpression* _left;
+  VeriExpression* _right;
+  unsigned _token;
 };
 
 /// An empty place in a list of ports.
@@ -475,10 +528,19 @@ protected:
     void Accept(VeriVisitor& visitor) override;                                                                        \
   };
 VERI_LITERAL(VeriRealLiteral)
-VERI_LITERAL(VeriTimeLiteral)
 /// Based numbers and strings.
 VERI_LITERAL(VeriVectorLiteral)
 #undef VERI_LITERAL
+
+/// A number with a unit of time; the value is the number.
+class VeriTimeLiteral : public VeriLiteral {
+public:
+  using VeriLiteral::VeriLiteral;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriTimeLiteral; }
+  void Accept(VeriVisitor& visitor) override;
+  /// fs 1, ps 2, ns 3, us 4, ms 5, s 6, anything else 7.
+  unsigned Unit() const;
+};
 
 // Names.
 
@@ -493,6 +555,8 @@ public:
   /// The scope that the name leads into, for names behind it; null when it leads nowhere.
   virtual VeriScope* EvaluateScope() = 0;
   virtual unsigned IsHier() const { return 0; }
+  /// Another node of the same text, bound to nothing; null for a name with indices.
+  virtual VeriName* Copy() const { return nullptr; }
   /// Looks the name up without a message when there is nothing.
   VeriTypeInfo TypeInfer(VeriDataFlow* flow) override;
   void AddToSensList(Set& ids) override;
@@ -516,6 +580,7 @@ public:
   void Accept(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   const char* GetName() const override { return _name; }
+  VeriName* Copy() const override { return new VeriIdRef(_name, Linefile()); }
   void Resolve(VeriScope* scope, const VeriEnv& env) override;
   VeriIdDef* GetId() const override { return _id; }
   VeriIdDef* EvaluateId() override;
@@ -541,6 +606,7 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope, const VeriEnv& env) override;
   VeriIdDef* GetId() const override { return _id; }
+  VeriName* Copy() const override { return new VeriScopedIdRef(_package.c_str(), _name.c_str(), Linefile()); }
   VeriIdDef* EvaluateId() override { return _id ? _id->Current() : nullptr; }
   VeriScope* EvaluateScope() override { return nullptr; }
   OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override;
@@ -554,7 +620,13 @@ private:
   VeriIdDef* _id = nullptr;
 };
 
-/// prefix.suffix: a member of a struct, or an object in a block, found at elaboration where the prefix is generated.
+class VeriEnumTypeDef;
+
+/// Methods of enumerations.
+enum veri_method { METHOD_NONE, METHOD_FIRST, METHOD_LAST, METHOD_NEXT, METHOD_PREV, METHOD_NUM, METHOD_NAME };
+
+/// prefix.suffix: a member of a struct, a method of an enumeration, or an object in a block, found at elaboration where
+/// the prefix is generated.
 class VeriSelectedName : public VeriFullName {
 public:
   VeriSelectedName(VeriName* prefix, const char* suffix, unsigned long linefile = 0);
@@ -564,6 +636,7 @@ public:
   void VisitChildren(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   unsigned IsHier() const override { return 1; }
+  VeriName* Copy() const override;
   void Resolve(VeriScope* scope, const VeriEnv& env) override;
   VeriIdDef* GetId() const override { return _id; }
   VeriIdDef* EvaluateId() override;
@@ -578,8 +651,18 @@ public:
   const std::string& GetSuffix() const { return _suffix; }
   /// The prefix is a struct whose member this is.
   bool IsStructMember() const { return _is_member; }
+  /// The method that the suffix names, known after Resolve; METHOD_NONE for most.
+  veri_method GetMethodType() const { return _method; }
+  /// The result of the method with these arguments, which may be null.
+  OwnedValue EvaluateMethod(const VeriExpressions* args, VeriDataFlow* flow) const;
+  /// The type of the result; null for a text.
+  OwnedConstraint MethodConstraint() const;
 
 private:
+  int EvaluateSteps(const VeriExpressions* args) const;
+  OwnedValue EvaluateNeighbour(const std::vector<VeriValue*>& members, int steps, VeriDataFlow* flow) const;
+  OwnedValue EvaluateMemberName(const std::vector<VeriValue*>& members, VeriDataFlow* flow) const;
+  bool BindMethod(const VeriIdDef* prefix, const VeriEnv& env);
   void ResolvePrefix(VeriScope* scope, const VeriEnv& env);
   void BindIn(const VeriScope* scope, const VeriEnv& env);
   void AnalyzeInGenerated(const VeriIdDef* block, const VeriEnv& env) const;
@@ -590,6 +673,8 @@ private:
   std::string _suffix;
   VeriIdDef* _id = nullptr;
   bool _is_member = false;
+  veri_method _method = METHOD_NONE;
+  const VeriEnumTypeDef* _enum = nullptr; // of the method
 };
 
 class VeriIndexedName : public VeriName {
@@ -671,6 +756,36 @@ private:
   VeriNodes<VeriRange>* _ranges;
 };
 
+/// What a declaration that names no type says: a sign, packed dimensions, or both.
+class VeriImplicitTypeDef : public VeriPrimitiveTypeDef {
+public:
+  VeriImplicitTypeDef(unsigned signing, VeriNodes<VeriRange>* ranges, unsigned long linefile = 0)
+      : VeriPrimitiveTypeDef(0, signing, ranges, linefile) {}
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriImplicitTypeDef; }
+  void Accept(VeriVisitor& visitor) override;
+};
+
+/// Packed dimensions of a type that has none of its own: of a struct, union or enumeration.
+class VeriArrayTypeDef : public VeriTypeDef {
+public:
+  VeriArrayTypeDef(VeriTypeDef* element, VeriNodes<VeriRange>* ranges, unsigned long linefile = 0);
+  ~VeriArrayTypeDef() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriArrayTypeDef; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  void Resolve(VeriScope* scope, const VeriEnv& env) override;
+  OwnedConstraint CreateConstraint() const override;
+  const VeriNodes<VeriRange>* Ranges() const override { return _ranges; }
+  unsigned Signing() const override { return _element->Signing(); }
+  unsigned Type() const override { return _element->Type(); }
+  VeriTypeDef* Element() const { return _element; }
+
+private:
+  VeriTypeDef* _element;
+  VeriNodes<VeriRange>* _ranges;
+};
+
 /// A type by its name, with packed dimensions of its own.
 class VeriTypeName : public VeriTypeDef {
 public:
@@ -705,6 +820,8 @@ public:
   OwnedConstraint CreateConstraint() const override;
   /// Gives the members their values in this run.
   void EvaluateMembers() const;
+  /// The values of the members in order, borrowed.
+  std::vector<VeriValue*> MemberValues() const;
 
 private:
   OwnedConstraint BaseConstraint() const;
@@ -725,12 +842,14 @@ public:
   OwnedConstraint CreateConstraint() const override;
   unsigned Signing() const override { return _signing; }
   unsigned Type() const override { return _token; }
+  void SetIsTagged() { _is_tagged = true; }
   /// The member's identifier; null when there is none of this name.
   VeriIdDef* FindMember(const char* name) const;
 
 private:
   unsigned _token;
   bool _packed;
+  bool _is_tagged = false;
   unsigned _signing;
   VeriNodes<VeriDataDecl>* _members;
 };

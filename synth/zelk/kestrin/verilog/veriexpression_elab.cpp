@@ -162,6 +162,7 @@ std::unique_ptr<VeriExpression> VeriExpression::ToConstantExpression(const VeriV
 // Operators.
 
 VeriTypeInfo VeriBinaryOperator::TypeInfer(VeriDataFlow* flow) {
+  if (_token == VERI_INSIDE) return {};
   switch (veri_oper_class(RowOf(_token).binary)) {
   case VeriOperClass::ARITHMETIC:
   case VeriOperClass::BITWISE: return Wider(_left->TypeInfer(flow), _right->TypeInfer(flow));
@@ -181,8 +182,43 @@ VeriTypeInfo VeriBinaryOperator::TypeInfer(VeriDataFlow* flow) {
   return {};
 }
 
+namespace {
+
+OwnedValue Compare(unsigned token, VeriExpression* left, VeriExpression* right, VeriDataFlow* flow) {
+  const VeriTypeInfo operands = Wider(left->TypeInfer(flow), right->TypeInfer(flow));
+  OwnedValue left_value = operands.is_real ? left->Evaluate(flow) : left->EvaluateIn(flow, operands);
+  OwnedValue right_value = operands.is_real ? right->Evaluate(flow) : right->EvaluateIn(flow, operands);
+  return VeriValue::Binary(RowOf(token).binary, std::move(left_value), std::move(right_value), left);
+}
+
+} // namespace
+
+/// Whether the left side is this value, in which x and z count as any, or lies in this range.
+OwnedValue VeriBinaryOperator::EvaluateIsIn(VeriExpression* element, VeriDataFlow* flow) {
+  const VeriRange* range = element->AsRange();
+  if (!range) return Compare(VERI_WILD_EQ, _left, element, flow);
+  OwnedValue result;
+  if (!range->GetLeft()->IsOpen()) result = Compare(VERI_GREATER_EQ, _left, range->GetLeft(), flow);
+  if (range->GetRight()->IsOpen()) return result ? std::move(result) : VeriValue::FromNumber(1, 1, false);
+  OwnedValue below = Compare(VERI_LESS_EQ, _left, range->GetRight(), flow);
+  if (range->GetLeft()->IsOpen()) return below;
+  return VeriValue::Binary(RowOf(VERI_AMPERSAND).binary, std::move(result), std::move(below), this);
+}
+
+OwnedValue VeriBinaryOperator::EvaluateInside(VeriDataFlow* flow) {
+  OwnedValue result;
+  for (VeriExpression* element : *static_cast<VeriConcat*>(_right)->Parts()) {
+    OwnedValue is_in = EvaluateIsIn(element, flow);
+    if (!is_in) return nullptr;
+    result = result ? VeriValue::Binary(RowOf(VERI_BAR).binary, std::move(result), std::move(is_in), this)
+                    : std::move(is_in);
+  }
+  return result;
+}
+
 OwnedValue VeriBinaryOperator::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
   VeriNodeScope node(this);
+  if (_token == VERI_INSIDE) return FitTo(EvaluateInside(flow), type, this);
   veri_oper oper = RowOf(_token).binary;
   OwnedValue left;
   OwnedValue right;
@@ -405,18 +441,35 @@ VeriConstraint* ResultType(VeriName* name) {
 
 } // namespace
 
+namespace {
+
+const VeriSelectedName* MethodOf(const VeriName* name) {
+  const auto* selected = dynamic_cast<const VeriSelectedName*>(name);
+  return selected && selected->GetMethodType() != METHOD_NONE ? selected : nullptr;
+}
+
+VeriTypeInfo MethodInfo(const VeriSelectedName* method) {
+  OwnedConstraint type = method->MethodConstraint();
+  return type ? InfoOf(*type) : VeriTypeInfo();
+}
+
+} // namespace
+
 VeriTypeInfo VeriFunctionCall::TypeInfer(VeriDataFlow*) {
+  if (const VeriSelectedName* method = MethodOf(_name)) return MethodInfo(method);
   const VeriConstraint* type = ResultType(_name);
   return type ? InfoOf(*type) : VeriTypeInfo();
 }
 
 OwnedConstraint VeriFunctionCall::EvaluateConstraint(VeriDataFlow*) {
+  if (const VeriSelectedName* method = MethodOf(_name)) return method->MethodConstraint();
   const VeriConstraint* type = ResultType(_name);
   return type ? type->Copy() : nullptr;
 }
 
 OwnedValue VeriFunctionCall::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
   VeriNodeScope node(this);
+  if (const VeriSelectedName* method = MethodOf(_name)) return FitTo(method->EvaluateMethod(_args, flow), type, this);
   VeriSubprogram* callee = CalleeOf(_name);
   if (!callee || !callee->GetId()->IsFunction()) {
     if (_name->IsHier())
@@ -429,6 +482,7 @@ OwnedValue VeriFunctionCall::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& 
 }
 
 void VeriFunctionCall::AddToSensList(Set& ids) {
+  if (const VeriSelectedName* method = MethodOf(_name)) method->GetPrefix()->AddToSensList(ids);
   for (VeriExpression* arg : ItemsOf<VeriExpression*>(_args)) arg->AddToSensList(ids);
 }
 
@@ -1034,22 +1088,26 @@ int VeriSelectedName::MemberPosition(const VeriConstraint& prefix) const {
 }
 
 OwnedConstraint VeriSelectedName::EvaluateConstraint(VeriDataFlow* flow) {
+  if (_method != METHOD_NONE) return MethodConstraint();
   if (!_is_member) return TypeOfId(EvaluateId());
   OwnedConstraint prefix = _prefix->EvaluateConstraint(flow);
   int position = prefix ? MemberPosition(*prefix) : -1;
   return position < 0 ? nullptr : prefix->ElementConstraintAt(static_cast<unsigned>(position))->Copy();
 }
 
-VeriTypeInfo VeriSelectedName::TypeInfer(VeriDataFlow* flow) { return VeriName::TypeInfer(flow); }
+VeriTypeInfo VeriSelectedName::TypeInfer(VeriDataFlow* flow) {
+  return _method != METHOD_NONE ? MethodInfo(this) : VeriName::TypeInfer(flow);
+}
 
 void VeriSelectedName::AddToSensList(Set& ids) {
-  if (_is_member)
+  if (_is_member || _method != METHOD_NONE)
     _prefix->AddToSensList(ids);
   else
     VeriName::AddToSensList(ids);
 }
 
 OwnedValue VeriSelectedName::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
+  if (_method != METHOD_NONE) return FitTo(EvaluateMethod(nullptr, flow), type, this);
   if (!_is_member) {
     VeriIdDef* id = EvaluateId();
     return id ? FitTo(ReadVariable(id, flow, this), type, this) : nullptr;
@@ -1310,6 +1368,13 @@ OwnedConstraint VeriTypeName::CreateConstraint() const {
   return AddPackedRanges(type->Copy(), _ranges, type->IsSigned(), this);
 }
 
+OwnedConstraint VeriArrayTypeDef::CreateConstraint() const {
+  OwnedConstraint element = _element->CreateConstraint();
+  if (!element) return nullptr;
+  const bool is_signed = element->IsSigned();
+  return AddPackedRanges(std::move(element), _ranges, is_signed, this);
+}
+
 OwnedConstraint VeriEnumTypeDef::BaseConstraint() const {
   return _base ? _base->CreateConstraint() : VeriRangeConstraint::Integer(32, true, 2);
 }
@@ -1370,6 +1435,10 @@ OwnedConstraint VeriEnumTypeDef::CreateConstraint() const {
 }
 
 OwnedConstraint VeriStructUnionTypeDef::CreateConstraint() const {
+  if (_is_tagged) {
+    Error("no support for %s (SystemVerilog)", "tagged unions");
+    return nullptr;
+  }
   std::vector<VeriCompositeConstraint::Member> members;
   for (VeriDataDecl* declaration : *_members)
     for (VeriIdDecl* id : *declaration->Ids()) {
@@ -1397,4 +1466,14 @@ OwnedConstraint veri_object_constraint(const VeriTypeDef* type, const VeriNodes<
   }
   if (element && !veri_object_size_is_supported(element->TotalBits(), from)) return nullptr;
   return element;
+}
+
+OwnedValue VeriOpen::EvaluateIn(VeriDataFlow*, const VeriTypeInfo&) {
+  Error("no support for %s (SystemVerilog)", "$ as a value");
+  return nullptr;
+}
+
+OwnedValue VeriPattern::EvaluateIn(VeriDataFlow*, const VeriTypeInfo&) {
+  Error("no support for %s (SystemVerilog)", "pattern matching");
+  return nullptr;
 }

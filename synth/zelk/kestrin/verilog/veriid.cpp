@@ -45,16 +45,15 @@ void VeriIdDef::Info(const char* format, ...) const {
 
 void VeriIdDef::SetValue(std::unique_ptr<VeriValue>) { KESTRIN_ASSERT_TEXT(false, "identifier has no value"); }
 
-void VeriIdDef::PushMutable() {
-  _saved.push_back({_current, _flags});
-  _current = nullptr;
+std::unique_ptr<VeriIdDef> VeriIdDef::SaveMutable() {
+  std::unique_ptr<VeriIdDef> saved = Generate();
+  SwapMutable(*saved);
+  return saved;
 }
 
-void VeriIdDef::PopMutable() {
-  KESTRIN_ASSERT(!_saved.empty());
-  _current = _saved.back().current;
-  _flags = _saved.back().flags;
-  _saved.pop_back();
+void VeriIdDef::SwapMutable(VeriIdDef& other) {
+  std::swap(_current, other._current);
+  std::swap(_flags, other._flags);
 }
 
 void VeriIdDef::AddMacro(const char* name, const char* args, const char* value, unsigned long linefile) {
@@ -108,6 +107,18 @@ std::unique_ptr<VeriIdDef> VeriBlockId::Generate() const {
 
 std::unique_ptr<VeriIdDef> VeriTaskId::Generate() const {
   auto clone = std::make_unique<VeriTaskId>(Name(), Linefile());
+  CopyTo(*clone);
+  return clone;
+}
+
+std::unique_ptr<VeriIdDef> VeriPropertyId::Generate() const {
+  auto clone = std::make_unique<VeriPropertyId>(Name(), Linefile());
+  CopyTo(*clone);
+  return clone;
+}
+
+std::unique_ptr<VeriIdDef> VeriSequenceId::Generate() const {
+  auto clone = std::make_unique<VeriSequenceId>(Name(), Linefile());
   CopyTo(*clone);
   return clone;
 }
@@ -175,11 +186,6 @@ std::unique_ptr<VeriIdDef> VeriModportId::Generate() const {
 
 // Identifiers with a value.
 
-struct VeriValuedId::Mutable {
-  std::unique_ptr<VeriValue> value;
-  std::unique_ptr<VeriConstraint> constraint;
-};
-
 VeriValuedId::VeriValuedId(const char* name, unsigned long linefile) : VeriIdDef(name, linefile) {}
 
 VeriValuedId::~VeriValuedId() = default;
@@ -195,16 +201,11 @@ std::unique_ptr<VeriValue> VeriValuedId::TakeValue() { return std::move(_value);
 
 void VeriValuedId::SetConstraint(std::unique_ptr<VeriConstraint> constraint) { _constraint = std::move(constraint); }
 
-void VeriValuedId::PushMutable() {
-  VeriIdDef::PushMutable();
-  _saved_values.push_back({std::move(_value), std::move(_constraint)});
-}
-
-void VeriValuedId::PopMutable() {
-  VeriIdDef::PopMutable();
-  _value = std::move(_saved_values.back().value);
-  _constraint = std::move(_saved_values.back().constraint);
-  _saved_values.pop_back();
+void VeriValuedId::SwapMutable(VeriIdDef& other) {
+  VeriIdDef::SwapMutable(other);
+  auto& valued = static_cast<VeriValuedId&>(other);
+  std::swap(_value, valued._value);
+  std::swap(_constraint, valued._constraint);
 }
 
 void VeriValuedId::CopyTo(VeriValuedId& clone) const {
@@ -283,6 +284,13 @@ VeriModport* VeriVariable::GetModport() const {
 
 unsigned VeriDataType::IsOverridable() const { return _param_token == VERI_PARAMETER; }
 
+void VeriDataType::SwapMutable(VeriIdDef& other) {
+  VeriValuedId::SwapMutable(other);
+  VeriTypeDef* type = static_cast<VeriDataType&>(other).Type();
+  static_cast<VeriDataType&>(other).SetType(Type());
+  SetType(type);
+}
+
 VeriParamId::~VeriParamId() = default;
 
 // The actual stays: it is set before the identifiers of a module are reset.
@@ -291,14 +299,13 @@ void VeriParamId::Reset() {
   _in_progress = 0;
 }
 
-void VeriParamId::PushMutable() {
-  VeriValuedId::PushMutable();
-  _saved_actuals.push_back(_actual);
-  _actual = nullptr;
+std::unique_ptr<VeriIdDef> VeriParamId::SaveMutable() {
+  std::unique_ptr<VeriIdDef> saved = VeriIdDef::SaveMutable();
+  _actual = nullptr; // the copy had it, too
+  return saved;
 }
 
-void VeriParamId::PopMutable() {
-  VeriValuedId::PopMutable();
-  _actual = _saved_actuals.back();
-  _saved_actuals.pop_back();
+void VeriParamId::SwapMutable(VeriIdDef& other) {
+  VeriValuedId::SwapMutable(other);
+  std::swap(_actual, static_cast<VeriParamId&>(other)._actual);
 }

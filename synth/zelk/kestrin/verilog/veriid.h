@@ -70,6 +70,8 @@ enum veri_id_kind {
   VERI_ID_ENUM,
   VERI_ID_MEMBER,
   VERI_ID_MODPORT,
+  VERI_ID_PROPERTY,
+  VERI_ID_SEQUENCE,
   VERI_ID_LIBRARY
 };
 
@@ -114,6 +116,8 @@ public:
   unsigned IsDesignUnit() const { return Kind() == VERI_ID_DESIGN_UNIT; }
   unsigned IsDataType() const { return Kind() == VERI_ID_TYPE; }
   unsigned IsModport() const { return Kind() == VERI_ID_MODPORT; }
+  unsigned IsProperty() const { return Kind() == VERI_ID_PROPERTY; }
+  unsigned IsSequence() const { return Kind() == VERI_ID_SEQUENCE; }
   unsigned IsPort() const { return Is(IDF_PORT); }
   /// The token of the direction; 0 without.
   virtual unsigned Dir() const { return 0; }
@@ -137,10 +141,13 @@ public:
   virtual VeriConstraint* GetConstraint() { return nullptr; }
   /// A clone for one round of a generate construct.
   virtual std::unique_ptr<VeriIdDef> Generate() const = 0;
-  /// Sets the mutable state aside and starts with none; gives it back. What is known of the identifier from its use
-  /// stays for the time between, and changes to it are undone.
-  virtual void PushMutable();
-  virtual void PopMutable();
+  /// The mutable state in a new object of the same class; the identifier starts with none, but for what is known from
+  /// its use, which stays and whose changes RestoreMutable undoes.
+  virtual std::unique_ptr<VeriIdDef> SaveMutable();
+  /// Takes the state back that SaveMutable gave; the present one is lost.
+  void RestoreMutable(std::unique_ptr<VeriIdDef> saved) { SwapMutable(*saved); }
+  /// Exchanges the mutable state with an identifier of the same class.
+  virtual void SwapMutable(VeriIdDef& other);
   /// The identifier that stands for this one in the present round of a generate construct.
   VeriIdDef* Current() { return _current ? _current : this; }
   void SetCurrent(VeriIdDef* clone) { _current = clone; }
@@ -158,10 +165,6 @@ protected:
   void CopyTo(VeriIdDef& clone) const;
 
 private:
-  struct Saved {
-    VeriIdDef* current;
-    unsigned flags;
-  };
   std::string _name;
   unsigned _linefile;
   unsigned _flags = 0;
@@ -170,7 +173,6 @@ private:
   VeriTreeNode* _module_item = nullptr;
   VeriIdDef* _current = nullptr;
   const VeriIdDef* _template = nullptr;
-  std::vector<Saved> _saved;
 };
 
 class VeriDesignUnitId : public VeriIdDef {
@@ -248,19 +250,16 @@ public:
   /// Made from the type at the first question in a run.
   VeriConstraint* GetConstraint() override;
   void SetConstraint(std::unique_ptr<VeriConstraint> constraint);
-  void PushMutable() override;
-  void PopMutable() override;
+  void SwapMutable(VeriIdDef& other) override;
 
 protected:
   void CopyTo(VeriValuedId& clone) const;
 
 private:
-  struct Mutable;
   VeriTypeDef* _type = nullptr;
   const VeriNodes<VeriRange>* _unpacked = nullptr;
   std::unique_ptr<VeriValue> _value;
   std::unique_ptr<VeriConstraint> _constraint;
-  std::vector<Mutable> _saved_values;
 };
 
 /// How a name uses a variable. The operand of an event expression is of no interest to the value.
@@ -346,6 +345,20 @@ public:
   std::unique_ptr<VeriIdDef> Generate() const override;
 };
 
+class VeriPropertyId : public VeriIdDef {
+public:
+  using VeriIdDef::VeriIdDef;
+  veri_id_kind Kind() const override { return VERI_ID_PROPERTY; }
+  std::unique_ptr<VeriIdDef> Generate() const override;
+};
+
+class VeriSequenceId : public VeriIdDef {
+public:
+  using VeriIdDef::VeriIdDef;
+  veri_id_kind Kind() const override { return VERI_ID_SEQUENCE; }
+  std::unique_ptr<VeriIdDef> Generate() const override;
+};
+
 class VeriParamId : public VeriValuedId {
 public:
   /// `token`: VERI_PARAMETER, VERI_LOCALPARAM or VERI_SPECPARAM.
@@ -367,15 +380,14 @@ public:
   void Initialize() override;
   VeriValue* GetValue() override;
   VeriConstraint* GetConstraint() override;
-  void PushMutable() override;
-  void PopMutable() override;
+  std::unique_ptr<VeriIdDef> SaveMutable() override;
+  void SwapMutable(VeriIdDef& other) override;
 
 private:
   unsigned _token;
   VeriExpression* _initial = nullptr;
   VeriExpression* _actual = nullptr;
   unsigned _in_progress = 0;
-  std::vector<VeriExpression*> _saved_actuals;
 };
 
 class VeriGenVarId : public VeriValuedId {
@@ -411,6 +423,8 @@ public:
   unsigned ParamToken() const { return _param_token; }
   void SetParamToken(unsigned token) { _param_token = token; }
   unsigned IsOverridable() const override;
+  /// The definition is part of the mutable state: an instance may give a parameter another type.
+  void SwapMutable(VeriIdDef& other) override;
 
 private:
   unsigned _param_token = 0;

@@ -2,6 +2,7 @@
 #include "verilog/verilibrary.h"
 
 #include <ostream>
+#include <string_view>
 
 #include "containers/views.h"
 #include "database/cell.h"
@@ -30,10 +31,9 @@ void VeriLibrary::VisitChildren(VeriVisitor& visitor) {
 }
 
 void VeriLibrary::PrettyPrint(std::ostream& out, unsigned level) const {
-  for (const VeriModuleItem* item : _items) item->PrettyPrint(out, level);
-  for (const VeriDesignUnit* unit : ValuesOf<const VeriDesignUnit*>(&_units)) {
-    unit->PrettyPrint(out, level);
-    out << '\n';
+  for (const VeriTreeNode* node : KeysOf<const VeriTreeNode*>(&_contents)) {
+    node->PrettyPrint(out, level);
+    if (dynamic_cast<const VeriDesignUnit*>(node)) out << '\n';
   }
 }
 
@@ -86,6 +86,7 @@ bool VeriLibrary::AddModule(VeriModule* module) {
 
 void VeriLibrary::Insert(Map& names, VeriDesignUnit* unit) {
   names.Insert(unit->Name(), unit);
+  _contents.Insert(static_cast<VeriTreeNode*>(unit));
   _units.Insert(unit->GetId(), unit);
   unit->GetId()->SetLibrary(this);
   unit->SetParent(this);
@@ -95,6 +96,7 @@ void VeriLibrary::Extract(VeriDesignUnit* unit) {
   Map& names = unit->IsPackage() ? _packages : _names;
   if (names.GetValue(unit->Name()) == unit) names.Remove(unit->Name());
   _units.Remove(unit->GetId());
+  _contents.Remove(static_cast<VeriTreeNode*>(unit));
   unit->ClearParent();
 }
 
@@ -122,13 +124,22 @@ VeriPackage* VeriLibrary::GetPackage(const char* name) const {
 }
 
 VeriDesignUnit* VeriLibrary::GetDefinition(const char* name) const {
-  return FromWord<VeriDesignUnit*>(_names.GetValue(name));
+  if (auto* unit = FromWord<VeriDesignUnit*>(_names.GetValue(name))) return unit;
+  // A path that leads into a unit: every name of it is that of a unit nested in the one before.
+  const std::string_view path = name;
+  const size_t dot = path.rfind('.');
+  if (dot == std::string_view::npos) return nullptr;
+  const VeriDesignUnit* outer = GetDefinition(std::string(path.substr(0, dot)).c_str());
+  if (!outer || !outer->GetScope()) return nullptr;
+  const VeriIdDef* id = outer->GetScope()->FindHere(std::string(path.substr(dot + 1)).c_str());
+  return id && id->IsDesignUnit() ? static_cast<const VeriDesignUnitId*>(id)->GetDesignUnit() : nullptr;
 }
 
 // Global declarations.
 
 void VeriLibrary::AddItem(VeriModuleItem* item) {
   _items.Insert(item);
+  _contents.Insert(static_cast<VeriTreeNode*>(item));
   _unresolved.Insert(item);
   item->SetParent(this);
   if (!_is_elaborated) return;
@@ -150,6 +161,7 @@ template <class T> void remove_from(ArrayOf<T>& items, const T* item) {
 
 void VeriLibrary::RemoveItem(VeriModuleItem* item) {
   remove_from<VeriModuleItem>(_items, item);
+  _contents.Remove(static_cast<VeriTreeNode*>(item));
   remove_from<VeriModuleItem>(_unresolved, item);
   delete FromWord<Set*>(_dependent_files.GetValue(item));
   _dependent_files.Remove(item);

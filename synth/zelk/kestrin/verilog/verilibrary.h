@@ -39,6 +39,7 @@ public:
   /// A module, primitive or interface; exact, or with `case_sensitive` 0 the first that is equal but for case.
   VeriModule* GetModule(const char* name, unsigned case_sensitive = 1) const;
   VeriPackage* GetPackage(const char* name) const;
+  /// A nested unit has the names of those around it in front, "outer.inner".
   VeriDesignUnit* GetDefinition(const char* name) const;
   /// VeriDesignUnitId to VeriDesignUnit, in the order of insertion.
   const Map& DesignUnits() const { return _units; }
@@ -74,6 +75,7 @@ private:
   Map _names;    // of modules, primitives, interfaces: name to unit
   Map _packages; // name to unit
   Map _units;
+  Set _contents; // units and global items as they came
   VeriModuleItems _items;
   ArrayOf<VeriModuleItem> _unresolved;
   Map _dependent_files; // item to Set of names

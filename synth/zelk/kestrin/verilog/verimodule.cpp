@@ -27,6 +27,12 @@ VeriDesignUnit::~VeriDesignUnit() {
 
 void VeriDesignUnit::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _items); }
 
+std::string VeriDesignUnit::FullName() const {
+  const VeriScope* upper = _scope ? _scope->Upper() : nullptr;
+  const VeriDesignUnit* outer = upper ? upper->GetContainingDesignUnit() : nullptr;
+  return outer ? outer->FullName() + "." + Name() : Name();
+}
+
 namespace {
 
 /// The work library is this one while the object lives.
@@ -54,6 +60,9 @@ void VeriDesignUnit::Resolve() {
   WorkLibraryScope library(GetLibrary());
   VeriDependencyScope dependencies;
   VeriProcessScope process(nullptr);
+  // A nested unit sees what the one around it imports.
+  if (GetScope() && GetScope()->Upper() && GetScope()->Upper()->Kind() != SCOPE_LIBRARY)
+    GetScope()->Upper()->ResolveImports();
   ResolveContents();
   veri_check_unit(*this);
   _dependencies = VeriDependencyScope::Take();
@@ -91,6 +100,7 @@ void VeriDesignUnit::PrintStart(std::ostream& out, unsigned level, const char* p
 
 void VeriDesignUnit::PrintBody(std::ostream& out, unsigned level, unsigned first_item) const {
   out << ";\n";
+  PrintTimes(out, level + 1);
   for (unsigned i = first_item; i < _items->Size(); i++) _items->At(i)->PrettyPrint(out, level + 1);
   PrintLevel(out, level);
   const unsigned token = _id->GetDesignUnitToken();
@@ -256,6 +266,18 @@ void VeriModule::PrettyPrint(std::ostream& out, unsigned level) const {
     out << ";\n";
   else
     PrintBody(out, level, first_item);
+}
+
+void VeriModule::PrintTimes(std::ostream& out, unsigned level) const {
+  auto print = [&](const char* word, const VeriTimeLiteral* time) {
+    if (!time) return;
+    PrintLevel(out, level);
+    out << word << ' ';
+    time->PrettyPrint(out, 0);
+    out << ";\n";
+  };
+  print("timeunit", TimeUnit());
+  print("timeprecision", TimePrecision());
 }
 
 // Resolve.

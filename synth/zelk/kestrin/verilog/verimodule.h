@@ -26,6 +26,8 @@ public:
   VeriScope* GetScope() const override { return _scope.get(); }
   VeriDesignUnitId* GetId() const { return _id.get(); }
   const char* Name() const { return _id->Name(); }
+  /// The name by which a library knows the unit: of a nested one with those of the units around it, "outer.inner".
+  std::string FullName() const;
   VeriLibrary* GetLibrary() const { return _id->GetLibrary(); }
   veri_dialect GetDialect() const { return _dialect; }
   VeriModuleItems* Items() const { return _items; }
@@ -33,6 +35,7 @@ public:
   virtual unsigned IsPrimitive() const { return 0; }
   virtual unsigned IsInterface() const { return 0; }
   virtual unsigned IsPackage() const { return 0; }
+  virtual unsigned IsConfiguration() const { return 0; }
   /// Binds all names, once.
   void Resolve();
   unsigned IsResolved() const { return _is_resolved; }
@@ -49,6 +52,8 @@ protected:
   void PrintStart(std::ostream& out, unsigned level, const char* prefix = "") const;
   /// From the semicolon of the head to the end.
   void PrintBody(std::ostream& out, unsigned level, unsigned first_item = 0) const;
+  /// What stands in front of the items.
+  virtual void PrintTimes(std::ostream& /*out*/, unsigned /*level*/) const {}
   std::unique_ptr<VeriDesignUnitId> _id;
   VeriModuleItems* _items;
   std::unique_ptr<VeriScope> _scope;
@@ -97,6 +102,13 @@ public:
   unsigned IsCelldefine() const { return _is_celldefine; }
   unsigned DefaultNettype() const { return _default_nettype; }
   void SetDirectives(unsigned celldefine, unsigned default_nettype);
+  /// What `timeunit` and `timeprecision` of the module say; null without.
+  const VeriTimeLiteral* TimeUnit() const { return _time_unit.get(); }
+  const VeriTimeLiteral* TimePrecision() const { return _time_precision.get(); }
+  void SetTimes(std::unique_ptr<VeriTimeLiteral> unit, std::unique_ptr<VeriTimeLiteral> precision) {
+    _time_unit = std::move(unit);
+    _time_precision = std::move(precision);
+  }
   unsigned IsExtern() const { return _is_extern; }
   void SetExtern() { _is_extern = true; }
   /// Takes over a declaration of this module without body.
@@ -129,6 +141,7 @@ public:
 
 protected:
   void ResolveContents() override;
+  void PrintTimes(std::ostream& out, unsigned level) const override;
   virtual void ElaborateContents();
 
 private:
@@ -148,6 +161,8 @@ private:
   std::vector<std::unique_ptr<VeriModule>> _extern_decls;
   // By the name of the cell: what PortType answers.
   std::map<std::string, std::map<std::string, OwnedConstraint>> _port_types;
+  std::unique_ptr<VeriTimeLiteral> _time_unit;
+  std::unique_ptr<VeriTimeLiteral> _time_precision;
   unsigned _default_nettype;
   bool _is_celldefine = false;
   bool _is_extern = false;

@@ -154,9 +154,9 @@ void VeriModuleRun::SetLoopLimits() {
 }
 
 void VeriModuleRun::AddNetlistAttributes() {
-  std::string unique_name = VeriModule::CreateUniqueName(_module->Name(), _parameters);
+  std::string unique_name = VeriModule::CreateUniqueName(_module->FullName().c_str(), _parameters);
   if (_module->IsCelldefine()) _netlist->AddAtt(" celldefine", "1");
-  _netlist->AddAtt(" cell_name", _module->Name());
+  _netlist->AddAtt(" cell_name", _module->FullName().c_str());
   _netlist->AddAtt(" prototyped", "1");
   _netlist->AddAtt(" unique_name", unique_name.c_str());
   _netlist->AddAtt(" library_name", _library->Name() ? _library->Name() : "");
@@ -250,7 +250,7 @@ void VeriModuleRun::KeepResults() {
   for (VeriParamId* id : _module->Params())
     if (const VeriValue* value = id->GetValue())
       _module->_elaborated_parameters.emplace_back(id->Name(), value->ParamString());
-  auto& types = _module->_port_types[VeriModule::CreateUniqueName(_module->Name(), _parameters)];
+  auto& types = _module->_port_types[VeriModule::CreateUniqueName(_module->FullName().c_str(), _parameters)];
   types.clear();
   for (VeriVariable* port : _module->Ports())
     if (const VeriConstraint* type = port->GetConstraint()) types[port->Name()] = type->Copy();
@@ -288,7 +288,7 @@ Netlist* VeriModule::Elaborate(Library* library, const Map* parameters, bool hie
   else if (hierarchy_only || kestrin_flag("verilog_elaborate_hierarchy_only"))
     mode = ELAB_HIERARCHY_ONLY;
   Info("compiling module %s", Name());
-  std::string name = CreateUniqueName(Name(), parameters);
+  std::string name = CreateUniqueName(FullName().c_str(), parameters);
   std::unique_ptr<Netlist> owned;
   if (!Message::ErrorCount()) owned = Run(library, parameters, mode);
   veri_file::SetWorkLibrary(former);
@@ -313,7 +313,7 @@ Netlist* VeriModule::Elaborate(Library* library, const Map* parameters, bool hie
 }
 
 Netlist* VeriModule::ElaborateBlackBox(Library* library, const Map* parameters) {
-  std::string name = CreateUniqueName(Name(), parameters);
+  std::string name = CreateUniqueName(FullName().c_str(), parameters);
   Cell* cell = FindOrAddCell(library, name, Linefile());
   if (Netlist* view = cell->GetNetlist(black_box_view)) return view;
   VeriDialectScope dialect(GetDialect());

@@ -16,6 +16,19 @@ void PrintType(std::ostream& out, const VeriTypeDef* type, unsigned level) {
   out << ' ';
 }
 
+void PrintDelay(std::ostream& out, const VeriExpressions* delay) {
+  if (!delay) return;
+  out << "#(";
+  veri_print_list(out, delay);
+  out << ") ";
+}
+
+void PrintStrength(std::ostream& out, const VeriStrength* strength) {
+  if (!strength) return;
+  strength->PrettyPrint(out, 0);
+  out << ' ';
+}
+
 /// A body of a generate construct, as it stands behind a condition.
 void PrintBody(std::ostream& out, const VeriModuleItem* item, unsigned level) {
   if (item) return item->PrettyPrint(out, level + 1);
@@ -24,6 +37,34 @@ void PrintBody(std::ostream& out, const VeriModuleItem* item, unsigned level) {
 }
 
 } // namespace
+
+// Nets.
+
+void VeriStrength::PrettyPrint(std::ostream& out, unsigned) const {
+  out << '(' << PrintToken(_value0);
+  if (_value1) out << ", " << PrintToken(_value1);
+  out << ')';
+}
+
+VeriNetType::VeriNetType(unsigned token, VeriStrength* strength, unsigned scalared, VeriExpressions* delay,
+                         unsigned long linefile)
+    : VeriTreeNode(linefile), _token(token), _strength(Adopt(strength)), _scalared(scalared), _delay(Adopt(delay)) {}
+
+VeriNetType::~VeriNetType() {
+  delete _strength;
+  delete _delay;
+}
+
+void VeriNetType::VisitChildren(VeriVisitor& visitor) {
+  veri_visit(visitor, _strength);
+  veri_visit(visitor, _delay);
+}
+
+void VeriNetType::PrettyPrint(std::ostream& out, unsigned) const {
+  out << PrintToken(_token) << ' ';
+  PrintStrength(out, _strength);
+  if (_scalared) out << PrintToken(_scalared) << ' ';
+}
 
 // Declarations.
 
@@ -63,22 +104,29 @@ VeriDataDecl::VeriDataDecl(unsigned direction, unsigned net_type, VeriTypeDef* t
     : VeriModuleItem(linefile), _direction(direction), _net_type(net_type), _type(Adopt(type)), _ids(Adopt(ids)) {}
 
 VeriDataDecl::~VeriDataDecl() {
+  delete _net;
   delete _type;
   delete _ids;
 }
 
 void VeriDataDecl::VisitChildren(VeriVisitor& visitor) {
+  veri_visit(visitor, _net);
   veri_visit(visitor, _type);
   veri_visit(visitor, _ids);
 }
 
 void VeriDataDecl::PrintHead(std::ostream& out, unsigned level) const {
   PrintAttributes(out, level);
+  if (_is_const) out << "const ";
   if (_lifetime) out << PrintToken(_lifetime) << ' ';
   if (_direction) out << PrintToken(_direction) << ' ';
-  if (_net_type) out << PrintToken(_net_type) << ' ';
+  if (_net)
+    _net->PrettyPrint(out, level);
+  else if (_net_type)
+    out << PrintToken(_net_type) << ' ';
   if (_is_var) out << "var ";
   PrintType(out, _type, level);
+  if (_net) PrintDelay(out, _net->Delay());
   veri_print_list(out, _ids);
 }
 
@@ -263,16 +311,27 @@ void VeriNetRegAssign::PrettyPrint(std::ostream& out, unsigned) const {
   _value->PrettyPrint(out, 0);
 }
 
-VeriContinuousAssign::VeriContinuousAssign(VeriNodes<VeriNetRegAssign>* assigns, unsigned long linefile)
-    : VeriModuleItem(linefile), _assigns(Adopt(assigns)) {}
+VeriContinuousAssign::VeriContinuousAssign(VeriStrength* strength, VeriExpressions* delay,
+                                           VeriNodes<VeriNetRegAssign>* assigns, unsigned long linefile)
+    : VeriModuleItem(linefile), _strength(Adopt(strength)), _delay(Adopt(delay)), _assigns(Adopt(assigns)) {}
 
-VeriContinuousAssign::~VeriContinuousAssign() { delete _assigns; }
+VeriContinuousAssign::~VeriContinuousAssign() {
+  delete _strength;
+  delete _delay;
+  delete _assigns;
+}
 
-void VeriContinuousAssign::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _assigns); }
+void VeriContinuousAssign::VisitChildren(VeriVisitor& visitor) {
+  veri_visit(visitor, _strength);
+  veri_visit(visitor, _delay);
+  veri_visit(visitor, _assigns);
+}
 
 void VeriContinuousAssign::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   out << "assign ";
+  PrintStrength(out, _strength);
+  PrintDelay(out, _delay);
   veri_print_list(out, _assigns);
   out << ";\n";
 }
@@ -327,32 +386,46 @@ void VeriInst::PrettyPrint(std::ostream& out, unsigned) const {
   out << ')';
 }
 
-VeriGateInstantiation::VeriGateInstantiation(unsigned token, VeriNodes<VeriInst>* insts, unsigned long linefile)
-    : VeriModuleItem(linefile), _token(token), _insts(Adopt(insts)) {}
+VeriGateInstantiation::VeriGateInstantiation(unsigned token, VeriStrength* strength, VeriExpressions* delay,
+                                             VeriNodes<VeriInst>* insts, unsigned long linefile)
+    : VeriModuleItem(linefile), _token(token), _strength(Adopt(strength)), _delay(Adopt(delay)), _insts(Adopt(insts)) {}
 
-VeriGateInstantiation::~VeriGateInstantiation() { delete _insts; }
+VeriGateInstantiation::~VeriGateInstantiation() {
+  delete _strength;
+  delete _delay;
+  delete _insts;
+}
 
-void VeriGateInstantiation::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _insts); }
+void VeriGateInstantiation::VisitChildren(VeriVisitor& visitor) {
+  veri_visit(visitor, _strength);
+  veri_visit(visitor, _delay);
+  veri_visit(visitor, _insts);
+}
 
 void VeriGateInstantiation::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   out << PrintToken(_token) << ' ';
+  PrintStrength(out, _strength);
+  PrintDelay(out, _delay);
   veri_print_list(out, _insts);
   out << ";\n";
 }
 
-VeriModuleInstantiation::VeriModuleInstantiation(VeriName* module, VeriExpressions* parameters,
+VeriModuleInstantiation::VeriModuleInstantiation(VeriName* module, VeriStrength* strength, VeriExpressions* parameters,
                                                  VeriNodes<VeriInst>* insts, unsigned long linefile)
-    : VeriModuleItem(linefile), _module(Adopt(module)), _parameters(Adopt(parameters)), _insts(Adopt(insts)) {}
+    : VeriModuleItem(linefile), _module(Adopt(module)), _strength(Adopt(strength)), _parameters(Adopt(parameters)),
+      _insts(Adopt(insts)) {}
 
 VeriModuleInstantiation::~VeriModuleInstantiation() {
   delete _module;
+  delete _strength;
   delete _parameters;
   delete _insts;
 }
 
 void VeriModuleInstantiation::VisitChildren(VeriVisitor& visitor) {
   veri_visit(visitor, _module);
+  veri_visit(visitor, _strength);
   veri_visit(visitor, _parameters);
   veri_visit(visitor, _insts);
 }
@@ -360,6 +433,10 @@ void VeriModuleInstantiation::VisitChildren(VeriVisitor& visitor) {
 void VeriModuleInstantiation::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   _module->PrettyPrint(out, 0);
+  if (_strength) {
+    out << ' ';
+    _strength->PrettyPrint(out, 0);
+  }
   if (_parameters && _parameters->Size()) {
     out << " #(";
     veri_print_list(out, _parameters);
@@ -458,6 +535,10 @@ void VeriGenerateConditional::VisitChildren(VeriVisitor& visitor) {
   veri_visit(visitor, _else);
 }
 
+unsigned VeriGenerateConditional::MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const {
+  return (a == _then && b == _else) || (a == _else && b == _then);
+}
+
 void VeriGenerateConditional::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   out << "if (";
@@ -507,6 +588,10 @@ void VeriGenerateCase::VisitChildren(VeriVisitor& visitor) {
   veri_visit(visitor, _items);
 }
 
+unsigned VeriGenerateCase::MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const {
+  return a != b && a != _expression && b != _expression;
+}
+
 void VeriGenerateCase::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   out << PrintToken(_token) << " (";
@@ -517,14 +602,15 @@ void VeriGenerateCase::PrettyPrint(std::ostream& out, unsigned level) const {
   out << "endcase\n";
 }
 
-VeriGenerateFor::VeriGenerateFor(VeriName* genvar, VeriExpression* initial, VeriExpression* condition,
-                                 VeriExpression* repetition, VeriModuleItem* body, VeriIdDecl* declared,
-                                 std::unique_ptr<VeriScope> scope, unsigned long linefile)
-    : VeriGenerateItem(linefile), _genvar(Adopt(genvar)), _initial(Adopt(initial)), _condition(Adopt(condition)),
+VeriGenerateFor::VeriGenerateFor(VeriGenVarAssign* initial, VeriExpression* condition, VeriExpression* repetition,
+                                 VeriModuleItem* body, VeriIdDecl* declared, std::unique_ptr<VeriScope> scope,
+                                 unsigned long linefile)
+    : VeriGenerateItem(linefile), _initial(Adopt(initial)), _condition(Adopt(condition)),
       _repetition(Adopt(repetition)), _body(Adopt(body)), _declared(Adopt(declared)), _scope(std::move(scope)) {}
 
+VeriName* VeriGenerateFor::Genvar() const { return _initial->Name(); }
+
 VeriGenerateFor::~VeriGenerateFor() {
-  delete _genvar;
   delete _initial;
   delete _condition;
   delete _repetition;
@@ -534,7 +620,6 @@ VeriGenerateFor::~VeriGenerateFor() {
 
 void VeriGenerateFor::VisitChildren(VeriVisitor& visitor) {
   veri_visit(visitor, _declared);
-  veri_visit(visitor, _genvar);
   veri_visit(visitor, _initial);
   veri_visit(visitor, _condition);
   veri_visit(visitor, _repetition);
@@ -544,8 +629,6 @@ void VeriGenerateFor::VisitChildren(VeriVisitor& visitor) {
 void VeriGenerateFor::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   out << (_declared ? "for (genvar " : "for (");
-  _genvar->PrettyPrint(out, 0);
-  out << " = ";
   _initial->PrettyPrint(out, 0);
   out << "; ";
   _condition->PrettyPrint(out, 0);

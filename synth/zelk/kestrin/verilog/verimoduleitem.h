@@ -13,11 +13,51 @@
 #include "verilog/veriscope.h"
 #include "verilog/veritreenode.h"
 
+class VeriGenVarAssign;
 class VeriModule;
 class VeriStatement;
 class VeriTable;
 class Instance;
 class Netlist;
+
+/// The strengths of a driver, or of a charge; of no effect in hardware.
+class VeriStrength : public VeriTreeNode {
+public:
+  /// Tokens in source order; the second is 0 for a single one.
+  VeriStrength(unsigned value0, unsigned value1, unsigned long linefile = 0)
+      : VeriTreeNode(linefile), _value0(value0), _value1(value1) {}
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriStrength; }
+  void Accept(VeriVisitor& visitor) override;
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+
+private:
+  unsigned _value0;
+  unsigned _value1;
+};
+
+/// What a net declaration says beside the type of the values.
+class VeriNetType : public VeriTreeNode {
+public:
+  /// `scalared`: VERI_SCALARED, VERI_VECTORED or 0. Strength and delay are null without.
+  VeriNetType(unsigned token, VeriStrength* strength, unsigned scalared, VeriExpressions* delay,
+              unsigned long linefile = 0);
+  ~VeriNetType() override;
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriNetType; }
+  void Accept(VeriVisitor& visitor) override;
+  void VisitChildren(VeriVisitor& visitor) override;
+  /// Without the delay, which stands behind the type of the values.
+  void PrettyPrint(std::ostream& out, unsigned level) const override;
+  unsigned Token() const { return _token; }
+  /// Nothing but the token.
+  bool IsPlain() const { return !_strength && !_scalared && !_delay; }
+  const VeriExpressions* Delay() const { return _delay; }
+
+private:
+  unsigned _token;
+  VeriStrength* _strength;
+  unsigned _scalared;
+  VeriExpressions* _delay;
+};
 
 class VeriModuleItem : public VeriTreeNode {
 public:
@@ -71,6 +111,15 @@ private:
   VeriExpression* _value;
 };
 
+/// A name of an enumeration with its value.
+class VeriEnumElementDecl : public VeriIdDecl {
+public:
+  VeriEnumElementDecl(std::unique_ptr<VeriIdDef> id, VeriExpression* value, unsigned long linefile = 0)
+      : VeriIdDecl(std::move(id), nullptr, value, linefile) {}
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriEnumElementDecl; }
+  void Accept(VeriVisitor& visitor) override;
+};
+
 using VeriIdDecls = VeriNodes<VeriIdDecl>;
 
 /// Nets, variables, ports, members of structs.
@@ -96,6 +145,10 @@ public:
   VeriIdDecls* Ids() const { return _ids; }
   /// Whether the type says more than the direction: `input [3:0] a` does not, `output reg a` does.
   bool HasExplicitType() const { return _net_type != 0 || (_type && !_type->IsImplicit()) || _is_var; }
+  /// Strength, `scalared` and delay of a net; taken over. Null for most nets, of which NetType tells all.
+  void SetNetType(VeriNetType* net_type) { _net = Adopt(net_type); }
+  const VeriNetType* NetTypeNode() const { return _net; }
+  void SetIsConst() { _is_const = true; }
   void SetIsVar() { _is_var = true; }
   bool IsVar() const { return _is_var; }
   /// VERI_AUTOMATIC, VERI_STATIC or 0, as the declaration says.
@@ -107,9 +160,20 @@ private:
   unsigned _direction;
   unsigned _net_type;
   bool _is_var = false;
+  bool _is_const = false;
   unsigned _lifetime = 0;
+  VeriNetType* _net = nullptr;
   VeriTypeDef* _type;
   VeriIdDecls* _ids;
+};
+
+/// Members of a struct or union that share a type.
+class VeriStructUnionMemberDecl : public VeriDataDecl {
+public:
+  VeriStructUnionMemberDecl(VeriTypeDef* type, VeriIdDecls* ids, unsigned long linefile = 0)
+      : VeriDataDecl(0, 0, type, ids, linefile) {}
+  VERI_CLASS_ID GetClassId() const override { return ID_VeriStructUnionMemberDecl; }
+  void Accept(VeriVisitor& visitor) override;
 };
 
 class VeriParamDecl : public VeriModuleItem {
@@ -250,7 +314,9 @@ private:
 
 class VeriContinuousAssign : public VeriModuleItem {
 public:
-  explicit VeriContinuousAssign(VeriNodes<VeriNetRegAssign>* assigns, unsigned long linefile = 0);
+  /// Strength and delay are null without.
+  VeriContinuousAssign(VeriStrength* strength, VeriExpressions* delay, VeriNodes<VeriNetRegAssign>* assigns,
+                       unsigned long linefile = 0);
   ~VeriContinuousAssign() override;
   VERI_CLASS_ID GetClassId() const override { return ID_VeriContinuousAssign; }
   void Accept(VeriVisitor& visitor) override;
@@ -260,6 +326,8 @@ public:
   void Elaborate() override;
 
 private:
+  VeriStrength* _strength;
+  VeriExpressions* _delay;
   VeriNodes<VeriNetRegAssign>* _assigns;
 };
 
@@ -295,7 +363,9 @@ private:
 
 class VeriGateInstantiation : public VeriModuleItem {
 public:
-  VeriGateInstantiation(unsigned token, VeriNodes<VeriInst>* insts, unsigned long linefile = 0);
+  /// Strength and delay are null without.
+  VeriGateInstantiation(unsigned token, VeriStrength* strength, VeriExpressions* delay, VeriNodes<VeriInst>* insts,
+                        unsigned long linefile = 0);
   ~VeriGateInstantiation() override;
   VERI_CLASS_ID GetClassId() const override { return ID_VeriGateInstantiation; }
   void Accept(VeriVisitor& visitor) override;
@@ -306,13 +376,16 @@ public:
 
 private:
   unsigned _token;
+  VeriStrength* _strength;
+  VeriExpressions* _delay;
   VeriNodes<VeriInst>* _insts;
 };
 
 class VeriModuleInstantiation : public VeriModuleItem {
 public:
-  VeriModuleInstantiation(VeriName* module, VeriExpressions* parameters, VeriNodes<VeriInst>* insts,
-                          unsigned long linefile = 0);
+  /// The strength is that of a primitive's instances, null without; a delay is a parameter.
+  VeriModuleInstantiation(VeriName* module, VeriStrength* strength, VeriExpressions* parameters,
+                          VeriNodes<VeriInst>* insts, unsigned long linefile = 0);
   ~VeriModuleInstantiation() override;
   VERI_CLASS_ID GetClassId() const override { return ID_VeriModuleInstantiation; }
   void Accept(VeriVisitor& visitor) override;
@@ -330,6 +403,7 @@ public:
 private:
   VeriModule* _nested = nullptr;
   VeriName* _module;
+  VeriStrength* _strength;
   VeriExpressions* _parameters;
   VeriNodes<VeriInst>* _insts;
 };
@@ -484,6 +558,7 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   void GenerateObjects() override;
+  unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
 
 private:
   VeriModuleItem* PickBranch() const;
@@ -520,6 +595,7 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   void GenerateObjects() override;
+  unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
 
 private:
   VeriModuleItem* PickBranch() const;
@@ -530,9 +606,9 @@ private:
 
 class VeriGenerateFor : public VeriGenerateItem {
 public:
-  /// `genvar` names it in the initial assignment; `declared` is its declaration when that stands in the loop itself,
-  /// and `scope` is around the loop then.
-  VeriGenerateFor(VeriName* genvar, VeriExpression* initial, VeriExpression* condition, VeriExpression* repetition,
+  /// `declared` is the declaration of the genvar when that stands in the loop itself, and `scope` is around the loop
+  /// then.
+  VeriGenerateFor(VeriGenVarAssign* initial, VeriExpression* condition, VeriExpression* repetition,
                   VeriModuleItem* body, VeriIdDecl* declared, std::unique_ptr<VeriScope> scope,
                   unsigned long linefile = 0);
   ~VeriGenerateFor() override;
@@ -543,11 +619,10 @@ public:
   VeriScope* GetScope() const override { return _scope.get(); }
   void Resolve(VeriScope* scope) override;
   void GenerateObjects() override;
-  VeriName* Genvar() const { return _genvar; }
+  VeriName* Genvar() const;
 
 private:
-  VeriName* _genvar;
-  VeriExpression* _initial;
+  VeriGenVarAssign* _initial;
   VeriExpression* _condition;
   VeriExpression* _repetition; // a VeriAssignmentOperator
   VeriModuleItem* _body;
@@ -555,7 +630,7 @@ private:
   std::unique_ptr<VeriScope> _scope;
 };
 
-/// Items that make no logic: specify blocks, assertions, coverage, clocking.
+/// Items that are read past: final blocks, which make no logic, and what elaboration refuses.
 class VeriIgnoredItem : public VeriModuleItem {
 public:
   explicit VeriIgnoredItem(unsigned token, unsigned long linefile = 0) : VeriModuleItem(linefile), _token(token) {}
@@ -563,6 +638,7 @@ public:
   void Accept(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope*) override {}
+  void Elaborate() override;
 
 private:
   unsigned _token;

@@ -366,12 +366,13 @@ void VeriGenerateCase::GenerateObjects() {
 
 void VeriGenerateFor::GenerateObjects() {
   VeriNodeScope node(this);
-  VeriIdDef* id = _genvar->EvaluateId();
+  VeriName* genvar = _initial->Name();
+  VeriIdDef* id = genvar->EvaluateId();
   if (!id) return;
-  if (!id->IsGenVar()) return _genvar->Error("%s is not a genvar", id->Name());
+  if (!id->IsGenVar()) return genvar->Error("%s is not a genvar", id->Name());
   auto* body = dynamic_cast<VeriGenerateBlock*>(_body);
   auto* step = dynamic_cast<VeriAssignmentOperator*>(_repetition);
-  OwnedValue value = _initial->EvaluateConstant();
+  OwnedValue value = _initial->Value()->EvaluateConstant();
   const VeriConstraint* type = id->GetConstraint();
   if (!body || !step || !value || !type) return;
   int limit = ElabState()->ConstantLoopLimit();
@@ -439,4 +440,10 @@ void VeriDefParamAssign::ReportUnresolved() const {
   }
   Error("cannot resolve defparam id %s to a specific parameter on an instance in the current module",
         _name->Image().c_str());
+}
+
+// Final blocks have no part in the hardware.
+void VeriIgnoredItem::Elaborate() {
+  if (_token == VERI_COVERGROUP) Error("no support for %s (SystemVerilog)", "coverage groups");
+  if (_token == VERI_CLOCKING) Error("no support for %s (SystemVerilog)", "clocking blocks");
 }

@@ -7,11 +7,13 @@
 #include "util/linefile.h"
 #include "verilog/veri_file.h"
 #include "verilog/veri_tokens.h"
+#include "verilog/veriassertion.h"
 #include "verilog/veriexpression.h"
 #include "verilog/verilibrary.h"
 #include "verilog/verimodule.h"
 #include "verilog/verimoduleitem.h"
 #include "verilog/veriscope.h"
+#include "verilog/verispecify.h"
 #include "verilog/veristatement.h"
 
 const VeriTreeNode* VeriProcessScope::_present = nullptr;
@@ -148,6 +150,10 @@ const VeriDataType* named_type(const VeriTypeDef* type) {
 
 const VeriTypeDef* veri_real_type(const VeriTypeDef* type) {
   for (unsigned i = 0; i < max_type_names; i++) {
+    if (type && type->GetClassId() == ID_VeriArrayTypeDef) {
+      type = static_cast<const VeriArrayTypeDef*>(type)->Element();
+      continue;
+    }
     if (!type || type->GetClassId() != ID_VeriTypeName) return type;
     const VeriDataType* id = named_type(type);
     type = id ? id->Type() : nullptr;
@@ -185,6 +191,7 @@ Dimensions dimensions_of(const VeriValuedId* id) {
   const VeriTypeDef* type = id->Type();
   for (unsigned i = 0; type; i++) {
     out.packed += size_of(type->Ranges());
+    if (type->GetClassId() == ID_VeriArrayTypeDef) type = static_cast<const VeriArrayTypeDef*>(type)->Element();
     if (type->GetClassId() != ID_VeriTypeName) break;
     const VeriDataType* name = named_type(type);
     if (!name || i == max_type_names) {
@@ -195,7 +202,7 @@ Dimensions dimensions_of(const VeriValuedId* id) {
     type = name->Type();
   }
   if (!type) return out;
-  if (type->GetClassId() == ID_VeriPrimitiveTypeDef)
+  if (type->GetClassId() == ID_VeriPrimitiveTypeDef || type->IsImplicit())
     add_keyword(type->Type(), out);
   else
     out.is_known = false; // of enumerations and structs
@@ -375,13 +382,14 @@ void VeriSelectedName::AnalyzeInGenerated(const VeriIdDef* block, const VeriEnv&
 
 namespace {
 
-/// Methods that the language gives to every enumeration, IEEE 1800-2009 clause 6.19.5.
-bool is_enum_method(const VeriIdDef* id, std::string_view name) {
-  const VeriTypeDef* type = veri_real_type(type_of(id));
-  if (!type || type->GetClassId() != ID_VeriEnumTypeDef) return false;
-  for (const char* method : {"first", "last", "next", "prev", "num", "name"})
-    if (name == method) return true;
-  return false;
+veri_method method_of(std::string_view name) {
+  constexpr std::pair<std::string_view, veri_method> methods[] = {
+      {"first", METHOD_FIRST}, {"last", METHOD_LAST}, {"next", METHOD_NEXT},
+      {"prev", METHOD_PREV},   {"num", METHOD_NUM},   {"name", METHOD_NAME},
+  };
+  for (const auto& [text, method] : methods)
+    if (name == text) return method;
+  return METHOD_NONE;
 }
 
 /// The type of a port that is an interface, or of an array of such; null for anything else.
@@ -404,6 +412,17 @@ void VeriSelectedName::ResolveInInterface(const VeriInterfaceTypeDef& type, cons
     return;
   }
   if (object) AnalyzeReference(object, env);
+}
+
+/// The methods that the language gives to every enumeration, IEEE 1800-2005 clause 4.10.4.
+bool VeriSelectedName::BindMethod(const VeriIdDef* prefix, const VeriEnv& env) {
+  const VeriTypeDef* type = IsSystemVerilog() ? veri_real_type(type_of(prefix)) : nullptr;
+  if (!type || type->GetClassId() != ID_VeriEnumTypeDef) return false;
+  _method = method_of(_suffix);
+  if (_method == METHOD_NONE) return false;
+  _enum = static_cast<const VeriEnumTypeDef*>(type);
+  if (env.IsWrite()) Error("cannot assign to non-variable %s", _suffix.c_str());
+  return true;
 }
 
 void VeriSelectedName::Resolve(VeriScope* scope, const VeriEnv& env) {
@@ -447,9 +466,11 @@ void VeriSelectedName::Resolve(VeriScope* scope, const VeriEnv& env) {
   case VERI_ID_ENUM:
   case VERI_ID_MEMBER:
   case VERI_ID_MODPORT:
+  case VERI_ID_PROPERTY:
+  case VERI_ID_SEQUENCE:
   case VERI_ID_LIBRARY:
     if (const VeriInterfaceTypeDef* type = interface_type_of(prefix)) return ResolveInInterface(*type, env);
-    if (IsSystemVerilog() && is_enum_method(prefix, _suffix)) return;
+    if (BindMethod(prefix, env)) return;
     if (!may_be_undeclared(env)) Error("%s is not declared under this prefix", _suffix.c_str());
     return;
   }
@@ -562,6 +583,13 @@ void VeriConcat::Resolve(VeriScope* scope, const VeriEnv& env) {
                     static_cast<int>(part->TypeInfer(nullptr).size));
 }
 
+// What matches a member of a union is no name of the scope.
+void VeriPattern::Resolve(VeriScope* scope, const VeriEnv& env) {
+  const bool is_member = _token == VERI_TAGGED || _token == VERI_DOT;
+  if (!is_member) resolve(_left, scope, operand_env(env));
+  resolve(_right, scope, _token == VERI_TRIPLE_AND ? operand_env(env) : VeriEnv(ENV_MAYBE_UNDECLARED));
+}
+
 void VeriMinTypMaxExpr::Resolve(VeriScope* scope, const VeriEnv& env) {
   resolve(_min, scope, operand_env(env));
   resolve(_typ, scope, operand_env(env));
@@ -570,6 +598,11 @@ void VeriMinTypMaxExpr::Resolve(VeriScope* scope, const VeriEnv& env) {
 
 // Of a part-select only the base of [base+:width] may vary.
 void VeriRange::Resolve(VeriScope* scope, const VeriEnv& env) {
+  if (Parent() && Parent()->IsExpr() && static_cast<VeriExpression*>(Parent())->IsConcat()) { // among values
+    resolve(_left, scope, env);
+    resolve(_right, scope, env);
+    return;
+  }
   if (may_be_undeclared(env)) {
     resolve(_left, scope, env);
     resolve(_right, scope, env);
@@ -582,12 +615,30 @@ void VeriRange::Resolve(VeriScope* scope, const VeriEnv& env) {
     if (bound && is_real(bound)) bound->Error("bound %s of a range cannot be a real value", bound->Image().c_str());
 }
 
+namespace {
+
+/// A name of a method; null for any other name.
+const VeriSelectedName* to_method(const VeriName* name) {
+  if (name->GetClassId() != ID_VeriSelectedName) return nullptr;
+  const auto* selected = static_cast<const VeriSelectedName*>(name);
+  return selected->GetMethodType() != METHOD_NONE ? selected : nullptr;
+}
+
+} // namespace
+
 void VeriFunctionCall::Resolve(VeriScope* scope, const VeriEnv& env) {
   _name->Resolve(scope, VeriEnv(ENV_MAYBE_UNDECLARED));
+  if (const VeriSelectedName* method = to_method(_name)) {
+    method->GetPrefix()->Resolve(scope, env.With(ENV_READ));
+    resolve_arguments(_args, nullptr, scope, env);
+    return;
+  }
   VeriIdDef* id = _name->GetId();
   const bool is_simple = _name->GetClassId() == ID_VeriIdRef;
   if (id && id->IsTask())
     Error("task %s cannot be called like a function", id->Name());
+  else if (id && (id->IsProperty() || id->IsSequence()))
+    ; // an instance of it
   else if ((!id && is_simple && !may_be_undeclared(env)) || (id && !id->IsFunction()))
     Error("function %s is not declared", _name->Image().c_str());
   else if (id && static_cast<VeriFunctionId*>(id)->Type() &&
@@ -666,6 +717,7 @@ void VeriEventExpression::Resolve(VeriScope* scope, const VeriEnv&) {
   const VeriName* name = _operand->AsName();
   if (_operand->IsConst() || (name && name->GetId() && name->GetId()->IsParam()))
     Warning("event expression %s is constant and never changes", _operand->Image().c_str());
+  resolve(_condition, scope, VeriEnv(ENV_CONDITION));
 }
 
 // `.name` stands for the object of that name in the scope of the instance.
@@ -687,6 +739,11 @@ void VeriAnsiPortDecl::Resolve(VeriScope* scope, const VeriEnv&) { _decl->Resolv
 // Types.
 
 void VeriPrimitiveTypeDef::Resolve(VeriScope* scope, const VeriEnv&) { resolve_ranges(_ranges, scope); }
+
+void VeriArrayTypeDef::Resolve(VeriScope* scope, const VeriEnv& env) {
+  _element->Resolve(scope, env);
+  resolve_ranges(_ranges, scope);
+}
 
 void VeriTypeName::Resolve(VeriScope* scope, const VeriEnv&) {
   _name->Resolve(scope, VeriEnv(ENV_DECLARATION));
@@ -767,6 +824,7 @@ void VeriIdDecl::Resolve(VeriScope* scope, VERI_ENV_E value_kind) {
 void VeriDataDecl::Resolve(VeriScope* scope) {
   ResolveAttributes(scope);
   resolve(_type, scope, VeriEnv(ENV_DECLARATION));
+  if (_net) resolve_all(_net->Delay(), scope, VeriEnv(ENV_READ));
   for (VeriIdDecl* decl : ItemsOf<VeriIdDecl*>(_ids)) {
     decl->Resolve(scope, _net_type ? ENV_READ : ENV_INITIAL_VALUE);
     if (!decl->Value()) continue;
@@ -859,6 +917,7 @@ void VeriNetRegAssign::Resolve(VeriScope* scope, VERI_ENV_E target_kind) {
 
 void VeriContinuousAssign::Resolve(VeriScope* scope) {
   ResolveAttributes(scope);
+  resolve_all(_delay, scope, VeriEnv(ENV_READ));
   for (VeriNetRegAssign* assign : ItemsOf<VeriNetRegAssign*>(_assigns)) assign->Resolve(scope, ENV_TARGET);
 }
 
@@ -965,6 +1024,7 @@ unsigned terminal_direction(unsigned gate, unsigned position, unsigned count) {
 
 void VeriGateInstantiation::Resolve(VeriScope* scope) {
   ResolveAttributes(scope);
+  resolve_all(_delay, scope, VeriEnv(ENV_READ));
   for (VeriInst* inst : ItemsOf<VeriInst*>(_insts)) {
     resolve_ranges(inst->Ranges(), scope);
     const unsigned count = inst->Connects() ? inst->Connects()->Size() : 0;
@@ -1021,6 +1081,60 @@ void VeriDefParamAssign::Resolve(VeriScope* scope) {
 
 void VeriDefParam::Resolve(VeriScope* scope) { resolve_all(_assigns, scope); }
 
+// Timing. The terminals may be nets that only the timing model has.
+
+void VeriSpecifyBlock::Resolve(VeriScope*) { resolve_all(_items, _scope.get()); }
+
+void VeriPath::Resolve(VeriScope* scope) {
+  resolve_all(_inputs, scope, VeriEnv(ENV_NO_DYNAMIC));
+  resolve_all(_outputs, scope, VeriEnv(ENV_NO_DYNAMIC));
+  resolve(_data_source, scope, VeriEnv(ENV_NO_DYNAMIC));
+}
+
+void VeriPathDecl::Resolve(VeriScope* scope) {
+  resolve(_condition, scope, VeriEnv(ENV_NO_DYNAMIC));
+  resolve(_path, scope);
+  resolve_all(_delays, scope, constant(ENV_READ));
+}
+
+void VeriSystemTimingCheck::Resolve(VeriScope* scope) { resolve_all(_args, scope, VeriEnv(ENV_MAYBE_UNDECLARED)); }
+
+void VeriTimingCheckEvent::Resolve(VeriScope* scope, const VeriEnv& env) {
+  resolve(_terminal, scope, env);
+  resolve(_condition, scope, env);
+}
+
+// Assertions.
+
+void VeriAssertion::Resolve(VeriScope* scope) {
+  ResolveAttributes(scope);
+  resolve(_expression, scope, VeriEnv(ENV_CONDITION));
+  resolve(_then, scope);
+  resolve(_else, scope);
+}
+
+void VeriConcurrentAssertion::Resolve(VeriScope* scope) {
+  ResolveAttributes(scope);
+  VeriProcessScope process(this);
+  resolve(_assertion, scope);
+}
+
+void VeriPropertyBase::Resolve(VeriScope* scope) {
+  ResolveAttributes(scope);
+  VeriProcessScope process(this);
+  VeriScope* inner = _scope ? _scope.get() : scope;
+  resolve_all(_ports, inner);
+  resolve_all(_declarations, inner);
+  resolve(_body, inner, VeriEnv(ENV_READ));
+}
+
+void VeriSequenceOperator::Resolve(VeriScope* scope, const VeriEnv&) {
+  resolve_all(_list, scope, VeriEnv(ENV_STATEMENT));
+  resolve(_left, scope, VeriEnv(ENV_READ));
+  resolve(_control, scope, VeriEnv(ENV_READ));
+  resolve(_right, scope, VeriEnv(ENV_READ));
+}
+
 // Generate constructs.
 
 void VeriGenerateConstruct::Resolve(VeriScope* scope) { resolve_all(_items, scope); }
@@ -1047,10 +1161,7 @@ void VeriGenerateCase::Resolve(VeriScope* scope) {
 void VeriGenerateFor::Resolve(VeriScope* scope) {
   ResolveAttributes(scope);
   if (_scope) scope = _scope.get();
-  _genvar->Resolve(scope, VeriEnv(ENV_STATEMENT));
-  const VeriIdDef* id = _genvar->GetId();
-  if (id && !id->IsGenVar()) _genvar->Error("%s is not a genvar", id->Name());
-  resolve(_initial, scope, constant(ENV_READ));
+  resolve(_initial, scope);
   resolve(_condition, scope, constant(ENV_LOOP_CONDITION));
   if (_repetition && _repetition->GetClassId() == ID_VeriAssignmentOperator) {
     const auto* repetition = static_cast<VeriAssignmentOperator*>(_repetition);
@@ -1206,6 +1317,13 @@ void VeriJumpStatement::Resolve(VeriScope* scope) {
 }
 
 void VeriNullStatement::Resolve(VeriScope*) {}
+
+void VeriGenVarAssign::Resolve(VeriScope* scope) {
+  _name->Resolve(scope, VeriEnv(ENV_STATEMENT));
+  const VeriIdDef* id = _name->GetId();
+  if (id && !id->IsGenVar()) _name->Error("%s is not a genvar", id->Name());
+  resolve(_value, scope, constant(ENV_READ));
+}
 
 void VeriWait::Resolve(VeriScope* scope) {
   resolve(_condition, scope, VeriEnv(ENV_CONDITION));

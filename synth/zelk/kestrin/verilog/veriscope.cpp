@@ -334,13 +334,14 @@ void VeriScope::Check() const {
 
 void VeriScope::CollectIds(std::vector<VeriIdDef*>& out) const {
   for (VeriIdDef* id : ValuesOf<VeriIdDef*>(&_ids)) out.push_back(id);
-  for (const VeriScope* child : KeysOf<const VeriScope*>(&_children)) child->CollectIds(out);
+  for (const VeriScope* child : KeysOf<const VeriScope*>(&_children))
+    if (child->_kind != SCOPE_UNIT) child->CollectIds(out);
 }
 
 void VeriScope::Apply(const std::function<void(VeriIdDef*)>& op) const {
   for (VeriIdDef* id : ValuesOf<VeriIdDef*>(&_ids)) op(id);
   for (const VeriScope* child : KeysOf<const VeriScope*>(&_children))
-    if (child->_kind != SCOPE_GENERATE) child->Apply(op);
+    if (child->_kind != SCOPE_GENERATE && child->_kind != SCOPE_UNIT) child->Apply(op);
 }
 
 void VeriScope::CheckUse() const {
@@ -352,13 +353,14 @@ void VeriScope::CheckUse() const {
 void VeriScope::PushStack() const {
   std::vector<VeriIdDef*> ids;
   CollectIds(ids);
-  for (VeriIdDef* id : ids) id->PushMutable();
+  _saved.emplace_back();
+  for (VeriIdDef* id : ids) _saved.back().emplace_back(id, id->SaveMutable());
 }
 
 void VeriScope::PopStack() const {
-  std::vector<VeriIdDef*> ids;
-  CollectIds(ids);
-  for (VeriIdDef* id : ids) id->PopMutable();
+  KESTRIN_ASSERT(!_saved.empty());
+  for (auto& [id, saved] : _saved.back()) id->RestoreMutable(std::move(saved));
+  _saved.pop_back();
 }
 
 // Generated scopes.
@@ -400,7 +402,7 @@ std::unique_ptr<VeriScope> VeriScope::Clone(VeriScope* upper, VeriIdDef* owner) 
   for (auto [bound, id] : Entries<VeriIdDef*, VeriIdDef*>(_alternatives))
     scope->_replacements.emplace_back(bound, FromWord<VeriIdDef*>(owners.GetValue(id)));
   for (VeriScope* child : KeysOf<VeriScope*>(&_children)) {
-    if (child->_kind == SCOPE_GENERATE) continue;
+    if (child->_kind == SCOPE_GENERATE || child->_kind == SCOPE_UNIT) continue;
     auto* child_owner = child->_owner ? FromWord<VeriIdDef*>(owners.GetValue(child->_owner)) : nullptr;
     if (child_owner) child_owner->SetLocalScope(nullptr);
     scope->_generated_children.push_back(child->Clone(scope.get(), child_owner));

@@ -122,7 +122,7 @@ public:
   // Elaboration.
   /// Reports what is not used among the ids of Apply, and in the generated scopes below.
   void CheckUse() const;
-  /// Calls `op` for the ids of this scope, and for those below that are no generate bodies.
+  /// Calls `op` for the ids of this scope, and for those below that are neither generate bodies nor nested modules.
   void Apply(const std::function<void(VeriIdDef*)>& op) const;
   /// Sets the state of all ids aside, and gives it back.
   void PushStack() const;
@@ -166,6 +166,8 @@ private:
   bool _imports_resolved = false;
   // Identifiers of other unnamed blocks, that names are bound to, to those of the same name here.
   mutable Map _alternatives;
+  // What PushStack set aside.
+  mutable std::vector<std::vector<std::pair<VeriIdDef*, std::unique_ptr<VeriIdDef>>>> _saved;
   // Of a generated scope.
   std::vector<std::unique_ptr<VeriIdDef>> _clones;
   std::vector<std::pair<VeriIdDef*, VeriIdDef*>> _templates;    // template, clone

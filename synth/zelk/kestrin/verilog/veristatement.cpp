@@ -7,15 +7,7 @@
 
 namespace {
 
-/// A statement under another one; nothing at all is a semicolon.
-void PrintNested(std::ostream& out, const VeriStatement* statement, unsigned level) {
-  if (statement) {
-    statement->PrettyPrint(out, level + 1);
-  } else {
-    VeriTreeNode::PrintLevel(out, level + 1);
-    out << ";\n";
-  }
-}
+bool TakesElse(const VeriStatement* statement) { return statement && statement->TakesElse(); }
 
 void PrintControl(std::ostream& out, const VeriDelayOrEventControl* control) {
   if (!control) return;
@@ -59,6 +51,24 @@ void PrintAssignments(std::ostream& out, const VeriStatements* statements) {
 }
 
 } // namespace
+
+void veri_print_nested(std::ostream& out, const VeriStatement* statement, unsigned level, bool is_before_else) {
+  const bool needs_block = is_before_else && TakesElse(statement);
+  if (needs_block) {
+    VeriTreeNode::PrintLevel(out, level);
+    out << "begin\n";
+  }
+  if (statement) {
+    statement->PrettyPrint(out, level + 1);
+  } else {
+    VeriTreeNode::PrintLevel(out, level + 1);
+    out << ";\n";
+  }
+  if (needs_block) {
+    VeriTreeNode::PrintLevel(out, level);
+    out << "end\n";
+  }
+}
 
 VeriDelayOrEventControl::VeriDelayOrEventControl(VeriExpression* delay, VeriExpression* repeat, VeriExpressions* events,
                                                  unsigned long linefile)
@@ -162,27 +172,19 @@ void VeriConditionalStatement::VisitChildren(VeriVisitor& visitor) {
   veri_visit(visitor, _else);
 }
 
+bool VeriConditionalStatement::TakesElse() const { return _else ? _else->TakesElse() : true; }
+
 void VeriConditionalStatement::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   if (_qualifier) out << PrintToken(_qualifier) << ' ';
   out << "if (";
   _condition->PrettyPrint(out, 0);
   out << ")\n";
-  // An inner if without else must not take this one's.
-  bool needs_block = _else && dynamic_cast<const VeriConditionalStatement*>(_then);
-  if (needs_block) {
-    PrintLevel(out, level);
-    out << "begin\n";
-  }
-  PrintNested(out, _then, level);
-  if (needs_block) {
-    PrintLevel(out, level);
-    out << "end\n";
-  }
+  veri_print_nested(out, _then, level, /*is_before_else=*/_else != nullptr);
   if (!_else) return;
   PrintLevel(out, level);
   out << "else\n";
-  PrintNested(out, _else, level);
+  veri_print_nested(out, _else, level);
 }
 
 VeriCaseItem::VeriCaseItem(VeriExpressions* conditions, VeriStatement* statement, unsigned long linefile)
@@ -205,7 +207,7 @@ void VeriCaseItem::PrettyPrint(std::ostream& out, unsigned level) const {
   else
     out << "default";
   out << " :\n";
-  PrintNested(out, _statement, level);
+  veri_print_nested(out, _statement, level);
 }
 
 VeriCaseStatement::VeriCaseStatement(unsigned token, unsigned qualifier, VeriExpression* expression,
@@ -241,6 +243,8 @@ VeriLoop::VeriLoop(VeriStatement* body, std::unique_ptr<VeriScope> scope, unsign
 
 VeriLoop::~VeriLoop() { delete _body; }
 
+bool VeriLoop::TakesElse() const { return ::TakesElse(_body); }
+
 VeriFor::VeriFor(VeriDataDecl* declaration, VeriStatements* initials, VeriExpression* condition,
                  VeriStatements* repetitions, VeriStatement* body, std::unique_ptr<VeriScope> scope,
                  unsigned long linefile)
@@ -274,7 +278,7 @@ void VeriFor::PrettyPrint(std::ostream& out, unsigned level) const {
   out << "; ";
   PrintAssignments(out, _repetitions);
   out << ")\n";
-  PrintNested(out, _body, level);
+  veri_print_nested(out, _body, level);
 }
 
 VeriWhile::VeriWhile(VeriExpression* condition, VeriStatement* body, std::unique_ptr<VeriScope> scope, bool is_do_while,
@@ -295,7 +299,7 @@ void VeriWhile::PrettyPrint(std::ostream& out, unsigned level) const {
     _condition->PrettyPrint(out, 0);
     out << ")\n";
   }
-  PrintNested(out, _body, level);
+  veri_print_nested(out, _body, level);
   if (!_is_do_while) return;
   PrintLevel(out, level);
   out << "while (";
@@ -319,7 +323,7 @@ void VeriRepeat::PrettyPrint(std::ostream& out, unsigned level) const {
   out << "repeat (";
   _count->PrettyPrint(out, 0);
   out << ")\n";
-  PrintNested(out, _body, level);
+  veri_print_nested(out, _body, level);
 }
 
 void VeriForever::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _body); }
@@ -327,7 +331,7 @@ void VeriForever::VisitChildren(VeriVisitor& visitor) { veri_visit(visitor, _bod
 void VeriForever::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   out << "forever\n";
-  PrintNested(out, _body, level);
+  veri_print_nested(out, _body, level);
 }
 
 // Blocks.
@@ -392,11 +396,13 @@ void VeriEventControlStatement::VisitChildren(VeriVisitor& visitor) {
   veri_visit(visitor, _statement);
 }
 
+bool VeriEventControlStatement::TakesElse() const { return ::TakesElse(_statement); }
+
 void VeriEventControlStatement::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   PrintEvents(out, _events);
   out << '\n';
-  PrintNested(out, _statement, level);
+  veri_print_nested(out, _statement, level);
 }
 
 VeriDelayControlStatement::VeriDelayControlStatement(VeriExpression* delay, VeriStatement* statement,
@@ -413,12 +419,14 @@ void VeriDelayControlStatement::VisitChildren(VeriVisitor& visitor) {
   veri_visit(visitor, _statement);
 }
 
+bool VeriDelayControlStatement::TakesElse() const { return ::TakesElse(_statement); }
+
 void VeriDelayControlStatement::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   out << "#(";
   _delay->PrettyPrint(out, 0);
   out << ")\n";
-  PrintNested(out, _statement, level);
+  veri_print_nested(out, _statement, level);
 }
 
 VeriWait::VeriWait(VeriExpression* condition, VeriStatement* statement, unsigned long linefile)
@@ -434,12 +442,34 @@ void VeriWait::VisitChildren(VeriVisitor& visitor) {
   veri_visit(visitor, _statement);
 }
 
+bool VeriWait::TakesElse() const { return ::TakesElse(_statement); }
+
 void VeriWait::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintFront(out, level);
   out << "wait (";
   _condition->PrettyPrint(out, 0);
   out << ")\n";
-  PrintNested(out, _statement, level);
+  veri_print_nested(out, _statement, level);
+}
+
+VeriGenVarAssign::VeriGenVarAssign(VeriName* name, VeriExpression* value, unsigned long linefile)
+    : VeriStatement(linefile), _name(Adopt(name)), _value(Adopt(value)) {}
+
+VeriGenVarAssign::~VeriGenVarAssign() {
+  delete _name;
+  delete _value;
+}
+
+void VeriGenVarAssign::VisitChildren(VeriVisitor& visitor) {
+  veri_visit(visitor, _name);
+  veri_visit(visitor, _value);
+}
+
+/// As it stands in the head of the loop.
+void VeriGenVarAssign::PrettyPrint(std::ostream& out, unsigned) const {
+  _name->PrettyPrint(out, 0);
+  out << " = ";
+  _value->PrettyPrint(out, 0);
 }
 
 VeriEventTrigger::VeriEventTrigger(VeriName* name, unsigned long linefile)

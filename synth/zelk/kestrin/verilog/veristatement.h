@@ -15,6 +15,8 @@ public:
   using VeriTreeNode::VeriTreeNode;
   virtual void Resolve(VeriScope* scope) = 0;
   virtual void Initialize() {}
+  /// Whether an `else` behind the statement's text would become part of it.
+  virtual bool TakesElse() const { return false; }
   /// Runs the statement unless control cannot reach it or an error was counted.
   void Elaborate(VeriDataFlow* flow);
 
@@ -23,6 +25,10 @@ protected:
 };
 
 using VeriStatements = VeriNodes<VeriStatement>;
+
+/// Prints a statement that is part of another one; null is a semicolon. In front of an `else` that is the outer one's a
+/// statement that would take it is put into a block.
+void veri_print_nested(std::ostream& out, const VeriStatement* statement, unsigned level, bool is_before_else = false);
 
 /// The head of an assignment: `#3`, `@(...)`, `repeat (n) @(...)`: of no effect in hardware.
 class VeriDelayOrEventControl : public VeriTreeNode {
@@ -91,6 +97,7 @@ public:
   VERI_STATEMENT_CLASS(VeriConditionalStatement)
   VeriStatement* Then() const { return _then; }
   VeriStatement* Else() const { return _else; }
+  bool TakesElse() const override;
   void Initialize() override;
   unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
 
@@ -141,6 +148,7 @@ class VeriLoop : public VeriStatement {
 public:
   VeriLoop(VeriStatement* body, std::unique_ptr<VeriScope> scope, unsigned long linefile);
   ~VeriLoop() override;
+  bool TakesElse() const override;
   VeriScope* GetScope() const override { return _scope.get(); }
   void Initialize() override;
   /// Null for a loop without.
@@ -184,6 +192,7 @@ public:
             unsigned long linefile = 0);
   ~VeriWhile() override;
   VERI_STATEMENT_CLASS(VeriWhile)
+  bool TakesElse() const override { return !_is_do_while && VeriLoop::TakesElse(); }
 
 private:
   VeriExpression* _condition;
@@ -246,6 +255,7 @@ public:
   VeriEventControlStatement(VeriExpressions* events, VeriStatement* statement, unsigned long linefile = 0);
   ~VeriEventControlStatement() override;
   VERI_STATEMENT_CLASS(VeriEventControlStatement)
+  bool TakesElse() const override;
   void Initialize() override;
   const VeriExpressions* Events() const { return _events; }
   VeriStatement* Statement() const { return _statement; }
@@ -260,6 +270,7 @@ public:
   VeriDelayControlStatement(VeriExpression* delay, VeriStatement* statement, unsigned long linefile = 0);
   ~VeriDelayControlStatement() override;
   VERI_STATEMENT_CLASS(VeriDelayControlStatement)
+  bool TakesElse() const override;
   void Initialize() override;
 
 private:
@@ -340,10 +351,25 @@ public:
   VeriWait(VeriExpression* condition, VeriStatement* statement, unsigned long linefile = 0);
   ~VeriWait() override;
   VERI_STATEMENT_CLASS(VeriWait)
+  bool TakesElse() const override;
 
 private:
   VeriExpression* _condition;
   VeriStatement* _statement;
+};
+
+/// The assignment to the genvar at the head of a generate loop.
+class VeriGenVarAssign : public VeriStatement {
+public:
+  VeriGenVarAssign(VeriName* name, VeriExpression* value, unsigned long linefile = 0);
+  ~VeriGenVarAssign() override;
+  VERI_STATEMENT_CLASS(VeriGenVarAssign)
+  VeriName* Name() const { return _name; }
+  VeriExpression* Value() const { return _value; }
+
+private:
+  VeriName* _name;
+  VeriExpression* _value;
 };
 
 class VeriEventTrigger : public VeriStatement {

@@ -12,6 +12,7 @@
 #include "util/message.h"
 #include "util/services.h"
 #include "verilog/veri_file.h"
+#include "verilog/veriassertion.h"
 #include "verilog/veridataflow.h"
 #include "verilog/verielabstate.h"
 #include "verilog/verinets.h"
@@ -686,6 +687,9 @@ void VeriEventControlStatement::Execute(VeriDataFlow* flow) {
     expression->AddToSensList(*ids);
     OwnedValue value = EvaluateEvent(expression, flow);
     if (!value) return;
+    const auto* event = dynamic_cast<const VeriEventExpression*>(expression);
+    if (event && event->Condition())
+      return event->Error("no support for %s (SystemVerilog)", "a conditional event beside others");
     if (!expression->IsEdge()) {
       if (!levels.insert(OperandImage(*expression)).second)
         expression->Warning("sensitivity list already contains %s", OperandImage(*expression).c_str());
@@ -877,6 +881,8 @@ void VeriJumpStatement::Execute(VeriDataFlow* flow) {
 // What has no effect in hardware.
 
 void VeriNullStatement::Execute(VeriDataFlow*) {}
+void VeriAssertion::Execute(VeriDataFlow*) {}
+void VeriGenVarAssign::Execute(VeriDataFlow*) {}
 void VeriWait::Execute(VeriDataFlow*) { Warning("wait statement ignored"); }
 void VeriEventTrigger::Execute(VeriDataFlow*) { Warning("event trigger ignored"); }
 void VeriAssign::Execute(VeriDataFlow*) { Warning("assign statement not supported for synthesis"); }

@@ -79,6 +79,7 @@ public:
   /// The node of the value; null when the attribute is absent or has no value.
   VeriExpression* GetAttribute(const char* name) const;
   unsigned HasAttribute(const char* name) const;
+  bool HasAttributes() const { return _attributes != nullptr; }
   /// The attribute's constant value as a number, an absent value counts as 1; `absent` when there is none.
   int AttributeValue(const char* name, int absent) const;
   /// Binds the names in the values.

@@ -1,6 +1,9 @@
 #include "verilog/verivisitor.h"
 
+#include "verilog/veriassertion.h"
+#include "verilog/vericonfiguration.h"
 #include "verilog/verilibrary.h"
+#include "verilog/verispecify.h"
 #include "verilog/veristatement.h"
 
 void VeriVisitor::TraverseNode(VeriTreeNode* node) {

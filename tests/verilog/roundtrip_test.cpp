@@ -1,0 +1,105 @@
+// What is printed reads back as the same tree: over all sources of this tree, in each dialect that takes them.
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "verilog/analysis.h"
+#include "verilog/verivisitor.h"
+
+namespace {
+
+constexpr veri_dialect dialects[] = {VERI_95, VERI_2K, VERI_SV};
+
+std::string PrintedLibrary() {
+  std::ostringstream out;
+  veri_file::GetLibrary("work")->PrettyPrint(out, 0);
+  return out.str();
+}
+
+/// The library after the file was read; empty when it is refused, and its messages then.
+std::string ReadAndPrint(const std::string& path, veri_dialect dialect, std::string* messages) {
+  Analysis analysis;
+  const bool is_legal = analysis.file.Analyze(path.c_str(), dialect) != 0;
+  for (const std::string& line : Analysis::Messages()) *messages += line + "\n";
+  return is_legal ? PrintedLibrary() : std::string();
+}
+
+std::vector<std::filesystem::path> SourcesBelow(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> sources;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+    if (entry.path().extension() == ".v" || entry.path().extension() == ".sv") sources.push_back(entry.path());
+  return sources;
+}
+
+/// The dialects that take the file, as bits; what the last of the others said. Reports what is not printed as it was
+/// read.
+unsigned ReadBack(const std::filesystem::path& source, std::string* refusal) {
+  SCRATCH_DIR folder;
+  unsigned legal = 0;
+  for (const veri_dialect dialect : dialects) {
+    SCOPED_TRACE(source.string() + " in dialect " + std::to_string(dialect));
+    std::string messages;
+    const std::string once = ReadAndPrint(source.string(), dialect, &messages);
+    if (once.empty()) {
+      *refusal = messages;
+      continue;
+    }
+    legal |= 1U << dialect;
+    messages.clear();
+    EXPECT_EQ(ReadAndPrint(folder.write("printed.v", once), dialect, &messages), once) << messages;
+  }
+  return legal;
+}
+
+TEST(RoundTrip, EverySourceOfThisTreeReadsBackInEachDialectThatTakesIt) {
+  unsigned count = 0;
+  for (const char* folder : {"/examples", "/tests"})
+    for (const std::filesystem::path& source : SourcesBelow(std::string(ZELK_SOURCE_DIR) + folder)) {
+      std::string refusal;
+      const unsigned legal = ReadBack(source, &refusal);
+      const bool tests_messages = source.string().find("/tests/source/") != std::string::npos;
+      EXPECT_TRUE(legal || tests_messages) << source << " is legal in no dialect\n" << refusal;
+      if (legal) count++;
+    }
+  EXPECT_GT(count, 30U);
+}
+
+TEST(RoundTrip, TheConstructsOfADialectAreTakenByItAndThoseAfterIt) {
+  const std::string folder = ZELK_SOURCE_DIR "/tests/verilog/constructs/";
+  constexpr unsigned sv = 1U << VERI_SV;
+  std::string refusal;
+  EXPECT_EQ(ReadBack(folder + "v95.v", &refusal), (1U << VERI_95) | (1U << VERI_2K) | sv) << refusal;
+  EXPECT_EQ(ReadBack(folder + "v2001.v", &refusal), (1U << VERI_2K) | sv) << refusal;
+  EXPECT_EQ(ReadBack(folder + "sv2005.sv", &refusal), sv) << refusal;
+}
+
+/// Counts the nodes of each class.
+class Census : public VeriVisitor {
+public:
+#define VERI_CLASS(name, base)                                                                                         \
+  void Visit(name& node) override {                                                                                    \
+    counts[ID_##name]++;                                                                                               \
+    VeriVisitor::Visit(node);                                                                                          \
+  }
+#include "verilog/veri_classes.def"
+  unsigned counts[ID_VERI_END] = {};
+};
+
+TEST(RoundTrip, TheConstructsHaveANodeOfEveryClass) {
+  Census census;
+  for (const char* name : {"v95.v", "v2001.v", "sv2005.sv"}) {
+    Analysis analysis;
+    const std::string path = std::string(ZELK_SOURCE_DIR "/tests/verilog/constructs/") + name;
+    ASSERT_TRUE(analysis.file.Analyze(path.c_str(), *name == 's' ? VERI_SV : VERI_2K)) << name;
+    census.TraverseNode(veri_file::GetLibrary("work"));
+  }
+  std::string missing;
+#define VERI_CLASS(name, base)                                                                                         \
+  if (!census.counts[ID_##name]) missing += #name " ";
+#include "verilog/veri_classes.def"
+  EXPECT_EQ(missing, "");
+}
+
+} // namespace
