@@ -250,6 +250,7 @@ TEST(Recovery, IndependentErrorsAreReportedOnceEachAndNothingElse) {
   constexpr Broken broken[] = {
       {"wire a b;", "syntax error near \"b\";  expecting \";\""},
       {"assign = 1;", "syntax error near \"=\";  expecting \"(\""},
+      {"always @(posedge) x = 1;", "syntax error near \")\";  expecting an operand"},
       {"initial begin x = ; y = 1; end", "syntax error near \";\";  expecting \"@\", or an operand"},
       {"function f; input a; f = a endfunction", "syntax error near \"endfunction\";  expecting \";\""},
       {"task t; begin x = 1; endtask", "syntax error near \"endtask\";  expecting \"end\""},

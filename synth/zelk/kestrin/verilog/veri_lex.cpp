@@ -371,11 +371,12 @@ VeriScanner::Step VeriScanner::ScanOperator(veri_token* token) {
   if (candidate->token == VERI_OPAREN) {
     _parentheses++;
   } else if (candidate->token == VERI_CPAREN) {
-    if (_parentheses)
+    if (_parentheses) {
       _parentheses--;
-    else
+    } else {
       Error("; mismatched closing parenthesis ");
-    _is_reported = true;
+      _is_reported = true;
+    }
   }
   return Step::Token;
 }
