@@ -16,6 +16,7 @@
 #include "verilog/veri_file.h"
 #include "verilog/veri_tokens.h"
 #include "verilog/veriexpression.h"
+#include "verilog/veriround.h"
 #include "zelk_utility.h"
 
 ZELK_KESTRIN_VERILOG_ELABORATOR::~ZELK_KESTRIN_VERILOG_ELABORATOR() { cleanup(); }
@@ -102,6 +103,8 @@ void ZELK_KESTRIN_VERILOG_ELABORATOR::bind_library(const char* name) {
 std::vector<std::string> ZELK_KESTRIN_VERILOG_ELABORATOR::parameter_names() const {
   std::vector<std::string> names;
   for (const VeriParamId* id : m_module->OverridableParams()) names.emplace_back(id->Name());
+  // What the instance told of the interfaces that are connected to the ports.
+  for (std::string& name : veri_interface_parameter_names(m_module)) names.push_back(std::move(name));
   return names;
 }
 

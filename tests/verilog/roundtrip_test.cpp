@@ -18,10 +18,23 @@ std::string PrintedLibrary() {
   return out.str();
 }
 
+/// The packages and interfaces that a file of a design in SystemVerilog may name: what its list has before it.
+std::vector<std::string> SourcesBefore(const std::filesystem::path& source) {
+  std::vector<std::string> before;
+  const std::filesystem::path folder = source.parent_path().parent_path();
+  std::ifstream list(source.extension() == ".sv" ? folder / "files.f" : "");
+  for (std::string line; std::getline(list, line) && folder / line != source;)
+    if (!line.empty() && line[0] != '#' && line[0] != '-') before.push_back((folder / line).string());
+  return before;
+}
+
 /// The library after the file was read; empty when it is refused, and its messages then.
 std::string ReadAndPrint(const std::string& path, veri_dialect dialect, std::string* messages) {
   Analysis analysis;
-  const bool is_legal = analysis.file.Analyze(path.c_str(), dialect) != 0;
+  bool is_legal = true;
+  for (const std::string& before : SourcesBefore(path))
+    is_legal = is_legal && analysis.file.Analyze(before.c_str(), dialect) != 0;
+  is_legal = is_legal && analysis.file.Analyze(path.c_str(), dialect) != 0;
   for (const std::string& line : Analysis::Messages()) *messages += line + "\n";
   return is_legal ? PrintedLibrary() : std::string();
 }

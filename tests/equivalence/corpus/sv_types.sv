@@ -15,6 +15,13 @@ package statement_pkg;
   localparam word_t MASK = 5'b10101;
 endpackage
 
+// verilate: static casts of width and sign
+module size_casts (input logic [3:0] a, input logic signed [3:0] s, output logic [7:0] x, y, z);
+  assign x = 8'(a) + 8'(s);
+  assign y = 2'(a) + 1'b1;
+  assign z = signed'(a) + s;
+endmodule
+
 // verilate: a case inside a function with an enumeration
 module enum_function (input logic [1:0] a, output logic [3:0] y);
   typedef enum logic [1:0] {NONE, LOW, HIGH, BOTH} level_t;
@@ -38,6 +45,15 @@ module array_queries (input logic [7:0] a, output logic [15:0] y, z);
   assign m = a;
   assign y = m + N;
   assign z = $bits(u) + M + $increment(u) + $unpacked_dimensions(u);
+endmodule
+
+// verilate: casts to types keep what an assignment would keep
+module type_casts (input logic [3:0] a, b, input logic signed [3:0] s, output logic [7:0] w, x, y, z);
+  typedef logic [5:0] six_t;
+  assign w = six_t'(a + b);
+  assign x = byte'(s);
+  assign y = 6'(s) + 8'sd0;
+  assign z = unsigned'(s);
 endmodule
 
 // verilate: an unpacked structure, assigned as a whole and by members
@@ -109,6 +125,26 @@ module pattern_nested (input logic [3:0] a, b, input logic i, j, output logic [3
   assign y = m[i][j];
 endmodule
 
+// verilate: a pattern with its type before it
+module pattern_typed (input logic [3:0] a, output logic [7:0] y);
+  typedef struct packed { logic [3:0] h; logic [3:0] l; } pair_t;
+  assign y = pair_t'{l: a, h: 4'd9};
+endmodule
+
+// verilate: an array of structures
+module struct_array (input logic clk, rst, we, input logic [1:0] i, input logic [3:0] d, output logic [4:0] y);
+  typedef struct packed { logic valid; logic [3:0] data; } slot_t;
+  slot_t slots [0:3];
+  always_ff @(posedge clk)
+    if (rst)
+      for (int k = 0; k < 4; k++) slots[k] <= '0;
+    else if (we) begin
+      slots[i].valid <= 1'b1;
+      slots[i].data <= d;
+    end
+  assign y = slots[i];
+endmodule
+
 // verilate: an array inside of a structure
 module array_in_struct (input logic [3:0] a, b, input logic i, output logic [3:0] y);
   typedef struct packed { logic [1:0][3:0] words; logic last; } frame_t;
@@ -177,6 +213,15 @@ module return_early (input logic [3:0] a, b, output logic [3:0] y, z);
     y = search(a);
     store(b, z);
   end
+endmodule
+
+// verilate: default values of arguments, and arguments by name
+module arguments_named (input logic [3:0] a, b, output logic [3:0] x, y);
+  function automatic logic [3:0] f(input logic [3:0] p, input logic [3:0] q = 4'd5);
+    return p - q;
+  endfunction
+  assign x = f(a) + f(.q(b), .p(a));
+  assign y = f(b, a);
 endmodule
 
 // verilate: structures as arguments and results

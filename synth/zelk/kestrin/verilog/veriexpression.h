@@ -351,9 +351,13 @@ public:
   void Resolve(VeriScope* scope, const VeriEnv& env) override;
   VeriTypeInfo TypeInfer(VeriDataFlow* flow) override;
   OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override;
+  OwnedValue EvaluateFor(const VeriConstraint& target, VeriDataFlow* flow) override;
+  OwnedConstraint EvaluateConstraint(VeriDataFlow* flow) override;
   void AddToSensList(Set& ids) override;
 
 private:
+  bool NamesType() const;
+  OwnedValue EvaluateTyped(const VeriConstraint& own, VeriDataFlow* flow);
   VeriExpression* _type;
   VeriExpression* _operand;
 };
@@ -402,6 +406,7 @@ public:
   void Resolve(VeriScope* scope, const VeriEnv& env) override;
   VeriTypeInfo TypeInfer(VeriDataFlow*) override { return {}; }
   OwnedValue EvaluateIn(VeriDataFlow*, const VeriTypeInfo&) override { return nullptr; }
+  void AddToSensList(Set& ids) override;
   /// Null for a connection by order.
   const char* NamedFormal() const { return _formal; }
   /// Null when left open.
@@ -557,6 +562,9 @@ public:
   virtual unsigned IsHier() const { return 0; }
   /// Another node of the same text, bound to nothing; null for a name with indices.
   virtual VeriName* Copy() const { return nullptr; }
+  /// What a process has assigned so far to what the name means, by either kind of assignment: the value that an
+  /// assignment to a part of it starts from. Null after an error.
+  virtual OwnedValue CurrentValue(VeriDataFlow* flow);
   /// Looks the name up without a message when there is nothing.
   VeriTypeInfo TypeInfer(VeriDataFlow* flow) override;
   void AddToSensList(Set& ids) override;
@@ -649,8 +657,11 @@ public:
   void AddToSensList(Set& ids) override;
   VeriName* GetPrefix() const { return _prefix; }
   const std::string& GetSuffix() const { return _suffix; }
-  /// The prefix is a struct whose member this is.
+  /// The prefix is a struct whose member this is, as far as resolve knows.
   bool IsStructMember() const { return _is_member; }
+  /// The same in elaboration, which finds the objects of rounds and interfaces.
+  bool EvaluateIsMember();
+  OwnedValue CurrentValue(VeriDataFlow* flow) override;
   /// The method that the suffix names, known after Resolve; METHOD_NONE for most.
   veri_method GetMethodType() const { return _method; }
   /// The result of the method with these arguments, which may be null.
@@ -697,6 +708,7 @@ public:
   void Assign(OwnedValue value, VeriDataFlow* flow, bool non_blocking) override;
   OwnedValue EvaluateNets() override;
   void AddToSensList(Set& ids) override;
+  OwnedValue CurrentValue(VeriDataFlow* flow) override;
   VeriName* GetPrefix() const { return _prefix; }
   const VeriExpressions& Indices() const { return _indices; }
 

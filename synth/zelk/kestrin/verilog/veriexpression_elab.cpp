@@ -1,6 +1,7 @@
 // Evaluation of expressions, literals and types (IEEE 1364-2005 clauses 5.1, 5.4 and 5.5).
 #include <algorithm>
 #include <climits>
+#include <iterator>
 #include <map>
 #include <sstream>
 
@@ -483,7 +484,12 @@ OwnedValue VeriFunctionCall::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& 
 
 void VeriFunctionCall::AddToSensList(Set& ids) {
   if (const VeriSelectedName* method = MethodOf(_name)) method->GetPrefix()->AddToSensList(ids);
-  for (VeriExpression* arg : ItemsOf<VeriExpression*>(_args)) arg->AddToSensList(ids);
+  for (VeriExpression* arg : ItemsOf<VeriExpression*>(_args))
+    if (arg) arg->AddToSensList(ids);
+}
+
+void VeriPortConnect::AddToSensList(Set& ids) {
+  if (_connection) _connection->AddToSensList(ids);
 }
 
 struct VeriSystemFunctionCall::Function {
@@ -766,34 +772,69 @@ void VeriAssignmentPattern::AddToSensList(Set& ids) {
   for (const Part& part : _parts) part.value->AddToSensList(ids);
 }
 
-VeriTypeInfo VeriTypeCast::TypeInfer(VeriDataFlow* flow) {
-  if (_type->IsTypeName()) return _type->TypeInfer(flow);
-  VeriTypeInfo info = _operand->TypeInfer(flow);
-  OwnedConstraint named = _type->AsName() ? _type->EvaluateConstraint(flow) : nullptr;
+/// A cast is to a type, to a width, or to a sign alone.
+bool VeriTypeCast::NamesType() const {
+  if (const auto* primitive = dynamic_cast<const VeriPrimitiveTypeDef*>(_type)) return primitive->Type() != 0;
+  if (_type->IsTypeName()) return true;
   VeriName* name = _type->AsName();
-  if (named && name && name->GetId() && name->GetId()->IsDataType()) return InfoOf(*named);
+  return name && name->GetId() && name->GetId()->IsDataType();
+}
+
+OwnedConstraint VeriTypeCast::EvaluateConstraint(VeriDataFlow* flow) {
+  if (NamesType()) return _type->EvaluateConstraint(flow);
+  VeriTypeInfo info = TypeInfer(flow);
+  if (info.is_real) return VeriRangeConstraint::RealType();
+  return VeriUniformArrayConstraint::Vector(static_cast<int>(info.size) - 1, 0, info.is_signed);
+}
+
+VeriTypeInfo VeriTypeCast::TypeInfer(VeriDataFlow* flow) {
+  if (NamesType()) {
+    OwnedConstraint own = _type->EvaluateConstraint(flow);
+    return own ? InfoOf(*own) : VeriTypeInfo();
+  }
+  VeriTypeInfo info = _operand->TypeInfer(flow);
+  info.is_unsized = false;
+  if (const auto* sign = dynamic_cast<const VeriPrimitiveTypeDef*>(_type)) {
+    info.is_signed = sign->Signing() == VERI_SIGNED;
+    return info;
+  }
   OwnedValue size = _type->EvaluateConstant();
   int64_t number = 0;
   if (size && size->ToInt64(&number) && number <= 0)
     Error("the width of a cast must be positive, not %d", static_cast<int>(number));
   if (size && size->ToInt64(&number) && number > 0 && number < UINT_MAX) info.size = static_cast<unsigned>(number);
-  info.is_unsized = false;
   return info;
+}
+
+/// A value of the type as an assignment to a variable of it would leave it, with no word about lost bits: to lose them
+/// is what a cast is for.
+OwnedValue VeriTypeCast::EvaluateTyped(const VeriConstraint& own, VeriDataFlow* flow) {
+  if (dynamic_cast<VeriAssignmentPattern*>(_operand)) return _operand->EvaluateFor(own, flow);
+  VeriTypeInfo operand = _operand->TypeInfer(flow);
+  if (!operand.is_real) operand.size = std::max(operand.size, own.Size());
+  OwnedValue value = _operand->EvaluateIn(flow, operand);
+  if (value && value->IsAggregate()) value = VeriValue::Pack(std::move(value));
+  if (value && value->IsReal() && !own.IsRealRange()) value = VeriValue::ToVectorValue(std::move(value));
+  if (!value) return nullptr;
+  if (own.IsRealRange()) return VeriValue::CheckAgainst(std::move(value), own, this, false);
+  value = VeriValue::Adjust(std::move(value), own.Size(), this);
+  if (!value) return nullptr;
+  own.IsSigned() ? value->SetSigned() : value->SetUnsigned();
+  return own.IsUnpacked() ? own.Unpack(std::move(value), this) : std::move(value);
 }
 
 OwnedValue VeriTypeCast::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
   VeriNodeScope node(this);
-  VeriTypeInfo own = TypeInfer(flow);
-  VeriTypeInfo operand = _operand->TypeInfer(flow);
-  if (!operand.is_real) operand.size = std::max(operand.size, own.size);
-  OwnedValue value = _operand->EvaluateIn(flow, operand);
-  if (!value) return nullptr;
-  if (value->IsAggregate()) value = VeriValue::Pack(std::move(value));
-  if (value->IsReal() && !own.is_real) value = VeriValue::ToVectorValue(std::move(value));
-  value = VeriValue::Adjust(std::move(value), own.size, this);
-  if (value && own.is_signed) value->SetSigned();
-  if (value && !own.is_signed) value->SetUnsigned();
-  return FitTo(std::move(value), type, this);
+  OwnedConstraint own = EvaluateConstraint(flow);
+  return own ? FitTo(EvaluateTyped(*own, flow), type, this) : nullptr;
+}
+
+OwnedValue VeriTypeCast::EvaluateFor(const VeriConstraint& target, VeriDataFlow* flow) {
+  if (target.IsPacked()) return VeriExpression::EvaluateFor(target, flow);
+  VeriNodeScope node(this);
+  OwnedConstraint own = EvaluateConstraint(flow);
+  OwnedValue value = own ? EvaluateTyped(*own, flow) : nullptr;
+  return VeriValue::CheckAgainst(std::move(value), target, this, false);
 }
 
 void VeriTypeCast::AddToSensList(Set& ids) { _operand->AddToSensList(ids); }
@@ -878,7 +919,7 @@ OwnedValue ReadVariable(VeriIdDef* id, VeriDataFlow* flow, const VeriTreeNode* f
 }
 
 /// The value that a partial assignment starts from.
-OwnedValue CurrentValue(VeriIdDef* id, VeriDataFlow* flow, const VeriTreeNode* from) {
+OwnedValue CurrentValueOf(VeriIdDef* id, VeriDataFlow* flow, const VeriTreeNode* from) {
   const VeriValue* value = flow->IdValue(id);
   bool is_own = value == id->GetValue();
   if (value && !(is_own && flow->IsInitial())) return value->Copy();
@@ -1047,8 +1088,33 @@ template <class F> bool AnyStep(const VeriName* path, const F& test) {
 
 } // namespace
 
+namespace {
+
+/// Whether the name means a declared object, and not a part of one.
+bool IsWholeObject(VeriName* name) {
+  if (auto* selected = dynamic_cast<VeriSelectedName*>(name)) return !selected->EvaluateIsMember();
+  return !dynamic_cast<VeriIndexedName*>(name);
+}
+
+/// Whether the name leads through a scope that only elaboration knows: a round of a generate construct or an interface.
+bool LeadsThroughScope(VeriName* name) {
+  while (auto* indexed = dynamic_cast<VeriIndexedName*>(name)) name = indexed->GetPrefix();
+  auto* selected = dynamic_cast<VeriSelectedName*>(name);
+  return selected && (LeadsThroughScope(selected->GetPrefix()) || selected->GetPrefix()->EvaluateScope());
+}
+
+} // namespace
+
+bool VeriSelectedName::EvaluateIsMember() {
+  if (_is_member || _id || _prefix->GetId() || _prefix->EvaluateScope() || !LeadsThroughScope(_prefix))
+    return _is_member;
+  OwnedConstraint prefix = _prefix->EvaluateConstraint(nullptr);
+  _is_member = prefix && prefix->IsCompositeConstraint();
+  return _is_member;
+}
+
 VeriIdDef* VeriSelectedName::EvaluateId() {
-  if (_is_member) return _prefix->EvaluateId();
+  if (EvaluateIsMember()) return _prefix->EvaluateId();
   if (_id) {
     const bool leads_into_subprogram =
         AnyStep(_prefix, [](const VeriIdDef* id) { return id->IsFunction() || id->IsTask(); });
@@ -1089,7 +1155,7 @@ int VeriSelectedName::MemberPosition(const VeriConstraint& prefix) const {
 
 OwnedConstraint VeriSelectedName::EvaluateConstraint(VeriDataFlow* flow) {
   if (_method != METHOD_NONE) return MethodConstraint();
-  if (!_is_member) return TypeOfId(EvaluateId());
+  if (!EvaluateIsMember()) return TypeOfId(EvaluateId());
   OwnedConstraint prefix = _prefix->EvaluateConstraint(flow);
   int position = prefix ? MemberPosition(*prefix) : -1;
   return position < 0 ? nullptr : prefix->ElementConstraintAt(static_cast<unsigned>(position))->Copy();
@@ -1100,7 +1166,7 @@ VeriTypeInfo VeriSelectedName::TypeInfer(VeriDataFlow* flow) {
 }
 
 void VeriSelectedName::AddToSensList(Set& ids) {
-  if (_is_member || _method != METHOD_NONE)
+  if (EvaluateIsMember() || _method != METHOD_NONE)
     _prefix->AddToSensList(ids);
   else
     VeriName::AddToSensList(ids);
@@ -1108,7 +1174,7 @@ void VeriSelectedName::AddToSensList(Set& ids) {
 
 OwnedValue VeriSelectedName::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
   if (_method != METHOD_NONE) return FitTo(EvaluateMethod(nullptr, flow), type, this);
-  if (!_is_member) {
+  if (!EvaluateIsMember()) {
     VeriIdDef* id = EvaluateId();
     return id ? FitTo(ReadVariable(id, flow, this), type, this) : nullptr;
   }
@@ -1120,7 +1186,7 @@ OwnedValue VeriSelectedName::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& 
 }
 
 void VeriSelectedName::Assign(OwnedValue value, VeriDataFlow* flow, bool non_blocking) {
-  if (!_is_member) {
+  if (!EvaluateIsMember()) {
     VeriIdDef* id = EvaluateId();
     if (id) AssignWhole(id, std::move(value), flow, non_blocking, this);
     return;
@@ -1133,29 +1199,36 @@ void VeriSelectedName::Assign(OwnedValue value, VeriDataFlow* flow, bool non_blo
   OwnedConstraint prefix = _prefix->EvaluateConstraint(flow);
   int position = prefix ? MemberPosition(*prefix) : -1;
   if (position < 0) return;
-  OwnedValue whole;
   VeriIdDef* id = _prefix->EvaluateId();
-  bool is_whole_object = dynamic_cast<VeriIdRef*>(_prefix) != nullptr;
-  if (is_whole_object) {
-    if (!IsTarget(id, this)) return;
-    whole = CurrentValue(id, flow, this);
-  } else {
-    whole = _prefix->Evaluate(flow);
-  }
+  if (!IsTarget(id, this)) return;
+  OwnedValue whole = _prefix->CurrentValue(flow);
   if (!whole) return;
   bool was_blocking = whole->IsBlocking();
   bool was_non_blocking = whole->IsNonBlocking();
   whole = prefix->AsComposite()->AssignMember(std::move(whole), static_cast<unsigned>(position), std::move(value));
   if (!whole) return;
-  if (!is_whole_object) return _prefix->Assign(std::move(whole), flow, non_blocking);
+  if (!IsWholeObject(_prefix)) return _prefix->Assign(std::move(whole), flow, non_blocking);
   whole->ResetBlockingInfo();
   if (was_blocking) whole->SetBlocking();
   if (was_non_blocking) whole->SetNonBlocking();
   StoreValue(id, std::move(whole), flow, non_blocking, true);
 }
 
+OwnedValue VeriName::CurrentValue(VeriDataFlow* flow) {
+  VeriIdDef* id = EvaluateId();
+  return id ? CurrentValueOf(id, flow, this) : nullptr;
+}
+
+OwnedValue VeriSelectedName::CurrentValue(VeriDataFlow* flow) {
+  if (!EvaluateIsMember()) return VeriName::CurrentValue(flow);
+  OwnedConstraint prefix = _prefix->EvaluateConstraint(flow);
+  int position = prefix ? MemberPosition(*prefix) : -1;
+  OwnedValue whole = position < 0 ? nullptr : _prefix->CurrentValue(flow);
+  return whole ? prefix->AsComposite()->ReadMember(std::move(whole), static_cast<unsigned>(position)) : nullptr;
+}
+
 OwnedValue VeriSelectedName::EvaluateNets() {
-  if (!_is_member) return NetsOfId(EvaluateId(), this);
+  if (!EvaluateIsMember()) return NetsOfId(EvaluateId(), this);
   OwnedConstraint prefix = _prefix->EvaluateConstraint(nullptr);
   OwnedValue nets = prefix ? _prefix->EvaluateNets() : nullptr;
   int position = nets ? MemberPosition(*prefix) : -1;
@@ -1266,9 +1339,8 @@ void VeriIndexedName::Assign(OwnedValue value, VeriDataFlow* flow, bool non_bloc
   VeriIndices indices;
   if (!prefix || !EvaluateIndices(flow, indices)) return;
   // What the name selects from: a whole object, or a part that is itself assigned as a whole.
-  const auto* selected = dynamic_cast<VeriSelectedName*>(_prefix);
-  bool is_object = !selected || !selected->IsStructMember();
-  OwnedValue whole = is_object ? CurrentValue(id, flow, this) : _prefix->Evaluate(flow);
+  bool is_object = IsWholeObject(_prefix);
+  OwnedValue whole = _prefix->CurrentValue(flow);
   if (!whole) return;
   bool was_blocking = whole->IsBlocking();
   bool was_non_blocking = whole->IsNonBlocking();
@@ -1282,6 +1354,19 @@ void VeriIndexedName::Assign(OwnedValue value, VeriDataFlow* flow, bool non_bloc
   if (was_blocking) whole->SetBlocking();
   if (was_non_blocking) whole->SetNonBlocking();
   StoreValue(id, std::move(whole), flow, non_blocking, true);
+}
+
+OwnedValue VeriIndexedName::CurrentValue(VeriDataFlow* flow) {
+  OwnedConstraint prefix = _prefix->EvaluateConstraint(flow);
+  VeriIndices indices;
+  OwnedValue whole = prefix ? _prefix->CurrentValue(flow) : nullptr;
+  if (!whole || !EvaluateIndices(flow, indices)) return nullptr;
+  if (whole->IsDualPortValue()) {
+    // A port of a memory writes whole words: parts of them by name need registers.
+    if (const auto* memory = dynamic_cast<const VeriVariable*>(_prefix->EvaluateId())) ElabState()->RefuseRam(memory);
+    return nullptr;
+  }
+  return VeriValue::ReadPartial(*whole, *prefix, indices, _prefix->Image().c_str(), this);
 }
 
 OwnedValue VeriIndexedName::EvaluateNets() {

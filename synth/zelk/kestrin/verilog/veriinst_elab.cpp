@@ -14,6 +14,7 @@
 #include "verilog/verielabstate.h"
 #include "verilog/verimodule.h"
 #include "verilog/verinets.h"
+#include "verilog/veriround.h"
 
 namespace {
 
@@ -54,6 +55,31 @@ void FindPorts(const Netlist* view, const std::string& name, const VeriConstrain
         range->IsUp() ? static_cast<int64_t>(range->LeftBound()) + pos : static_cast<int64_t>(range->LeftBound()) - pos;
     FindPorts(view, name + "[" + std::to_string(index) + "]", array->ElementConstraintAt(pos), ports);
   }
+}
+
+/// The scope of the interface that a connection names, and the modport behind it; without scope when it is none.
+struct InterfaceActual {
+  VeriScope* scope = nullptr;
+  VeriModport* modport = nullptr;
+};
+
+InterfaceActual FindInterface(VeriExpression* actual) {
+  auto* name = const_cast<VeriName*>(actual->AsName());
+  if (auto* selected = dynamic_cast<VeriSelectedName*>(name)) {
+    VeriScope* scope = selected->GetPrefix()->EvaluateScope();
+    VeriIdDef* id = scope ? scope->FindHere(selected->GetSuffix().c_str()) : nullptr;
+    if (id && id->IsModport()) return {scope, static_cast<VeriModportId*>(id)->GetModport()};
+  }
+  VeriScope* scope = name ? name->EvaluateScope() : nullptr;
+  VeriIdDef* owner = scope ? scope->GetOwner() : nullptr;
+  return owner && owner->IsDesignUnit() ? InterfaceActual{scope, nullptr} : InterfaceActual{};
+}
+
+VeriModule* InterfaceOf(const VeriScope* scope) {
+  VeriIdDef* owner = scope->GetOwner();
+  VeriDesignUnit* unit =
+      owner && owner->IsDesignUnit() ? static_cast<VeriDesignUnitId*>(owner)->GetDesignUnit() : nullptr;
+  return unit && unit->IsInterface() ? static_cast<VeriModule*>(unit) : nullptr;
 }
 
 /// What a connection of an instance connects; null for none.
@@ -113,9 +139,14 @@ public:
   VeriInstantiation& operator=(const VeriInstantiation&) = delete;
   ~VeriInstantiation();
   void Run();
+  void GenerateInterface();
+  void ElaborateInterface(VeriModule* interface, const VeriGenerateRound& round);
 
 private:
   bool BindModule();
+  bool AddInterfaceParameters();
+  void ConnectInterface(const VeriVariable* port, VeriExpression* actual);
+  bool EvaluateRange(int* left, int64_t* count, bool* is_up) const;
   bool ExtractDefparams();
   bool ConsolidateParameters();
   void AddParameter(const std::string& name, VeriExpression* value);
@@ -412,7 +443,7 @@ VeriExpression* VeriInstantiation::ActualOf(const VeriVariable* port, unsigned p
   // The object of the same name around the instance (IEEE 1800-2005 19.11.4).
   VeriScope* scope = _inst->GetId() ? _inst->GetId()->DeclaringScope() : nullptr;
   VeriIdDef* id = scope ? scope->Find(port->Name()) : nullptr;
-  if (!id || !id->IsVar()) return nullptr;
+  if (!id || !(id->IsVar() || (id->IsInst() && port->InterfaceType()))) return nullptr;
   *implicit = new VeriIdRef(VeriLex::Intern(port->Name()), _inst->Linefile());
   (*implicit)->SetId(id);
   return *implicit;
@@ -425,6 +456,10 @@ bool VeriInstantiation::ConnectAll() {
     VeriExpression* actual = ActualOf(port, position++, &implicit);
     std::unique_ptr<VeriIdRef> owner(implicit);
     if (!actual) continue;
+    if (port->InterfaceType()) {
+      ConnectInterface(port, actual);
+      continue;
+    }
     OwnedConstraint type = _module->PortType(_view, port->Name());
     Connect(port->Name(), actual, port->Dir(), type.get());
     if (veri_file::CheckForInterrupt(actual->Linefile())) return false;
@@ -490,20 +525,136 @@ void VeriInstantiation::Instantiate(const std::string& name, unsigned place, uns
 }
 
 void VeriInstantiation::Run() {
-  if (!BindModule() || !ConsolidateParameters() || !FindView() || !CheckConnects()) return;
+  if (!BindModule() || !ConsolidateParameters() || !AddInterfaceParameters() || !FindView() || !CheckConnects()) return;
   if (!IsArray(*_inst)) return Instantiate(_inst->Name(), 0, 1);
   if (!_module)
     return _inst->Error("cannot elaborate array of instances because the instantiated module's declaration hasn't been "
                         "analyzed");
   int left = 0;
-  int right = 0;
-  if (!_inst->Ranges()->GetFirst()->EvaluateBounds(&left, &right)) return;
-  int64_t count = std::abs(static_cast<int64_t>(left) - right) + 1;
-  if (!veri_width_is_supported(static_cast<uint64_t>(count), _inst)) return;
+  int64_t count = 0;
+  bool is_up = false;
+  if (!EvaluateRange(&left, &count, &is_up)) return;
   for (int64_t place = 0; place < count && !veri_file::CheckForInterrupt(_inst->Linefile()); place++) {
-    int64_t index = left <= right ? left + place : left - place;
+    int64_t index = is_up ? left + place : left - place;
     Instantiate(std::string(_inst->Name()) + "[" + std::to_string(index) + "]", static_cast<unsigned>(place),
                 static_cast<unsigned>(count));
+  }
+}
+
+bool VeriInstantiation::EvaluateRange(int* left, int64_t* count, bool* is_up) const {
+  int right = 0;
+  if (!_inst->Ranges()->GetFirst()->EvaluateBounds(left, &right)) return false;
+  *is_up = *left <= right;
+  *count = std::abs(static_cast<int64_t>(*left) - right) + 1;
+  return veri_width_is_supported(static_cast<uint64_t>(*count), _inst);
+}
+
+// Interfaces.
+
+void VeriInstantiation::GenerateInterface() {
+  if (!BindModule() || !ConsolidateParameters()) return;
+  auto& rounds = VeriNode::ElabState()->Rounds(_inst);
+  if (!IsArray(*_inst)) {
+    rounds.push_back(veri_make_interface(_module, _inst->Name(), &_parameters, ""));
+    return;
+  }
+  int left = 0;
+  int64_t count = 0;
+  bool is_up = false;
+  if (!EvaluateRange(&left, &count, &is_up)) return;
+  for (int64_t place = 0; place < count; place++) {
+    std::string label = std::string(_inst->Name()) + "[" + std::to_string(is_up ? left + place : left - place) + "]";
+    rounds.push_back(veri_make_interface(_module, label, &_parameters, ""));
+  }
+}
+
+/// The logic of the interface, and what the instance connects to its ports.
+void VeriInstantiation::ElaborateInterface(VeriModule* interface, const VeriGenerateRound& round) {
+  _module = interface;
+  {
+    VeriRoundScope scope(round);
+    interface->ElaborateContents();
+  }
+  if (!CheckConnects()) return;
+  unsigned position = 0;
+  for (VeriVariable* port : interface->Ports()) {
+    VeriIdRef* implicit = nullptr;
+    VeriExpression* actual = ActualOf(port, position++, &implicit);
+    std::unique_ptr<VeriIdRef> owner(implicit);
+    VeriIdDef* object = actual ? round.generated->FindHere(port->Name()) : nullptr;
+    VeriValue* nets = object ? object->GetValue() : nullptr;
+    const VeriConstraint* type = object ? object->GetConstraint() : nullptr;
+    if (!nets || !type) continue;
+    VeriNodeScope node(actual);
+    if (port->Dir() == VERI_INPUT) {
+      OwnedValue value = actual->EvaluateFor(*type, nullptr);
+      if (value) nets->NetAssignFrom(std::move(value), VERI_RESOLVE_WIRE, true, actual);
+      continue;
+    }
+    OwnedConstraint target = actual->EvaluateConstraint(nullptr);
+    OwnedValue value = target ? VeriValue::CheckAgainst(nets->Copy(), *target, actual, false) : nullptr;
+    if (value) actual->Assign(std::move(value), nullptr, false);
+  }
+}
+
+/// What the module has to know of the interfaces that are connected to its ports: a name where the port is generic, the
+/// modport where the connection gives it, and the values of the interface's parameters.
+bool VeriInstantiation::AddInterfaceParameters() {
+  unsigned position = 0;
+  if (!_module) return true;
+  for (VeriVariable* port : _module->Ports()) {
+    VeriIdRef* implicit = nullptr;
+    VeriExpression* actual = ActualOf(port, position++, &implicit);
+    std::unique_ptr<VeriIdRef> owner(implicit);
+    if (!port->InterfaceType()) continue;
+    InterfaceActual found = actual ? FindInterface(actual) : InterfaceActual();
+    VeriModule* interface = found.scope ? InterfaceOf(found.scope) : nullptr;
+    VeriModule* formal = port->GetInterface();
+    if (!interface || (formal && formal != interface)) {
+      (actual ? static_cast<const VeriTreeNode*>(actual) : _inst)
+          ->Error("can't connect expression with incompatible type to formal %s", port->Name());
+      return false;
+    }
+    const VeriModport* modport = port->GetModport();
+    if (modport && found.modport && modport != found.modport) {
+      actual->Error("actual modport specification %s does not match formal modport specification %s",
+                    found.modport->Name(), modport->Name());
+      return false;
+    }
+    auto add_text = [&](const std::string& key, const char* text) {
+      OwnedValue value = VeriValue::FromString(text);
+      if (auto literal = VeriExpression::ToConstantExpression(*value, actual->Linefile()))
+        _parameters.Insert(Strings::save(key.c_str()), literal.release());
+    };
+    if (!formal) add_text(veri_interface_name_key(port->Name()), interface->Name());
+    if (!modport && found.modport) add_text(veri_modport_name_key(port->Name()), found.modport->Name());
+    for (VeriParamId* param : interface->OverridableParams()) {
+      VeriIdDef* id = found.scope->FindHere(param->Name());
+      VeriValue* value = id ? id->GetValue() : nullptr;
+      auto literal = value ? VeriExpression::ToConstantExpression(*value, actual->Linefile()) : nullptr;
+      std::string key = std::string(port->Name()) + "." + param->Name();
+      if (literal) _parameters.Insert(Strings::save(key.c_str()), literal.release());
+    }
+  }
+  return true;
+}
+
+void VeriInstantiation::ConnectInterface(const VeriVariable* port, VeriExpression* actual) {
+  VeriNodeScope node(actual);
+  InterfaceActual found = FindInterface(actual);
+  if (!found.scope) return;
+  VeriModport* modport = nullptr;
+  VeriModule* interface = veri_port_interface(port, &_parameters, &modport);
+  if (!interface) return;
+  for (const VeriInterfaceMember& member : veri_interface_members(_module, port, interface, modport)) {
+    VeriIdDef* id = found.scope->FindHere(member.name.c_str());
+    VeriValue* nets = id ? id->GetValue() : nullptr;
+    if (!nets) continue;
+    Array ports;
+    FindPorts(_view, std::string(port->Name()) + "." + member.name, id->GetConstraint(), ports);
+    Array bits;
+    nets->GetNets(bits);
+    if (ports.Size() == bits.Size() && ports.Size()) nets->Copy()->Connect(_instance, ports);
   }
 }
 
@@ -512,10 +663,51 @@ void VeriInst::InstantiateModule(const char* module_name, const VeriExpressions*
   VeriInstantiation(this, module_name, parameters).Run();
 }
 
+void VeriInst::GenerateInterface(const char* interface_name, const VeriExpressions* parameters) {
+  VeriNodeScope node(this);
+  VeriInstantiation(this, interface_name, parameters).GenerateInterface();
+}
+
+void VeriInst::InitializeInterface(const VeriModule* interface) {
+  for (const VeriGenerateRound& round : std::vector<VeriGenerateRound>(ElabState()->Rounds(this))) {
+    VeriRoundScope scope(round);
+    for (VeriVariable* port : interface->Ports()) port->Current()->Initialize();
+    veri_for_each_item(round, [](VeriModuleItem* item) { item->Initialize(); });
+  }
+}
+
+void VeriInst::ElaborateInterface(const char* interface_name, VeriModule* interface) {
+  VeriNodeScope node(this);
+  for (const VeriGenerateRound& round : std::vector<VeriGenerateRound>(ElabState()->Rounds(this)))
+    VeriInstantiation(this, interface_name, nullptr).ElaborateInterface(interface, round);
+}
+
+VeriModule* VeriModuleInstantiation::FindModule() const {
+  if (_nested) return _nested;
+  VeriModule* present = ElabState() ? ElabState()->Module() : nullptr;
+  return veri_file::FindModule(ModuleName(), present ? present->GetLibrary() : nullptr);
+}
+
+void VeriModuleInstantiation::GenerateObjects() {
+  VeriModule* module = FindModule();
+  if (!module || !module->IsInterface()) return;
+  for (VeriInst* inst : *_insts) inst->GenerateInterface(ModuleName(), _parameters);
+}
+
+void VeriModuleInstantiation::Initialize() {
+  VeriModule* module = FindModule();
+  if (!module || !module->IsInterface()) return;
+  for (VeriInst* inst : *_insts) inst->InitializeInterface(module);
+}
+
 void VeriModuleInstantiation::Elaborate() {
+  VeriModule* module = FindModule();
   for (VeriInst* inst : *_insts) {
     if (veri_file::CheckForInterrupt(Linefile())) return;
-    inst->InstantiateModule(ModuleName(), _parameters);
+    if (module && module->IsInterface())
+      inst->ElaborateInterface(ModuleName(), module);
+    else
+      inst->InstantiateModule(ModuleName(), _parameters);
   }
 }
 

@@ -139,10 +139,12 @@ public:
 
   void AddImplicitNet(VeriDataDecl* decl);
 
+  /// The items in their order, in the present scope.
+  virtual void ElaborateContents();
+
 protected:
   void ResolveContents() override;
   void PrintTimes(std::ostream& out, unsigned level) const override;
-  virtual void ElaborateContents();
 
 private:
   friend class VeriModuleRun;

@@ -14,6 +14,7 @@
 #include "verilog/verielabstate.h"
 #include "verilog/verimodule.h"
 #include "verilog/veriram.h"
+#include "verilog/veriround.h"
 
 namespace {
 
@@ -83,19 +84,28 @@ private:
   void AddNetlistAttributes();
   void InitializePackages();
   void InitializeParameters();
+  void MakeInterfacePorts();
   void GenerateObjects();
   void InitializeItems();
   void CheckUse() const;
   void ElaborateItems();
   void FinishRams();
   void CreatePorts();
+  void CreatePort(const std::string& name, unsigned direction, VeriIdDef* id, const VeriTreeNode* from);
   void ApplyPortAttributes(const VeriVariable* port) const;
   void KeepResults();
   bool HasErrors() const { return Message::ErrorCount() != 0; }
 
+  struct InterfacePort {
+    VeriVariable* port;
+    VeriGenerateRound round;
+    std::vector<VeriInterfaceMember> members;
+  };
+
   VeriModule* _module;
   Library* _library;
   const Map* _parameters;
+  std::vector<InterfacePort> _interface_ports;
   std::unique_ptr<Netlist> _netlist;
   ScopeStateGuard _ids;
   VeriElaborationState _state;
@@ -119,6 +129,7 @@ std::unique_ptr<Netlist> VeriModuleRun::Run() {
   _module->ApplyAttributes(_netlist.get());
   InitializePackages();
   InitializeParameters();
+  MakeInterfacePorts();
   if (_state.Mode() != ELAB_BLACK_BOX && !HasErrors()) {
     GenerateObjects();
     InitializeItems();
@@ -172,6 +183,26 @@ void VeriModuleRun::InitializeParameters() {
   for (VeriParamId* id : _module->Params()) id->Initialize();
 }
 
+void VeriModuleRun::MakeInterfacePorts() {
+  for (VeriVariable* port : _module->Ports()) {
+    if (!port->InterfaceType()) continue;
+    VeriModport* modport = nullptr;
+    VeriModule* interface = veri_port_interface(port, _parameters, &modport);
+    if (!interface) {
+      // A generic port takes its interface from the instance: without one there is nothing to build.
+      port->Error("can't declare object %s with interface type", port->Name());
+      continue;
+    }
+    if (port->NumUnpacked()) {
+      port->Error("can't declared unpacked array of interfaces");
+      continue;
+    }
+    VeriGenerateRound round =
+        veri_make_interface(interface, port->Name(), _parameters, std::string(port->Name()) + ".");
+    _interface_ports.push_back({port, round, veri_interface_members(_module, port, interface, modport)});
+  }
+}
+
 void VeriModuleRun::GenerateObjects() {
   _state.SetStage(ELAB_GENERATE_OBJECTS);
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_module->Items()))
@@ -180,7 +211,14 @@ void VeriModuleRun::GenerateObjects() {
 
 void VeriModuleRun::InitializeItems() {
   _state.SetStage(ELAB_INTERNALS);
-  for (VeriVariable* port : _module->Ports()) port->Initialize();
+  for (VeriVariable* port : _module->Ports())
+    if (!port->InterfaceType()) port->Initialize();
+  // Of a connected interface only the objects are seen here; its logic is where its instance is.
+  for (const InterfacePort& port : _interface_ports) {
+    VeriRoundScope scope(port.round);
+    for (VeriIdDef* id : ValuesOf<VeriIdDef*>(&port.round.generated->Ids()))
+      if (id->IsVar() && !static_cast<VeriVariable*>(id)->InterfaceType()) id->Initialize();
+  }
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_module->Items()))
     if (item && !HasErrors()) item->Initialize();
 }
@@ -215,23 +253,32 @@ void VeriModule::ElaborateContents() {
   }
 }
 
+void VeriModuleRun::CreatePort(const std::string& name, unsigned direction, VeriIdDef* id, const VeriTreeNode* from) {
+  const VeriConstraint* type = id->GetConstraint();
+  if (!type) return;
+  if (type->IsRealRange()) return id->Error("synthesis of 'real' values is not supported");
+  if (const VeriValue* nets = id->GetValue()) {
+    nets->CreatePorts(name.c_str(), DirectionOf(direction), *type, from);
+    return;
+  }
+  Array ports;
+  type->CreatePorts(_netlist.get(), name.c_str(), DirectionOf(direction), id->Linefile(), ports);
+}
+
 void VeriModuleRun::CreatePorts() {
+  size_t next_interface = 0;
   for (VeriVariable* port : _module->Ports()) {
-    const VeriConstraint* type = port->GetConstraint();
-    if (!type) continue;
-    if (type->IsRealRange()) {
-      port->Error("synthesis of 'real' values is not supported");
+    const VeriTreeNode* from = port->GetModuleItem() ? port->GetModuleItem() : _module;
+    if (!port->InterfaceType()) {
+      CreatePort(port->Name(), port->Dir(), port, from);
+      ApplyPortAttributes(port);
       continue;
     }
-    port_dir direction = DirectionOf(port->Dir());
-    const VeriTreeNode* from = port->GetModuleItem() ? port->GetModuleItem() : _module;
-    if (const VeriValue* nets = port->GetValue()) {
-      nets->CreatePorts(port->Name(), direction, *type, from);
-    } else {
-      Array ports;
-      type->CreatePorts(_netlist.get(), port->Name(), direction, port->Linefile(), ports);
-    }
-    ApplyPortAttributes(port);
+    if (next_interface >= _interface_ports.size() || _interface_ports[next_interface].port != port) continue;
+    const InterfacePort& object = _interface_ports[next_interface++];
+    for (const VeriInterfaceMember& member : object.members)
+      if (VeriIdDef* id = object.round.generated->FindHere(member.name.c_str()); id && id->IsVar())
+        CreatePort(std::string(port->Name()) + "." + member.name, member.direction, id, from);
   }
 }
 
@@ -253,7 +300,12 @@ void VeriModuleRun::KeepResults() {
   auto& types = _module->_port_types[VeriModule::CreateUniqueName(_module->FullName().c_str(), _parameters)];
   types.clear();
   for (VeriVariable* port : _module->Ports())
-    if (const VeriConstraint* type = port->GetConstraint()) types[port->Name()] = type->Copy();
+    if (const VeriConstraint* type = port->InterfaceType() ? nullptr : port->GetConstraint())
+      types[port->Name()] = type->Copy();
+  for (const InterfacePort& port : _interface_ports)
+    for (const VeriInterfaceMember& member : port.members)
+      if (VeriIdDef* id = port.round.generated->FindHere(member.name.c_str()); id && id->GetConstraint())
+        types[std::string(port.port->Name()) + "." + member.name] = id->GetConstraint()->Copy();
 }
 
 OwnedConstraint VeriModule::PortType(const Netlist* view, const char* port) const {

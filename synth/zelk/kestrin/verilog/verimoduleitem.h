@@ -265,7 +265,9 @@ protected:
   std::vector<VeriVariable*> _formals;
 
 private:
-  bool BindInputs(const VeriExpressions* args, VeriDataFlow* caller, VeriDataFlow* callee, const VeriTreeNode* from);
+  std::vector<VeriExpression*> MatchArguments(const VeriExpressions* args, const VeriTreeNode* from) const;
+  bool BindInputs(const std::vector<VeriExpression*>& actuals, VeriDataFlow* caller, VeriDataFlow* callee,
+                  const VeriTreeNode* from);
   static constexpr unsigned max_call_depth = 500;
 };
 
@@ -351,6 +353,10 @@ public:
 
   /// An instance of this module name; `parameters` are the values of the instantiation.
   void InstantiateModule(const char* module_name, const VeriExpressions* parameters);
+  /// The objects of an interface, one set for each instance of an array; and their logic and connections.
+  void GenerateInterface(const char* interface_name, const VeriExpressions* parameters);
+  void InitializeInterface(const VeriModule* interface);
+  void ElaborateInterface(const char* interface_name, VeriModule* interface);
   void InstantiateGate(unsigned token);
 
 private:
@@ -392,7 +398,11 @@ public:
   void VisitChildren(VeriVisitor& visitor) override;
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
+  void GenerateObjects() override;
+  void Initialize() override;
   void Elaborate() override;
+  /// The module in the present library, when it is known.
+  VeriModule* FindModule() const;
   const char* ModuleName() const { return _module->GetName(); }
   const VeriNodes<VeriInst>* Insts() const { return _insts; }
   /// The module of this name that is nested in a unit around; null before Resolve and for modules of a library.

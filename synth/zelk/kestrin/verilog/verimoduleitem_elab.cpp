@@ -10,6 +10,7 @@
 #include "verilog/verielabstate.h"
 #include "verilog/verimoduleitem.h"
 #include "verilog/verinets.h"
+#include "verilog/veriround.h"
 #include "verilog/veristatement.h"
 
 // Declarations.
@@ -230,36 +231,22 @@ void VeriInitialConstruct::Elaborate() {
 
 // Generate constructs.
 
-namespace {
+VeriRoundScope::VeriRoundScope(const VeriGenerateRound& round)
+    : _round(round), _path(round.generated ? round.label.c_str() : nullptr), _generated(round.generated) {
+  if (round.generated) VeriNode::ElabState()->PushGenerated(round.generated);
+  if (round.genvar) round.genvar->SetValue(VeriValue::FromInteger(round.value));
+}
 
-/// A body of a generate construct is entered while the object lives: its names, its objects, its genvar.
-class RoundScope {
-public:
-  explicit RoundScope(const VeriGenerateRound& round)
-      : _round(round), _path(round.generated ? round.label.c_str() : nullptr), _generated(round.generated) {
-    if (round.generated) VeriNode::ElabState()->PushGenerated(round.generated);
-    if (round.genvar) round.genvar->SetValue(VeriValue::FromInteger(round.value));
-  }
-  RoundScope(const RoundScope&) = delete;
-  RoundScope& operator=(const RoundScope&) = delete;
-  ~RoundScope() {
-    if (_round.genvar) _round.genvar->SetValue(nullptr);
-    if (_round.generated) VeriNode::ElabState()->PopGenerated();
-  }
+VeriRoundScope::~VeriRoundScope() {
+  if (_round.genvar) _round.genvar->SetValue(nullptr);
+  if (_round.generated) VeriNode::ElabState()->PopGenerated();
+}
 
-private:
-  VeriGenerateRound _round;
-  VeriNamedPathScope _path;
-  VeriGeneratedScope _generated;
-};
-
-void ForEachItem(const VeriGenerateRound& round, const std::function<void(VeriModuleItem*)>& pass) {
+void veri_for_each_item(const VeriGenerateRound& round, const std::function<void(VeriModuleItem*)>& pass) {
   if (round.single) pass(round.single);
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(round.items))
     if (item && !veri_file::CheckForInterrupt(item->Linefile())) pass(item);
 }
-
-} // namespace
 
 void VeriGenerateItem::AddRound(VeriGenerateBlock* body, VeriIdDef* genvar, int value) {
   VeriGenerateRound round;
@@ -271,8 +258,8 @@ void VeriGenerateItem::AddRound(VeriGenerateBlock* body, VeriIdDef* genvar, int 
   VeriScope* around = ElabState()->CurrentGenerated();
   if (body->GetScope()) round.generated = body->GetScope()->Generate(around, round.label);
   ElabState()->Rounds(this).push_back(round);
-  RoundScope scope(round);
-  ForEachItem(round, [](VeriModuleItem* item) { item->GenerateObjects(); });
+  VeriRoundScope scope(round);
+  veri_for_each_item(round, [](VeriModuleItem* item) { item->GenerateObjects(); });
 }
 
 void VeriGenerateItem::AddPicked(VeriModuleItem* item) {
@@ -287,8 +274,8 @@ void VeriGenerateItem::ForEachRound(const std::function<void(VeriModuleItem*)>& 
   std::vector<VeriGenerateRound> rounds = ElabState()->Rounds(this);
   for (const VeriGenerateRound& round : rounds) {
     if (veri_file::CheckForInterrupt(Linefile())) return;
-    RoundScope scope(round);
-    ForEachItem(round, pass);
+    VeriRoundScope scope(round);
+    veri_for_each_item(round, pass);
   }
 }
 

@@ -506,6 +506,7 @@ bool needs_vector(const VeriEnv& env) {
 } // namespace
 
 void VeriIndexedName::CheckIndices(const VeriIdDef* id, const VeriEnv& env) const {
+  if (id->IsInst() && env.Kind() == ENV_PORT_CONNECTION) return; // one of an array of interfaces
   const auto* valued = dynamic_cast<const VeriValuedId*>(id);
   if (!valued || id->IsDataType()) {
     Error("cannot index into non-array %s", id->Name());

@@ -378,13 +378,16 @@ VeriScope* VeriScope::Generate(VeriScope* upper, const std::string& label) {
     upper->_generated_by_label.Insert(name, scope);
   }
   scope->_is_round = !label.empty() && label.back() == ']';
+  scope->_is_apart = _kind == SCOPE_UNIT;
   if (scope->FollowsUpper()) scope->Enter();
   return scope;
 }
 
 /// Named blocks of statements, and unnamed blocks of generate constructs, whose objects are visible in the scope above:
 /// they are entered and left with that.
-bool VeriScope::FollowsUpper() const { return _kind != SCOPE_GENERATE || (IsAnonymous() && !_is_round); }
+bool VeriScope::FollowsUpper() const {
+  return !_is_apart && (_kind != SCOPE_GENERATE || (IsAnonymous() && !_is_round));
+}
 
 /// Blocks and subprograms in the scope are cloned with it; bodies of generate constructs get scopes of their own when
 /// they are picked.

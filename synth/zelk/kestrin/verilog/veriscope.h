@@ -174,6 +174,7 @@ private:
   std::vector<std::pair<VeriIdDef*, VeriIdDef*>> _replacements; // identifier of a block that does not exist, clone
   std::vector<VeriIdDef*> _former;
   bool _is_round = false; // of a loop
+  bool _is_apart = false; // of an interface: entered by itself, whatever is around
   std::vector<std::unique_ptr<VeriScope>> _generated_children;
   Map _generated_by_label; // label to VeriScope
   std::vector<std::unique_ptr<std::string>> _labels;

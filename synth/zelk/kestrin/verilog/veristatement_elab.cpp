@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstring>
 #include <set>
 #include <string>
 
@@ -750,20 +751,47 @@ bool IsInside(const VeriIdDef* id, const VeriScope* scope) {
 
 } // namespace
 
-bool VeriSubprogram::BindInputs(const VeriExpressions* args, VeriDataFlow* caller, VeriDataFlow* callee,
-                                const VeriTreeNode* from) {
+/// The expression of each formal, from the arguments by order and by name and from the default values of the
+/// declaration (IEEE 1800-2005 12.4.3 and 12.4.4). Empty with a message when the call does not fit.
+std::vector<VeriExpression*> VeriSubprogram::MatchArguments(const VeriExpressions* args,
+                                                            const VeriTreeNode* from) const {
+  std::vector<VeriExpression*> actuals(_formals.size(), nullptr);
   unsigned count = args ? args->Size() : 0;
-  if (count != _formals.size()) {
-    from->Error("call of %s has %d arguments; expected %d", GetId()->Name(), static_cast<int>(count),
-                static_cast<int>(_formals.size()));
-    return false;
-  }
+  bool fits = true;
   for (unsigned pos = 0; pos < count; pos++) {
+    VeriExpression* arg = args->At(pos);
+    const auto* named = dynamic_cast<const VeriPortConnect*>(arg);
+    size_t place = pos;
+    if (named && named->NamedFormal()) {
+      auto has_name = [&](const VeriVariable* formal) {
+        return std::strcmp(formal->Name(), named->NamedFormal()) == 0;
+      };
+      place = static_cast<size_t>(std::find_if(_formals.begin(), _formals.end(), has_name) - _formals.begin());
+      arg = named->Connection();
+    }
+    if (place < actuals.size())
+      actuals[place] = arg;
+    else
+      fits = false;
+  }
+  for (size_t place = 0; place < actuals.size(); place++) {
+    if (!actuals[place]) actuals[place] = _formals[place]->InitialValue();
+    fits = fits && actuals[place];
+  }
+  if (fits) return actuals;
+  from->Error("call of %s has %d arguments; expected %d", GetId()->Name(), static_cast<int>(count),
+              static_cast<int>(_formals.size()));
+  return {};
+}
+
+bool VeriSubprogram::BindInputs(const std::vector<VeriExpression*>& actuals, VeriDataFlow* caller, VeriDataFlow* callee,
+                                const VeriTreeNode* from) {
+  for (size_t pos = 0; pos < actuals.size(); pos++) {
     VeriIdDef* formal = _formals[pos]->Current();
     const VeriConstraint* type = formal->GetConstraint();
     if (!type) return false;
     OwnedValue value =
-        _formals[pos]->Dir() == VERI_OUTPUT ? type->CreateXValue(from) : args->At(pos)->EvaluateFor(*type, caller);
+        _formals[pos]->Dir() == VERI_OUTPUT ? type->CreateXValue(from) : actuals[pos]->EvaluateFor(*type, caller);
     if (!value) return false;
     value->ResetBlockingInfo();
     value->SetBlocking();
@@ -798,7 +826,8 @@ OwnedValue VeriSubprogram::Call(const VeriExpressions* args, VeriDataFlow* flow,
     if (!value) return nullptr;
     callee.SetAssignValue(result_id, std::move(value));
   }
-  if (!is_complete || !BindInputs(args, flow, &callee, from)) return nullptr;
+  const std::vector<VeriExpression*> actuals = MatchArguments(args, from);
+  if (!is_complete || actuals.size() != _formals.size() || !BindInputs(actuals, flow, &callee, from)) return nullptr;
   state->PushFuncStack(GetId());
   ElaborateAll(_statements, &callee);
   state->PopFuncStack();
@@ -813,7 +842,7 @@ OwnedValue VeriSubprogram::Call(const VeriExpressions* args, VeriDataFlow* flow,
   }
   for (unsigned pos = 0; pos < _formals.size(); pos++) {
     if (_formals[pos]->Dir() == VERI_INPUT) continue;
-    VeriExpression* actual = args->At(pos);
+    VeriExpression* actual = actuals[pos];
     OwnedConstraint type = actual->EvaluateConstraint(flow);
     const VeriValue* value = callee.IdValue(_formals[pos]->Current());
     OwnedValue fitted =
