@@ -183,13 +183,15 @@ def mutate_all(netlist, cases, seed, directory):
     """The netlist with one cell of each case inverted at its output; all of them in one file."""
     script = [f"read_verilog {netlist}", "proc", "opt_clean", "design -save gate_all"]
     parts = []
+    buffer = directory / "buffer.v"  # the writer has no text of its own for the cells of insbuf
+    buffer.write_text("module \\$_BUF_ (input A, output Y); assign Y = A; endmodule\n")
     for case in cases:
         choice, part = directory / f"{case.tag}fault.ys", directory / f"{case.tag}mutant.v"
         choice.unlink(missing_ok=True)
         parts.append(part)
         script += ["design -load gate_all", f"hierarchy -top {case.name}", "flatten", "opt_clean", "insbuf",
                    f"mutate -list 1 -mode inv -seed {seed} -o {choice}", f"script {choice}",
-                   f"write_verilog -noattr {part}"]
+                   f"techmap -map {buffer}", f"write_verilog -noattr {part}"]
     path = directory / "mutate.ys"
     path.write_text("\n".join(script) + "\n")
     run(["yosys", "-q", "-s", path], directory)
