@@ -11,6 +11,7 @@
 #include "crash_guard.h"
 #include "fio.h"
 #include "flow/run.h"
+#include "heap_settings.h"
 #include "output/flat_design.h"
 #include "output/text_diagnostics.h"
 #include "output/writer.h"
@@ -113,6 +114,7 @@ EXIT_STATUS run_program(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   install_crash_guard();
+  prefer_large_pages();
   try {
     return run_program(argc, argv);
   } catch (const std::exception& problem) {

@@ -377,16 +377,6 @@ void GigaMap::Rehash() {
   for (unsigned slot = _entry_size; slot-- > 0;) ChainPaged(SlotAt(slot));
 }
 
-void MapIter::SkipHoles() {
-  while (_idx < _map->_entry_size && Slot()->IsFree()) _idx++;
-}
-
-void MapIter::First(const Map* map) {
-  _map = map;
-  _idx = _position = 0;
-  if (_map) SkipHoles();
-}
-
 void MapIter::Last(const Map* map) {
   _map = map;
   _idx = _position = 0;
@@ -398,15 +388,8 @@ void MapIter::Last(const Map* map) {
   while (Slot()->IsFree());
 }
 
-unsigned MapIter::Next() {
-  if (!_map || _idx >= _map->_entry_size) return _position;
-  _idx++;
-  SkipHoles();
-  return ++_position;
-}
-
 unsigned MapIter::Previous() {
-  if (!_map || _idx >= _map->_entry_size) return _position;
+  if (!IsOnItem()) return _position;
   do {
     if (_idx == 0) {
       _idx = _map->_entry_size; // below slot 0 the walk is finished, as it is behind the last one
@@ -417,15 +400,7 @@ unsigned MapIter::Previous() {
   return --_position;
 }
 
-unsigned MapIter::Item(void** key, void** value) const {
-  if (!_map || _idx >= _map->_entry_size) return 0;
-  const MapItem* item = Slot();
-  if (key) *key = const_cast<void*>(item->Key());
-  if (value) *value = item->MutableValue();
-  return 1;
-}
-
 void MapIter::SetValue(void* value) {
-  KESTRIN_ASSERT_TEXT(_map && _idx < _map->_entry_size, "_map && _idx<_map->_entry_size");
+  KESTRIN_ASSERT_TEXT(IsOnItem(), "_map && _idx<_map->_entry_size");
   Slot()->SetValue(value);
 }

@@ -19,6 +19,7 @@ public:
 private:
   friend class Map;
   friend class GigaMap;
+  friend class MapIter;
   const void* _key = nullptr;
   const void* _value = nullptr;
   MapItem* _next = nullptr; // of the same bucket while live, of the free list while free
@@ -138,19 +139,42 @@ public:
   MapIter() = default;
   explicit MapIter(const Map* map) { First(map); }
 
-  void First(const Map* map);
+  void First(const Map* map) {
+    _map = map;
+    _idx = _position = 0;
+    if (_map) SkipHoles();
+  }
   void Last(const Map* map);
   /// Both return the new position, which counts the live items visited.
-  unsigned Next();
+  unsigned Next() {
+    if (!IsOnItem()) return _position;
+    _idx++;
+    SkipHoles();
+    if (_map->_entry_size > fetch_distance && _idx < _map->_entry_size - fetch_distance)
+      __builtin_prefetch(_map->SlotAt(_idx + fetch_distance)->_value);
+    return ++_position;
+  }
   unsigned Previous();
   /// 1 while on an item; either output may be null.
-  unsigned Item(void** key, void** value) const;
+  unsigned Item(void** key, void** value) const {
+    if (!IsOnItem()) return 0;
+    const MapItem* item = Slot();
+    if (key) *key = const_cast<void*>(item->Key());
+    if (value) *value = item->MutableValue();
+    return 1;
+  }
   /// Replaces the value of the current item.
   void SetValue(void* value);
 
 private:
+  /// Walks over large tables look at each object: it is fetched into the cache while those before it are looked at.
+  static constexpr unsigned fetch_distance = 8;
+
+  bool IsOnItem() const { return _map && _idx < _map->_entry_size; }
   MapItem* Slot() const { return _map->SlotAt(_idx); }
-  void SkipHoles();
+  void SkipHoles() {
+    while (_idx < _map->_entry_size && Slot()->IsFree()) _idx++;
+  }
 
   unsigned _idx = 0;
   unsigned _position = 0;
