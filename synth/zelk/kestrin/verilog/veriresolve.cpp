@@ -359,7 +359,7 @@ void VeriSelectedName::ResolvePrefix(VeriScope* scope, const VeriEnv& env) {
   }
   _prefix->Resolve(scope, may_be_undeclared(env) ? env : env.With(ENV_NO_DYNAMIC));
   VeriIdDef* id = _prefix->GetId();
-  if (id && id->IsVar()) AnalyzeReference(id, env);
+  if (id && (id->IsVar() || (is_own_result(id) && struct_of(_prefix)))) AnalyzeReference(id, env);
 }
 
 void VeriSelectedName::BindIn(const VeriScope* scope, const VeriEnv& env) {
