@@ -108,6 +108,15 @@ def top_ports(commands, module, directory):
     return [Port(name, len(p["bits"]), p["direction"]) for name, p in ports.items()]
 
 
+def ports_of(design, netlist, directory):
+    """The ports of a design as its source declares them. A construct that yosys does not know leaves the ports of the
+    netlist, which the simulator connects by name."""
+    try:
+        return top_ports(yosys_read_gold(design), "gold", directory)
+    except RuntimeError:
+        return top_ports(yosys_read_gate(netlist), "gate", directory)
+
+
 def synthesize(design, host, directory, outputs=("gate.v",), flags=()):
     """The gate netlist of a design, as zelk-host writes it: the paths of the outputs, or the only one."""
     paths = [directory / name for name in outputs]

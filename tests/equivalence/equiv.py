@@ -3,7 +3,8 @@
 
 equiv.py HOST [NAME...]             runs the designs of designs.txt (all, or those named)
 equiv.py HOST --forms [NAME...]     checks the JSON and the flattened netlists of them, too
-equiv.py HOST --self-test [NAME...] seeds faults into the netlists and demands that each is caught
+equiv.py HOST --self-test           seeds a fault for each kind of cell of all netlists and demands that it is caught
+equiv.py HOST --self-test NAME...   the same for each of these designs
 """
 
 import argparse
@@ -13,7 +14,7 @@ import time
 from pathlib import Path
 
 import faults
-from design import read_designs, synthesize, top_ports, yosys_read_gate, yosys_read_gold
+from design import ports_of, read_designs, synthesize
 from forms import check_forms
 from prove import prove
 from simulate import simulate
@@ -23,10 +24,7 @@ METHODS = {"prove": prove, "simulate": simulate, "verilate": simulate}
 
 def check(design, host, directory, with_forms):
     netlist = synthesize(design, host, directory)
-    try:
-        ports = top_ports(yosys_read_gold(design), "gold", directory)
-    except RuntimeError:  # a construct that only the simulator knows; it connects the ports by name
-        ports = top_ports(yosys_read_gate(netlist), "gate", directory)
+    ports = ports_of(design, netlist, directory)
     verdict = METHODS[design.method](design, netlist, ports, directory)
     return f"{verdict}; {check_forms(design, host, ports, directory)}" if with_forms else verdict
 
@@ -55,6 +53,10 @@ def main():
     designs = [d for d in read_designs(arguments.designs) if not arguments.names or d.name in arguments.names]
     if not designs:
         sys.exit("no design has that name")
+    if arguments.self_test and not arguments.names:
+        with tempfile.TemporaryDirectory() as scratch:
+            every_kind = lambda: faults.self_test_every_kind(designs, arguments.host, Path(scratch))
+            sys.exit(not report("every kind", every_kind))
     passed = 0
     for design in designs:
         with tempfile.TemporaryDirectory() as scratch:
