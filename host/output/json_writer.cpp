@@ -113,7 +113,8 @@ private:
   void write_selector(const CDB_SGATE_OPERATOR& node, const BITS& y);
   void write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram);
   static BITS word_address(const BITS& address, unsigned words, unsigned part, size_t width);
-  BITS word_enables(const RAM_WRITE_PORT& port, unsigned part, unsigned width);
+  BIT port_enable(const RAM_WRITE_PORT& port);
+  BITS bit_enables(const RAM_WRITE_PORT& port);
 
   /// The bits of a port or of a net with a name.
   BITS signal_bits(const SIGNAL& signal);
@@ -586,21 +587,43 @@ BITS JSON_MODULE::word_address(const BITS& address, unsigned words, unsigned par
   return bits;
 }
 
-/// The write enables of the bits of one word.
-BITS JSON_MODULE::word_enables(const RAM_WRITE_PORT& port, unsigned part, unsigned width) {
-  if (port.lanes.empty()) return BITS(width, port.enable);
-  BITS enables;
-  unsigned lane_width = std::max(static_cast<unsigned>(port.data.size() / port.lanes.size()), 1U);
-  for (unsigned bit = 0; bit < width; bit++) {
-    unsigned at = part * width + bit;
-    if (bit == 0 || at % lane_width == 0) {
-      enables.push_back(new_net());
-      add_binary("$and", {port.enable}, {port.lanes[at / lane_width]}, {enables.back()}, *m_current);
-    } else {
-      enables.push_back(enables.back());
-    }
+/// What lets a port write at all, its reset included.
+BIT JSON_MODULE::port_enable(const RAM_WRITE_PORT& port) {
+  if (!port.has_reset()) return port.enable;
+  BIT is_free = port.reset_is_low ? port.reset : inverted({port.reset}).front();
+  if (port.enable.kind == BIT::ONE) return is_free;
+  BIT enable = new_net();
+  add_binary("$and", {port.enable}, {is_free}, {enable}, *m_current);
+  return enable;
+}
+
+/// The write enables of all bits of a port: its own enable, or that of each lane.
+BITS JSON_MODULE::bit_enables(const RAM_WRITE_PORT& port) {
+  BIT enable = port_enable(port);
+  if (port.lanes.empty()) return BITS(port.data.size(), enable);
+  BITS lanes = port.lanes;
+  if (enable.kind != BIT::ONE) {
+    lanes = new_nets(port.lanes.size());
+    add_binary("$and", BITS(lanes.size(), enable), port.lanes, lanes, *m_current);
   }
+  size_t lane_width = std::max<size_t>(port.data.size() / lanes.size(), 1);
+  BITS enables;
+  for (size_t bit = 0; bit < port.data.size(); bit++) enables.push_back(lanes[bit / lane_width]);
   return enables;
+}
+
+/// For each word of a write port, the last one first, a row of the words over which it has priority.
+std::string priority_mask(const RAM_VIEW& memory) {
+  std::vector<const RAM_WRITE_PORT*> words;
+  for (const RAM_WRITE_PORT& port : memory.writes) words.insert(words.end(), port.words, &port);
+  auto wins = [&](size_t word, size_t over) {
+    return over < word && words[word] != words[over] && words[word]->is_clocked &&
+           words[word]->has_clock_of(*words[over]);
+  };
+  std::string digits;
+  for (size_t word = words.size(); word-- > 0;)
+    for (size_t over = words.size(); over-- > 0;) digits += wins(word, over) ? '1' : '0';
+  return digits;
 }
 
 void JSON_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
@@ -618,11 +641,11 @@ void JSON_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
   for (const RAM_WRITE_PORT& port : memory.writes) {
     for (unsigned part = 0; part < port.words; part++) {
       append(write_address, word_address(port.address, port.words, part, address_width));
-      append(write_enable, word_enables(port, part, memory.width));
       write_clock.push_back(port.is_clocked ? port.clock : BIT{BIT::UNKNOWN});
       is_clocked.insert(0, 1, port.is_clocked ? '1' : '0');
       rises.insert(0, 1, port.clock_falls ? '0' : '1');
     }
+    append(write_enable, bit_enables(port));
     append(write_data, port.data);
   }
   size_t reads = read_address.size() / address_width;
@@ -646,7 +669,7 @@ void JSON_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
   if (!writes) is_clocked = rises = "0";
   cell.digits("RD_CLK_POLARITY", repeated(reads, '1')).digits("WR_CLK_POLARITY", rises);
   cell.digits("WR_CLK_ENABLE", is_clocked).digits("WR_WIDE_CONTINUATION", repeated(writes, '0'));
-  cell.digits("WR_PRIORITY_MASK", repeated(writes * writes, '0'));
+  cell.digits("WR_PRIORITY_MASK", writes ? priority_mask(memory) : "0");
   cell.in("RD_CLK", BITS(reads, BIT{BIT::UNKNOWN})).in("RD_EN", BITS(reads, BIT{BIT::ONE}));
   cell.in("RD_ARST", BITS(reads, BIT{BIT::ZERO})).in("RD_SRST", BITS(reads, BIT{BIT::ZERO}));
   cell.in("RD_ADDR", read_address).out("RD_DATA", read_data);

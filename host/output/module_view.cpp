@@ -165,6 +165,7 @@ void MODULE_VIEW::bind(const CDB_SGATE_OTERM* term, int signal, size_t offset) {
   int net = static_cast<int>(m_places.size());
   if (!m_nets.emplace(joined(term), net).second) return;
   m_places.push_back({signal, static_cast<unsigned>(offset)});
+  m_drivers.push_back(term->get_node());
   m_signals[static_cast<size_t>(signal)].nets[offset] = net;
 }
 
@@ -179,7 +180,8 @@ std::string wanted_name(const CDB_SGATE_OTERM& term) {
     return name + "." + static_cast<const CDB_SGATE_COMPONENT&>(node).get_port_of(term)->get_full_name();
   if (node.get_oterms().size() == 1) return name;
   if (term.get_type() == CDB_OPERATOR_CARRY_OUT) return name + "~cout";
-  return name + "~o[" + std::to_string(term.get_index()) + "]";
+  const char* port = term.get_type() == CDB_TERM_RAM_OUTPUT_B ? "~b[" : "~o[";
+  return name + port + std::to_string(term.get_index()) + "]";
 }
 
 /// Bits of a wished vector in the order of their nodes.

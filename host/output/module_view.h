@@ -87,6 +87,10 @@ public:
   BIT input(const CDB_SGATE_ITERM* term) const;
   /// What an output term drives; a null term is unconnected.
   BIT output(const CDB_SGATE_OTERM* term) const;
+  /// The node whose output a bit is, a bus for what several drive; null for constants.
+  const CDB_SGATE_NODE* driver_of(const BIT& bit) const {
+    return bit.is_net() ? m_drivers[static_cast<size_t>(bit.net)] : nullptr;
+  }
   /// The bits of an operator's or memory's vector.
   BITS input_bits(const CDB_SGATE_NODE& node, int type, unsigned width) const;
   BITS output_bits(const CDB_SGATE_NODE& node, int type, unsigned width) const;
@@ -118,6 +122,7 @@ private:
   std::vector<SIGNAL> m_signals;
   std::vector<const SIGNAL*> m_ports;
   std::vector<NET_PLACE> m_places;
+  std::vector<const CDB_SGATE_NODE*> m_drivers; // by net
   std::vector<NODE_GROUP> m_groups;
   std::unordered_map<const CDB_SGATE_OTERM*, const CDB_SGATE_OTERM*> m_joined; // to the bus that it is one with
   std::unordered_map<const CDB_SGATE_OTERM*, int> m_nets;

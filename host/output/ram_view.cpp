@@ -2,7 +2,7 @@
 #include "ram_view.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <unordered_set>
 
 #include "mif_file.h"
 
@@ -29,6 +29,102 @@ unsigned narrowest_port(const RAM& ram) {
   return std::max(width, 1U);
 }
 
+/// The register whose output a bit is; null for other drivers.
+const CDB_SGATE_NODE* register_of(const MODULE_VIEW& view, BIT bit) {
+  const CDB_SGATE_NODE* node = view.driver_of(bit);
+  bool is_register = node && node->get_sgate_type() == CDB_SGATE_DFF_ENUM && !node->get_first_oterm()->is_inverted();
+  return is_register ? node : nullptr;
+}
+
+bool is_or(const CDB_SGATE_NODE* node) {
+  return node && node->get_sgate_type() == CDB_SGATE_COMB_ENUM && !node->get_first_oterm()->is_inverted() &&
+         static_cast<const CDB_SGATE_COMB*>(node)->get_comb_type() == CDB_COMB_OR;
+}
+
+/// Whether a bit is 1 whenever one of the given bits is: a tree of ors over all of them.
+bool is_implied_by(const MODULE_VIEW& view, BIT bit, const BITS& bits) {
+  std::unordered_set<int> nets;
+  std::vector<BIT> open{bit};
+  while (!open.empty()) {
+    BIT next = open.back();
+    open.pop_back();
+    if (next.kind == BIT::ONE) return true;
+    if (!next.is_net() || !nets.insert(next.net).second) continue;
+    const CDB_SGATE_NODE* node = view.driver_of(next);
+    if (!is_or(node)) continue;
+    for (const auto& term : node->get_iterms()) open.push_back(view.input(term.get()));
+  }
+  return std::all_of(bits.begin(), bits.end(), [&](const BIT& part) {
+    return part.kind == BIT::ZERO || (part.is_net() && nets.count(part.net));
+  });
+}
+
+/// Moves a write port before the registers that hold what it writes: it then writes what these are about to hold, at
+/// the edge at which they take it. What decides whether it writes may have a reset, in whose presence it does not.
+class PORT_MOVER {
+public:
+  explicit PORT_MOVER(const MODULE_VIEW& view) : m_view(view) {}
+
+  /// False when the port cannot be moved; it is left as it was then.
+  bool move(RAM_WRITE_PORT& port) {
+    RAM_WRITE_PORT moved = port;
+    moved.enable = next_value(port.enable, DECIDES);
+    for (BIT& lane : moved.lanes) lane = next_value(lane, DECIDES);
+    for (BITS* bits : {&moved.address, &moved.data})
+      for (BIT& bit : *bits) bit = next_value(bit, IS_WRITTEN);
+    if (!m_is_movable || !m_first) return false;
+    port = moved;
+    port.is_clocked = true;
+    REGISTER_CONTROLS controls = m_view.controls(*m_first);
+    port.clock = controls.clock;
+    port.clock_falls = controls.clock_falls;
+    port.reset = m_reset;
+    port.reset_is_low = m_reset_is_low;
+    return true;
+  }
+
+private:
+  enum ROLE { DECIDES, IS_WRITTEN };
+
+  BIT next_value(BIT bit, ROLE role) {
+    if (!bit.is_net()) return bit;
+    const CDB_SGATE_NODE* node = register_of(m_view, bit);
+    if (!node || !may_move(m_view.controls(*node), role)) {
+      m_is_movable = false;
+      return bit;
+    }
+    if (!m_first) m_first = node;
+    return m_view.group_inputs({{node}}, CDB_TERM_DATA).front();
+  }
+
+  /// All have one clock. Resets are those of what decides, since nothing is written in their presence, and not all of
+  /// what is written needs to have them.
+  bool may_move(const REGISTER_CONTROLS& controls, ROLE role) {
+    BIT inactive{controls.is_async_low ? BIT::ONE : BIT::ZERO};
+    auto is_inactive = [&](BIT control) { return control == inactive || control.kind == BIT::ZERO; };
+    if (!is_inactive(controls.set) || controls.load.kind != BIT::ZERO) return false;
+    if (m_first) {
+      REGISTER_CONTROLS first = m_view.controls(*m_first);
+      if (controls.clock != first.clock || controls.clock_falls != first.clock_falls) return false;
+    }
+    BIT reset = is_inactive(controls.reset) ? BIT{BIT::ZERO} : controls.reset;
+    bool is_same = reset == m_reset && controls.is_async_low == m_reset_is_low;
+    if (role == IS_WRITTEN) return !reset.is_net() || is_same;
+    if (m_has_decision) return reset == m_reset && (!reset.is_net() || is_same);
+    m_has_decision = true;
+    m_reset = reset;
+    m_reset_is_low = controls.is_async_low;
+    return true;
+  }
+
+  const MODULE_VIEW& m_view;
+  const CDB_SGATE_NODE* m_first = nullptr;
+  bool m_is_movable = true;
+  bool m_has_decision = false;
+  BIT m_reset{BIT::ZERO};
+  bool m_reset_is_low = false;
+};
+
 } // namespace
 
 RAM_VIEW::RAM_VIEW(const MODULE_VIEW& view, const RAM& ram) : width(narrowest_port(ram)) {
@@ -37,11 +133,13 @@ RAM_VIEW::RAM_VIEW(const MODULE_VIEW& view, const RAM& ram) : width(narrowest_po
     const RAM_TERMS& terms = terms_of_port[port];
     if (sizes.write_data) {
       unsigned words = std::max(sizes.write_data / width, 1U);
-      writes.push_back({view.input(ram.find_iterm(terms.write_enable)),
-                        view.input_bits(ram, terms.write_address, sizes.write_address),
-                        view.input_bits(ram, terms.write_data, sizes.write_data),
-                        view.input_bits(ram, terms.byte_enable, sizes.byte_enable), words});
-      move_registers_into(view, writes.back());
+      RAM_WRITE_PORT write{view.input(ram.find_iterm(terms.write_enable)),
+                           view.input_bits(ram, terms.write_address, sizes.write_address),
+                           view.input_bits(ram, terms.write_data, sizes.write_data),
+                           view.input_bits(ram, terms.byte_enable, sizes.byte_enable), words};
+      if (!write.lanes.empty() && is_implied_by(view, write.enable, write.lanes)) write.enable = {BIT::ONE};
+      PORT_MOVER(view).move(write);
+      writes.push_back(std::move(write));
       depth = std::max(depth, static_cast<unsigned long>(ram.get_write_depth()) * words);
     }
     if (sizes.read_data) {
@@ -52,56 +150,6 @@ RAM_VIEW::RAM_VIEW(const MODULE_VIEW& view, const RAM& ram) : width(narrowest_po
     }
   }
   if (!ram.get_mif_file().empty()) read_contents(ram.get_mif_file());
-}
-
-namespace {
-
-/// Registers without asynchronous controls, by the net that they drive.
-std::unordered_map<int, const CDB_SGATE_NODE*> plain_registers(const MODULE_VIEW& view) {
-  std::unordered_map<int, const CDB_SGATE_NODE*> registers;
-  for (const NODE_GROUP& group : view.get_groups()) {
-    if (group.first()->get_sgate_type() != CDB_SGATE_DFF_ENUM) continue;
-    REGISTER_CONTROLS controls = view.controls(*group.first());
-    BIT inactive{controls.is_async_low ? BIT::ONE : BIT::ZERO};
-    auto is_inactive = [&](BIT control) { return control == inactive || control.kind == BIT::ZERO; };
-    if (!is_inactive(controls.reset) || !is_inactive(controls.set) || controls.load.kind != BIT::ZERO) continue;
-    BITS outputs = view.group_outputs(group);
-    for (size_t i = 0; i < outputs.size(); i++)
-      if (outputs[i].is_net()) registers[outputs[i].net] = group.nodes[i];
-  }
-  return registers;
-}
-
-} // namespace
-
-/// A port whose enable, address and data are all held in registers of one clock writes what these are about to hold, at
-/// the edge at which they take it.
-void RAM_VIEW::move_registers_into(const MODULE_VIEW& view, RAM_WRITE_PORT& port) {
-  std::unordered_map<int, const CDB_SGATE_NODE*> registers = plain_registers(view);
-  const CDB_SGATE_NODE* first = nullptr;
-  bool is_clocked = true;
-  auto next_value = [&](BIT bit) {
-    if (!bit.is_net()) return bit;
-    auto found = registers.find(bit.net);
-    if (found == registers.end()) {
-      is_clocked = false;
-      return bit;
-    }
-    if (!first) first = found->second;
-    REGISTER_CONTROLS controls = view.controls(*found->second);
-    REGISTER_CONTROLS of_first = view.controls(*first);
-    if (controls.clock != of_first.clock || controls.clock_falls != of_first.clock_falls) is_clocked = false;
-    return view.group_inputs({{found->second}}, CDB_TERM_DATA).front();
-  };
-  RAM_WRITE_PORT moved = port;
-  moved.enable = next_value(port.enable);
-  for (BITS* bits : {&moved.address, &moved.data, &moved.lanes})
-    for (BIT& bit : *bits) bit = next_value(bit);
-  if (!is_clocked || !first) return;
-  port = moved;
-  port.is_clocked = true;
-  port.clock = view.controls(*first).clock;
-  port.clock_falls = view.controls(*first).clock_falls;
 }
 
 void RAM_VIEW::read_contents(const std::string& name) {

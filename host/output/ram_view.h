@@ -14,8 +14,9 @@ struct RAM_READ_PORT {
   unsigned words; // taken at once
 };
 
+/// Of two ports that write a word at the same edge the later one wins.
 struct RAM_WRITE_PORT {
-  BIT enable;
+  BIT enable; // 1 where the lanes alone tell
   BITS address;
   BITS data;
   BITS lanes; // enables of equal parts of the data; empty without such
@@ -24,6 +25,14 @@ struct RAM_WRITE_PORT {
   bool is_clocked = false;
   BIT clock{};
   bool clock_falls = false;
+  /// A reset in whose presence a clocked port does not write; 0 or 1 is none.
+  BIT reset{BIT::ZERO};
+  bool reset_is_low = false;
+
+  bool has_reset() const { return reset.is_net(); }
+  bool has_clock_of(const RAM_WRITE_PORT& other) const {
+    return is_clocked == other.is_clocked && clock == other.clock && clock_falls == other.clock_falls;
+  }
 };
 
 struct RAM_VIEW {
@@ -36,7 +45,6 @@ struct RAM_VIEW {
   std::vector<std::string> contents;
 
 private:
-  void move_registers_into(const MODULE_VIEW& view, RAM_WRITE_PORT& port);
   void read_contents(const std::string& file);
 };
 

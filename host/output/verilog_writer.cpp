@@ -496,7 +496,17 @@ void VERILOG_MODULE::write_ram(const CDB_SGATE_ASYNCHRONOUS_RAM& ram) {
       print("    {}[{}] = {}'b{};\n", name, address, memory.width, memory.contents[address]);
     print("  end\n");
   }
-  for (const RAM_WRITE_PORT& port : memory.writes) write_ram_port(memory, name, port);
+  for (size_t i = 0; i < memory.writes.size(); i++) {
+    const RAM_WRITE_PORT& port = memory.writes[i];
+    bool is_first_of_clock = i == 0 || !port.has_clock_of(memory.writes[i - 1]);
+    if (is_first_of_clock && i != 0) print("  end\n");
+    if (is_first_of_clock && port.is_clocked)
+      print("  always @({} {}) begin\n", port.clock_falls ? "negedge" : "posedge", event(port.clock));
+    else if (is_first_of_clock)
+      print("  always @* begin\n");
+    write_ram_port(memory, name, port);
+  }
+  if (!memory.writes.empty()) print("  end\n");
   for (const RAM_READ_PORT& port : memory.reads) {
     std::vector<std::string> words; // highest first
     for (unsigned part = port.words; part > 0; part--)
@@ -515,11 +525,11 @@ std::string VERILOG_MODULE::ram_word(const std::string& name, const BITS& addres
 void VERILOG_MODULE::write_ram_port(const RAM_VIEW& memory, const std::string& name, const RAM_WRITE_PORT& port) {
   unsigned lane_width = port.lanes.empty() ? memory.width : static_cast<unsigned>(port.data.size() / port.lanes.size());
   unsigned step = std::max(std::min(lane_width, memory.width), 1U);
-  if (port.is_clocked)
-    print("  always @({} {})\n    if ({}) begin\n", port.clock_falls ? "negedge" : "posedge", event(port.clock),
-          value({port.enable}));
-  else
-    print("  always @*\n    if ({}) begin\n", event(port.enable));
+  std::string condition = port.is_clocked ? value({port.enable}) : event(port.enable);
+  if (port.has_reset())
+    condition = fmt::format("{}{} && {}", port.reset_is_low ? "" : "!", value({port.reset}), condition);
+  const bool is_always_on = condition == "1'b1";
+  print("    {}begin\n", is_always_on ? "" : fmt::format("if ({}) ", condition));
   const char* becomes = port.is_clocked ? "<=" : "=";
   for (unsigned low = 0; low + step <= port.data.size(); low += step) {
     std::string place = ram_word(name, port.address, port.words, low / memory.width);

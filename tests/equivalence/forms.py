@@ -1,8 +1,6 @@
 """The other forms of a netlist: JSON, and both formats flattened. All of them run on the inputs that were recorded from the
 source, and each must give its outputs. JSON goes through yosys, which reads that format, and comes back as Verilog."""
 
-import json
-
 from design import run, synthesize, top_module_name
 from simulate import compare, gate_bench, simulate_gold, simulate_one
 
@@ -26,22 +24,12 @@ def check_flat(netlist):
         raise RuntimeError(f"{netlist.name} has {len(modules)} modules")
 
 
-def has_open_writes(netlist):
-    """Whether a memory of a JSON netlist takes data while an enable is high. yosys writes such a memory as a process that
-    misses changes of its data, so that only the Verilog of these netlists can be simulated."""
-    cells = [cell for module in json.loads(netlist.read_text())["modules"].values() for cell in module["cells"].values()]
-    return any(cell["type"] == "$mem_v2" and "0" in cell["parameters"]["WR_CLK_ENABLE"][-int(cell["parameters"]["WR_PORTS"], 2):]
-               for cell in cells if cell["type"] == "$mem_v2" and int(cell["parameters"]["WR_PORTS"], 2))
-
-
 def check_forms(design, host, ports, directory):
     netlist = synthesize(design, host, directory, ["gate.json"])
     flat, flat_json = synthesize(design, host, directory, ["flat.v", "flat.json"], ["--flatten"])
     check_flat(flat)
-    duts, sources = {"flat": top_module_name(flat, directory)}, [flat]
-    if not has_open_writes(netlist):
-        duts |= {"json": "json", "flat_json": "flat_json"}
-        sources += [read_back(netlist, "json", directory), read_back(flat_json, "flat_json", directory)]
+    duts = {"flat": top_module_name(flat, directory), "json": "json", "flat_json": "flat_json"}
+    sources = [flat, read_back(netlist, "json", directory), read_back(flat_json, "flat_json", directory)]
     if not (directory / "gold.txt").exists():
         simulate_gold(design, ports, directory)
     simulate_one(gate_bench(duts, ports, CYCLES), sources, [], directory, "forms")

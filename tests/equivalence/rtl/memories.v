@@ -281,3 +281,37 @@ module regs_in_function(input clk, we, input [1:0] a, b, c, input [7:0] d, outpu
     q <= word(b) + word(c);
   end
 endmodule
+
+// Of two writes to one word the later one wins, between the ports of a memory and within one.
+module ram_order(input clk, wa, wb, input [1:0] a, b, r, input [7:0] d, e, output [7:0] q);
+  reg [7:0] mem [0:3];
+  always @(posedge clk) begin
+    if (wa) mem[a] <= d;
+    if (wb) mem[b] <= e;
+  end
+  assign q = mem[r];
+endmodule
+
+module ram_between(input clk, wa, wb, input [1:0] a, b, r, input [7:0] d, e, output reg [7:0] q);
+  reg [7:0] mem [0:3];
+  always @(posedge clk) begin
+    if (wa) mem[a] <= d;
+    if (wb) mem[b] <= e;
+    if (wa & d[0]) mem[a] <= e ^ d;
+    q <= mem[r];
+  end
+endmodule
+
+module ram_levelled(input clk, s, t, u, input [1:0] a, b, r, input [7:0] d, e, output [7:0] q);
+  reg [7:0] mem [0:3];
+  always @(posedge clk)
+    if (s) begin
+      mem[a] <= d;
+      if (t) mem[a][3:0] <= e[3:0];
+      if (u) mem[a][1:0] <= e[7:6];
+    end else begin
+      if (t) mem[b] <= e;
+      if (u) mem[r] <= d;
+    end
+  assign q = mem[r];
+endmodule

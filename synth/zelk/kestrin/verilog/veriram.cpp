@@ -70,12 +70,16 @@ bool AllConstWords(const VeriRamInfo::References& port) {
   });
 }
 
-/// The number of references per port is levelled.
+/// The number of references per port is levelled. Of two writes of one port the later one wins, so that only what
+/// excludes all others may leave it.
 void Balance(std::vector<VeriRamInfo::References>& ports) {
   if (ports.size() != VeriRamInfo::max_ports) return;
   while (ports[0].size() > ports[1].size() + 1) {
-    auto movable = std::find_if(ports[0].begin(), ports[0].end(),
-                                [&](VeriIndexedName* name) { return ExcludesAll(name, ports[1]); });
+    auto movable = std::find_if(ports[0].begin(), ports[0].end(), [&](VeriIndexedName* name) {
+      return ExcludesAll(name, ports[1]) && std::all_of(ports[0].begin(), ports[0].end(), [&](VeriIndexedName* other) {
+               return other == name || Exclude(name, other);
+             });
+    });
     if (movable == ports[0].end()) return;
     ports[1].push_back(*movable);
     ports[0].erase(movable);
@@ -197,14 +201,21 @@ bool VeriRamInfo::Classify(const VeriVariable* variable) {
   return true;
 }
 
+/// References come in the order of the source, and what the second port writes wins over the first: a reference does
+/// not join the first one behind writes of the second.
 bool VeriRamInfo::AddWrite(VeriIndexedName* name) {
   const bool has_enables = kestrin_flag("lsx_infer_mixed_width_and_byte_enabled_rams") != 0;
-  for (References& port : _writes) {
-    const bool fits = std::all_of(port.begin(), port.end(), [&](VeriIndexedName* other) {
+  auto is_before = [&](const References& port) {
+    return std::any_of(port.begin(), port.end(), [&](VeriIndexedName* other) {
+      return Enclosing<VeriAlwaysConstruct>(name) == Enclosing<VeriAlwaysConstruct>(other) && !Exclude(name, other);
+    });
+  };
+  for (auto port = _writes.begin(); port != _writes.end(); ++port) {
+    const bool fits = std::all_of(port->begin(), port->end(), [&](VeriIndexedName* other) {
       return Exclude(name, other) || (has_enables && HaveSameAddress(name, other));
     });
-    if (!fits) continue;
-    port.push_back(name);
+    if (!fits || std::any_of(port + 1, _writes.end(), is_before)) continue;
+    port->push_back(name);
     return true;
   }
   _writes.push_back({name});
