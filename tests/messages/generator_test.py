@@ -5,6 +5,7 @@ import re
 import sys
 import tempfile
 import unittest
+from collections import Counter
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 FOLDER = os.path.join(ROOT, "synth", "zelk", "messages")
@@ -30,6 +31,8 @@ VERI-1000 information debug-at
 
 SV-1000 warning none
   "net %s"
+
+- warning 10009 withdrawn
 '''
 
 # What is wrong with a block that is added to the good ones, and how the refusal names it.
@@ -54,6 +57,8 @@ REFUSED = {
     "format without id": ('- error 10004 NEW\n  "x"\n  "x"', "has no format"),
     "id without format": ('SV-1001 error 10004 NEW\n  "x at %1!s!"', "has no format"),
     "block without text": ("SV-1001 error 10004 NEW", "without text"),
+    "text of a withdrawn number": ('- error 10004 withdrawn\n  "x"', "has no format"),
+    "withdrawn number of another": ("- error 10002 withdrawn", "same host number"),
     "not a string": ("SV-1001 error 10004 NEW\n  x", "not a string"),
     "not a head": ("SV-1001 error NEW", "not the first line"),
     "ids out of order": ('VDB-1001 error 10004 NEW\n  "x"\n  "at %1!s!"', "sorted"),
@@ -89,6 +94,11 @@ class Generator(unittest.TestCase):
         self.assertIn('hash.insert("SV-1000", -3);', translation)
         self.assertNotIn("case 10001", translation)
 
+    def test_withdrawn_numbers_are_registered_and_make_no_message(self):
+        functions = make_messages.adapter_functions(self.messages(GOOD))
+        self.assertIn("    10003,\n    10009,\n", functions)
+        self.assertNotIn("10009, \"", functions)
+
     def test_a_format_has_one_row_per_language(self):
         rows = make_messages.kernel_rows(self.messages(GOOD))
         self.assertEqual(rows.count('"net %s"'), 2)
@@ -114,9 +124,29 @@ class Generator(unittest.TestCase):
                     family, severity = words
         found = {(message.id, message.severity)
                  for message in make_messages.read_catalogue(os.path.join(FOLDER, "catalogue.txt"))
-                 if message.id and message.family != "VHDL"}
+                 if message.id}
         self.assertEqual(sorted(wanted - found), [], "ids without a row")
         self.assertEqual(sorted(found - wanted), [], "rows of other ids")
+
+    def test_the_tables_have_the_sizes_that_hosts_know(self):
+        messages = make_messages.read_catalogue(os.path.join(FOLDER, "catalogue.txt"))
+        make_messages.check(messages)
+        functions = make_messages.numbered(messages)
+
+        def count(key, of):
+            return dict(Counter(filter(None, map(key, of))))
+
+        def kinds_of_arguments(message):
+            return "".join(sorted(set(message.arguments))) or "none"
+
+        self.assertEqual(count(kinds_of_arguments, functions), {"s": 850, "ds": 74, "cs": 8, "d": 2, "none": 1})
+        self.assertEqual(count(lambda m: m.severity, make_messages.registered(messages)),
+                         {"error": 757, "information": 25, "warning": 157})
+        self.assertEqual(count(lambda m: m.id and m.severity, messages), {"error": 725, "information": 36, "warning": 165})
+        self.assertEqual(count(lambda m: m.id and m.family, messages), {"VERI": 337, "VHDL": 438, "SV": 124, "VDB": 27})
+        self.assertEqual(count(lambda m: m.mark == "debug-at" and m.severity, messages), {"information": 13, "warning": 3})
+        self.assertEqual(count(lambda m: m.name.endswith("_UNCONVERTED"), functions), {True: 180})
+        self.assertEqual(len({message.id for message in messages if message.id}), 907)
 
     def test_the_levels_are_those_of_the_names(self):
         """What the lower message levels switch off is named so."""
@@ -124,15 +154,14 @@ class Generator(unittest.TestCase):
             text = file.read()
         prefixes = {number: prefix for kind, prefix in (("MEDIUM", "L2_"), ("HIGH", "L3_"))
                     for number in re.findall(rf"^ZELK_{kind}_LEVEL_MESSAGE\((\d+)\)", text, re.M)}
-        for message in make_messages.read_catalogue(os.path.join(FOLDER, "catalogue.txt")):
-            if message.name:
-                prefix = message.name[:3] if message.name[:3] in ("L2_", "L3_") else None
-                self.assertEqual(prefixes.get(str(message.number)), prefix, message.name)
-
-    def test_level_names_are_of_warnings_and_information(self):
         messages = make_messages.read_catalogue(os.path.join(FOLDER, "catalogue.txt"))
-        errors = [message.name for message in messages if message.severity == "error" and message.name]
-        self.assertEqual([name for name in errors if name.startswith(("L2_", "L3_"))], [])
+        for message in make_messages.numbered(messages):
+            prefix = message.name[:3] if message.name[:3] in ("L2_", "L3_") else None
+            self.assertEqual(prefixes.get(str(message.number)), prefix, message.name)
+        # A level switches nothing but warnings and information, and each of them comes back with it.
+        levelled = {int(number) for number in re.findall(r"^ZELK_\w*LEVEL_MESSAGE\((\d+)\)", text, re.M)}
+        shown = {message.number for message in make_messages.registered(messages) if message.severity != "error"}
+        self.assertEqual(levelled, shown)
 
 
 if __name__ == "__main__":

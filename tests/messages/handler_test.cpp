@@ -123,8 +123,10 @@ TEST_F(HandlerTest, UnknownIdsBecomeGenericMessages) {
 TEST_F(HandlerTest, ProgressMessagesAreDebugOutputWithTheirPlace) {
   Message::Msg(MSG_INFO, "VERI-1018", place, "compiling module %s", "m");
   Message::PrintLine("a comment");
+  Message::Msg(MSG_WARNING, "VHDL-1050", place, "library clause for %s is not needed", "ieee");
   EXPECT_TRUE(sink.shown.empty());
-  EXPECT_EQ(debug_lines, (std::vector<std::string>{"compiling module m at top.v(12)", "a comment"}));
+  EXPECT_EQ(debug_lines, (std::vector<std::string>{"compiling module m at top.v(12)", "a comment",
+                                                   "library clause for ieee is not needed"}));
 }
 
 TEST_F(HandlerTest, UnknownTypesAreInternalErrors) {

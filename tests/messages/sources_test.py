@@ -40,6 +40,8 @@ NOT_RAISED = {
         "SV-1019 SV-1076 SV-1077 SV-1087 SV-1098 SV-1099 SV-1102 VERI-1031 VERI-1098 VERI-2025 VERI-2027 VERI-2037 VERI-2044 "
         "VERI-2048 VERI-2053 VERI-2054",
 }
+# Rows that hosts know already, of languages whose reader does not stand yet.
+FAMILIES_WITHOUT_READER = {"VHDL"}
 SEVERITIES = {"error": "error", "warning": "warning", "info": "information"}
 EXTENSIONS = (".cpp", ".h", ".l", ".y", ".ll", ".yy", ".lpp", ".ypp")
 
@@ -90,7 +92,7 @@ class Sources(unittest.TestCase):
         literals = {joined(match["text"]) for _, _, text in sources() for match in TEXTS.finditer(text) if match["text"]}
         messages = make_messages.read_catalogue(os.path.join(ROOT, "messages", "catalogue.txt"))
         known = [id for ids in NOT_RAISED.values() for id in ids.split()]
-        unraised = {message.id for message in messages if message.id and message.family != "VHDL"
+        unraised = {message.id for message in messages if message.id and message.family not in FAMILIES_WITHOUT_READER
                     and not any(form in literals for form in message.formats)}
         self.assertEqual(sorted(unraised - set(known)), [], "no code raises these")
         self.assertEqual(sorted(set(known) - unraised), [], "these are raised or have no row")

@@ -13,7 +13,8 @@ A catalogue is blocks of lines with blank lines between them; lines that begin w
 The kernel id is "-" for a message that only the adapter raises: it has a host text and no format. In place of number
 and name there may be a mark: "debug-at" (debug output with the location), "debug" (debug output), "none" (dropped);
 such a block has formats and no host text. The host text takes the kernel's arguments in their order and then the
-location.
+location. A number with the name "withdrawn" and no lines below it stays registered, so that projects which switch it keep
+working, but no message has it any more.
 """
 
 import os
@@ -25,6 +26,7 @@ LETTERS = {"error": "E", "information": "I", "warning": "W"}
 MARKS = {"debug": -1, "debug-at": -2, "none": -3}
 FAMILIES = {"VDB": "MESSAGE_DATABASE", "VERI": "MESSAGE_VERILOG", "SV": "MESSAGE_VERILOG", "VHDL": "MESSAGE_VHDL"}
 NUMBERS = range(10000, 11001)
+WITHDRAWN = "withdrawn"
 TYPES = {"s": "char const*", "d": "int", "c": "char"}
 
 KERNEL_CONVERSION = re.compile(r"%([^a-zA-Z%]*)([a-zA-Z%]|$)")
@@ -45,8 +47,10 @@ class Message:
         self.mark = head["mark"]
         self.number = int(head["number"]) if head["number"] else None
         self.name = head["name"]
-        self.formats = strings if self.mark else strings[:-1]
-        self.text = None if self.mark else strings[-1]
+        self.is_withdrawn = self.name == WITHDRAWN
+        has_text = not self.mark and not self.is_withdrawn
+        self.formats = strings[:-1] if has_text else strings
+        self.text = strings[-1] if has_text else None
         self.arguments = ""
 
     def fail(self, reason):
@@ -75,7 +79,7 @@ class Message:
             self.fail("has no format")
         if not self.id and self.formats:
             self.fail("a message without kernel id has no format")
-        if not self.mark:
+        if self.text is not None:
             self.check_arguments()
 
     def check_arguments(self):
@@ -112,7 +116,7 @@ def read_catalogue(path):
             continue
         if not line.strip():
             if head:
-                if not strings:
+                if not strings and head["name"] != WITHDRAWN:
                     raise CatalogueError(f"line {start}: a block without text")
                 messages.append(Message(start, head, strings))
             head, strings = None, []
@@ -145,8 +149,9 @@ def check(messages):
                 key = ("format", FAMILIES[message.family], form)
                 if seen.setdefault(key, message).id != message.id:
                     message.fail(f'"{form}" belongs to {seen[key].id}')
-        if not message.mark:
+        if message.number is not None:
             unique(message, "host number", message.number)
+        if message.text is not None:
             unique(message, "host name", message.severity, message.name)
     ids = [(message.family, message.id) for message in messages if message.id]
     families = sorted(set(family for family, _ in ids), key=[family for family, _ in ids].index)
@@ -178,7 +183,11 @@ def parameters(message):
 
 
 def numbered(messages):
-    return [message for message in messages if not message.mark]
+    return [message for message in messages if message.text is not None]
+
+
+def registered(messages):
+    return sorted((message for message in messages if message.number is not None), key=lambda message: message.number)
 
 
 def adapter_header(messages):
@@ -202,14 +211,13 @@ def adapter_functions(messages):
                "MESSAGE* make(unsigned number, const char* text, ARGUMENTS... arguments) {\n"
                "  auto* message = new MESSAGE;\n  message->fill_args(text, arguments...);\n"
                "  message->set_id(number);\n  return message;\n}\n\n")
-    rows = sorted(numbered(messages), key=lambda message: message.number)
     out.append("const unsigned zelk_msg_ids[] = {\n")
-    out += [f"    {message.number},\n" for message in rows]
+    out += [f"    {message.number},\n" for message in registered(messages)]
     out.append("};\n\nconst int zelk_msg_id_types[] = {\n")
-    out += [f"    {SEVERITIES.index(message.severity)},\n" for message in rows]
+    out += [f"    {SEVERITIES.index(message.severity)},\n" for message in registered(messages)]
     out.append("};\n\nconst MSG_ID_REGISTRAR registrar(zelk_msg_ids, zelk_msg_id_types, std::size(zelk_msg_ids));\n")
     out.append("\n} // namespace\n\nnamespace MSG_ZELK {\n")
-    for message in rows:
+    for message in sorted(numbered(messages), key=lambda message: message.number):
         letter = LETTERS[message.severity]
         arguments = "".join(f", a{index}" for index in range(1, len(message.arguments) + 1))
         out.append(f"\nMSG_{letter}* {message.function}({', '.join(parameters(message))}) {{\n"

@@ -24,7 +24,7 @@ module loop(input a, output y);
   assign y = w;
 endmodule
 module initial_value(input a, c, output reg y);
-  initial y = a; // expect: warning VERI-2026 10705 "initial value of \"y\" is not constant and has no effect"
+  initial y = a; // expect: warning VERI-2026 10830 "initial value of \"y\" is not constant and has no effect"
   always @(posedge c) y <= a;
 endmodule
 module declared_value(input a, c, output reg y);
@@ -35,14 +35,14 @@ module ignored(input a, c, output reg y);
   reg r; // expect: warning VERI-2030 10036 "object \"r\" assigned a value but never read"
   initial $monitor("%b", y); // expect: warning VERI-1157 10175 "system task ignored"
   always @(posedge c) begin
-    fork // expect: warning VERI-1147 10143 "parallel (fork-join) block ignored"
+    fork // expect: warning VERI-1147 10021 "parallel (fork-join) block ignored"
       y <= a;
     join
     wait (a) y <= a; // expect: warning VERI-1158 10176 "wait statement ignored"
     force r = a; // expect: warning VERI-1166 10846 "force statement not supported for synthesis"
-    release r; // expect: warning VERI-1167 10158 "release statement not supported for synthesis"
-    assign r = a; // expect: warning VERI-1168 10159 "assign statement not supported for synthesis"
-    deassign r; // expect: warning VERI-1169 10162 "deassign statement not supported for synthesis"
+    release r; // expect: warning VERI-1167 10038 "release statement not supported for synthesis"
+    assign r = a; // expect: warning VERI-1168 10090 "assign statement not supported for synthesis"
+    deassign r; // expect: warning VERI-1169 10103 "deassign statement not supported for synthesis"
     y <= a;
   end
 endmodule

@@ -72,7 +72,7 @@ module negative_count(input a, output [1:0] y);
   assign y = {-1{a}}; // expect: error VERI-2021 10253 "the count of a replication must be a known number that is not negative"
 endmodule
 module zero_count(input a, output [1:0] y); // expect: warning VDB-2016 10862 "input port \"a\" at expressions.v(74) has no fan-out"
-  assign y = {0{a}}; // expect: warning VERI-1105 10258 "replication by zero has no value"
+  assign y = {0{a}}; // expect: warning VERI-1105 10317 "replication by zero has no value"
 endmodule
 module variable_count(input [1:0] a, output [3:0] y);
   assign y = {a{1'b1}}; // expect: error VERI-2007 10701 "expression \"a\" must be constant"
@@ -99,7 +99,7 @@ module system_arity(input [3:0] a, output [31:0] y);
   assign y = $signed(a, a); // expect: error VERI-1097 10117 "system call \"$signed\" expects one argument"
 endmodule
 module too_wide(output y);
-  wire [2000000:0] w; // expect: error VERI-1071 10264 "vectors of more than 1048576 bits are not supported" ; warning VERI-2033 10858 "object \"w\" used but never assigned"
+  wire [2000000:0] w; // expect: error VERI-1071 10659 "vectors of more than 1048576 bits are not supported" ; warning VERI-2033 10858 "object \"w\" used but never assigned"
   assign y = w[0];
 endmodule
 module too_large(input [3:0] a, output y);

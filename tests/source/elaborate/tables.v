@@ -42,7 +42,7 @@ primitive edges(q, a);
   input a;
   table r : 1; endtable // expect: error VERI-1202 10200 "entry \"r:1\" in combinational table has an edge"
 endprimitive
-primitive empty(q, a); // expect: warning VERI-1215 10205 "empty table will create an empty box UDP"
+primitive empty(q, a); // expect: warning VERI-1215 10180 "empty table will create an empty box UDP"
   output q; // expect: warning VDB-2003 10034 "Output port \"q\" at tables.v(46) has no driver"
   input a;
   table endtable
@@ -109,7 +109,7 @@ module uses_combinational(input a, output y); combinational u(y, a); endmodule
 module uses_edges(input a, output y); edges u(y, a); endmodule
 module uses_empty(input a, output y); empty u(y, a); endmodule
 module uses_vector(input a, output y); vector u(y, a); endmodule
-module uses_both(input a, output y); both u(y, a); endmodule // expect: error VERI-2012 10090 "cannot assign to input port \"a\""
+module uses_both(input a, output y); both u(y, a); endmodule // expect: error VERI-2012 10655 "cannot assign to input port \"a\""
 module uses_second(input a, output y); second u(a, y); endmodule
 module uses_none(input a, output y); none u(y, a); endmodule // expect: warning VDB-2020 10030 "Net \"y\" at tables.v(114) has no driver or initial value, using a default initial value '0'"
 module uses_twice(input a, output y); edges_twice u(y, a, a); endmodule

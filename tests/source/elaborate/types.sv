@@ -127,10 +127,10 @@ module query_scalar(input logic c, output int q);
   assign q = $left(5); // expect: error SV-1108 10904 "argument to \"$left\" does not denote an object or type with array dimensions, returning 'x" ; warning SV-1084 10898 "automatically converting 4-state value to 2-state by replacing X and Z with 0"
 endmodule
 module dimension(input logic c, output logic q);
-  logic a [0]; // expect: error SV-1056 10830 "size \"0\" of a dimension must be positive"
+  logic a [0]; // expect: error SV-1056 10643 "size \"0\" of a dimension must be positive"
   assign q = c;
 endmodule
 module dimension_negative(input logic c, output logic q);
-  logic a [-1]; // expect: error SV-1056 10830 "size \"-1\" of a dimension must be positive"
+  logic a [-1]; // expect: error SV-1056 10643 "size \"-1\" of a dimension must be positive"
   assign q = c;
 endmodule

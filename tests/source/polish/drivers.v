@@ -58,7 +58,7 @@ module instance_and_gate(input a, b, output y);
   assign y = b;
 endmodule
 module into_input(input a, b, output y);
-  leaf u(b, a); // expect: error VERI-2012 10090 "cannot assign to input port \"a\""
+  leaf u(b, a); // expect: error VERI-2012 10655 "cannot assign to input port \"a\""
   assign y = a;
 endmodule
 module wired(input a, b, output wand y, output wor z);

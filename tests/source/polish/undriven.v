@@ -23,5 +23,5 @@ module leaf(input a, input b, output y, output z); // expect: warning VDB-2003 1
   assign y = a;
 endmodule
 module open_input(input a, output y);
-  leaf u(.a(a), .y(y)); // expect: warning VERI-2076 10252 "input port \"b\" of instance \"u\" is not connected" ; information VERI-2028 10040 "output port \"z\" of instance \"u\" is not connected"
+  leaf u(.a(a), .y(y)); // expect: warning VERI-2076 10242 "input port \"b\" of instance \"u\" is not connected" ; information VERI-2028 10040 "output port \"z\" of instance \"u\" is not connected"
 endmodule

@@ -1,22 +1,22 @@
 // What functions and tasks may hold and how they are called in Verilog.
 // run: --lint --std=vlog2001
 module functions(input c, output reg q);
-  function no_input; // expect: error VERI-2016 10180 "function \"no_input\" must have at least one input"
+  function no_input; // expect: error VERI-2016 10653 "function \"no_input\" must have at least one input"
     no_input = 1;
   endfunction
   function two_ways;
     input a;
-    output b; // expect: error VERI-2017 10201 "argument \"b\" of function \"two_ways\" must be an input"
-    inout d; // expect: error VERI-2017 10201 "argument \"d\" of function \"two_ways\" must be an input"
+    output b; // expect: error VERI-2017 10657 "argument \"b\" of function \"two_ways\" must be an input"
+    inout d; // expect: error VERI-2017 10657 "argument \"d\" of function \"two_ways\" must be an input"
     two_ways = a;
   endfunction
   function waits;
     input a;
     begin
-      #1 waits = a; // expect: error VERI-2018 10227 "function \"waits\" cannot contain timing controls"
-      @(a) waits = a; // expect: error VERI-2018 10227 "function \"waits\" cannot contain timing controls"
-      waits = #1 a; // expect: error VERI-2018 10227 "function \"waits\" cannot contain timing controls"
-      wait (a) waits = a; // expect: error VERI-2018 10227 "function \"waits\" cannot contain timing controls"
+      #1 waits = a; // expect: error VERI-2018 10652 "function \"waits\" cannot contain timing controls"
+      @(a) waits = a; // expect: error VERI-2018 10652 "function \"waits\" cannot contain timing controls"
+      waits = #1 a; // expect: error VERI-2018 10652 "function \"waits\" cannot contain timing controls"
+      wait (a) waits = a; // expect: error VERI-2018 10652 "function \"waits\" cannot contain timing controls"
       waits <= a; // expect: error VERI-2019 10233 "function \"waits\" cannot contain non-blocking assignments"
     end
   endfunction

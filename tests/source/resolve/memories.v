@@ -16,8 +16,8 @@ module memories(input [1:0] a, output [7:0] q, output reg [7:0] p);
     p = cube[a][0][1][2]; // expect: error VERI-1130 10163 "indexed name specifies too many indices for array \"cube\""
     p = a[0][1]; // expect: error VERI-1130 10163 "indexed name specifies too many indices for array \"a\""
     p = r[0]; // expect: error VERI-1141 10139 "cannot index into non-array \"r\""
-    p = {a, 3}; // expect: warning VERI-1063 10257 "unsized constant \"3\" in concatenation is taken as 32 bits"
-    p = {2{1}}; // expect: warning VERI-1063 10257 "unsized constant \"1\" in concatenation is taken as 32 bits"
+    p = {a, 3}; // expect: warning VERI-1063 10264 "unsized constant \"3\" in concatenation is taken as 32 bits"
+    p = {2{1}}; // expect: warning VERI-1063 10264 "unsized constant \"1\" in concatenation is taken as 32 bits"
     p = {a, 6'd3};
   end
 endmodule

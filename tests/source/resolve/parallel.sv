@@ -16,7 +16,7 @@ module parallel(input logic a, output logic q, p, r);
   always_comb fork // expect: error SV-1061 10839 "\"always_comb\" cannot contain a parallel block"
     q = a;
   join
-  always_comb s = 1; // expect: warning SV-1086 10843 "enum variable \"s\" is assigned a number without a cast"
+  always_comb s = 1; // expect: warning SV-1086 10910 "enum variable \"s\" is assigned a number without a cast"
   always_ff @(posedge a) p <= s == BUSY;
   always @(a) r = f(a);
 endmodule

@@ -9,7 +9,7 @@
 `define BAD2(a+b) 1 // expect: error VERI-1013 10056 "illegal character in macro parameter near text \"+b)\""
 `define TWO(a, b) a & b
 module macros(input a, output [7:0] q); // expect: error VERI-1072 10112 "Ignored design unit \"macros\" at macros.v(11) due to previous errors"
-  assign q[0] = `NOTHING a; // expect: warning VERI-1092 10113 "use of undefined macro \"NOTHING\""
+  assign q[0] = `NOTHING a; // expect: warning VERI-1092 10020 "use of undefined macro \"NOTHING\""
   assign q[1] = `NOTHING a;
   assign q[2] = `LOOP a; // expect: error VERI-1014 10057 "macro \"LOOP\" causes infinite loop"
   assign q[3] = `PING a; // expect: error VERI-1014 10057 "macro \"PING\" causes infinite loop"
