@@ -42,6 +42,26 @@ TEST_F(Dumps, TextHasASectionForEachKindSortedByKindAndName) {
   EXPECT_EQ(again.str(), dump);
 }
 
+TEST_F(Dumps, ASingleObjectIsDumpedAsWithinItsNetlist) {
+  std::ostringstream all;
+  auto expect_part = [&](const auto* object) {
+    std::ostringstream alone;
+    object->Dump(alone);
+    EXPECT_THAT(all.str(), HasSubstr(alone.str()));
+  };
+  auto* bus = new PortBus("p", DIR_INPUT, 0, 0);
+  bus->Add(n->GetPort("a"));
+  n->Add(bus);
+  n->Dump(all);
+  expect_part(n->GetNet("a"));
+  expect_part(n->GetPort("a"));
+  expect_part(bus);
+  std::ostringstream indented;
+  n->GetInst("q")->Dump(indented, 1);
+  EXPECT_THAT(indented.str(), HasSubstr("  Instance:q Type:PRIM_DFFRS Conn:5/8"));
+  EXPECT_THAT(indented.str(), HasSubstr("\n    Port:clk        IN       Net:a\n"));
+}
+
 TEST_F(Dumps, ViewerGetsAModuleForTheNetlistAndForEachComponent) {
   std::ostringstream text;
   DebussyDump(n, text);

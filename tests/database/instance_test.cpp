@@ -247,6 +247,45 @@ TEST_F(Hierarchy, UngroupingAGroupGivesTheNetlistBack) {
   top->Owner()->Remove(top.get());
 }
 
+TEST_F(Hierarchy, AGroupTakesConditionsAndWholeStateMachinesAlong) {
+  MakeHalf()->Owner()->Owner()->Add(new Cell("top"));
+  Libset::Global()->GetLibrary("work")->GetCell("top")->Add(top.get());
+  Net* outside = UserNet("outside");
+  Net* inside = top->Inv(outside, 0);
+  auto operator_under = [&](Net* condition) {
+    ArrayOf<Net> word(1, outside);
+    Net* out = nullptr;
+    top->ReduceOr(&word, &out, 0);
+    out->Driver()->SetControlNet(condition);
+    return out->Driver();
+  };
+  Instance* moved[] = {operator_under(outside), operator_under(inside), inside->Driver()};
+  Instance* stays = operator_under(inside);
+  auto machine = [&](const char* name) {
+    auto* fsm = new Fsm(name);
+    top->Add(fsm);
+    for (const char* state : {"s0", "s1"})
+      fsm->AddState(top->Dff(outside, outside, nullptr, nullptr, 0)->Driver(), state);
+    return fsm;
+  };
+  Fsm* whole = machine("whole");
+  Instance* torn[] = {machine("torn")->GetStateAt(0), top->GetFsm("torn")->GetStateAt(1)};
+  Set group(HASH_POINTER);
+  for (Instance* inst : moved) group.Insert(inst);
+  for (Instance* inst : {whole->GetStateAt(0), whole->GetStateAt(1), torn[0]}) group.Insert(inst);
+  Netlist* view = top->Group(group, "g", nullptr, nullptr)->View();
+  EXPECT_EQ(NetlistChecker(view).Report(), "");
+  EXPECT_EQ(moved[0]->ControlNet(), view->GetNet("outside"));
+  ASSERT_TRUE(moved[1]->ControlNet());
+  EXPECT_EQ(moved[1]->ControlNet()->Driver(), moved[2]);
+  EXPECT_EQ(stays->ControlNet(), inside) << "a condition of both sides crosses the border";
+  EXPECT_EQ(view->GetFsm("whole"), whole);
+  EXPECT_EQ(view->NumOfFsms(), 1U);
+  EXPECT_EQ(top->NumOfFsms(), 0U) << "what is left of a torn machine is none";
+  EXPECT_FALSE(torn[0]->GetFsm() || torn[1]->GetFsm());
+  top->Owner()->Remove(top.get());
+}
+
 TEST_F(Hierarchy, EachInstanceGetsAViewOfItsOwn) {
   Netlist* half = MakeHalf();
   Net* n = UserNet("n");

@@ -1,7 +1,6 @@
 // Instance: connections by port, the roles of the view's ports, changes of the view and flattening.
 #include "database/instance.h"
 
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -368,31 +367,6 @@ unsigned Instance::DeleteIfFanoutFree(Set* inputs, unsigned keep_user_nets) {
 }
 
 unsigned Instance::Propagate() { return _view ? _view->Propagate(this) : 0; }
-
-void Instance::Dump(std::ostream& out, unsigned indent) const {
-  PrintLevel(out, indent);
-  out << "Instance:" << (Name() ? Name() : "") << " Type:" << Netlist::PrimTypeToString(Type())
-      << " Conn:" << NumOfPortRefs() << "/" << (_view ? _view->NumOfPorts() : 0) << " LineNo:" << (Linefile() & 0xFFFFF)
-      << "\n";
-  if (_view && Type() == PRIM_NONE) {
-    PrintLevel(out, indent + 1);
-    out << "View:" << _view->ExternalName() << "\n";
-  }
-  if (Type() == PRIM_BUF) {
-    PrintLevel(out, indent + 1);
-    out << "Buffer Type = (" << Netlist::BufferTypeString(BufferType()) << ")\n";
-  }
-  if (const Net* control = ControlNet()) {
-    PrintLevel(out, indent + 1);
-    out << "Condition Net:" << (control->Name() ? control->Name() : " auto~") << "\n";
-  }
-  DumpAttributes(out, indent + 1);
-  for (PortRef* ref : ConnectionsOf(this)) {
-    PrintLevel(out, indent + 1);
-    out << "Port:" << ref->GetPort()->Name() << "  Net:" << (ref->GetNet()->Name() ? ref->GetNet()->Name() : " auto~")
-        << "\n";
-  }
-}
 
 LutInstance::LutInstance(const char* name, Netlist* view, unsigned function, unsigned long linefile)
     : Instance(name, view, linefile), _function(function) {

@@ -1,7 +1,6 @@
 // Net: connections, driver, wiring, propagation, isolation and the walks over cones; NetBus.
 #include "database/net.h"
 
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -586,26 +585,6 @@ Instance* kestrin_get_fanout(const Net* net, prim_type_enum type, KESTRIN_GET_FA
   return match;
 }
 
-void Net::Dump(std::ostream& out, unsigned indent) const {
-  PrintLevel(out, indent);
-  const PortRef* driver = DrivingPortRef();
-  const Port* input = GetFirstPort(DIR_INPUT) ? GetFirstPort(DIR_INPUT) : GetFirstPort(DIR_INOUT);
-  out << "Net:" << (Name() ? Name() : " auto~") << " Conn:" << NumOfPorts() << "/" << _num_port_refs;
-  if (driver)
-    out << " Driver " << (driver->GetInst()->Name() ? driver->GetInst()->Name() : "") << ":"
-        << driver->GetPort()->Name();
-  if (input) out << " Port:" << input->Name();
-  out << " PowerUp: '" << (_power_up ? _power_up : ' ') << "'";
-  out << (driver || input ? "\n" : " *** Driverless ***\n");
-  DumpAttributes(out, indent + 1);
-  for (PortRef* ref : PortRefsOf(this)) {
-    if (!ref->IsInput()) continue;
-    PrintLevel(out, indent + 1);
-    out << "Instance:" << (ref->GetInst()->Name() ? ref->GetInst()->Name() : "") << " Port:" << ref->GetPort()->Name()
-        << "\n";
-  }
-}
-
 NetBus::NetBus(const char* name, int left, int right, unsigned long linefile, int level)
     : DesignObj(name, linefile), _left(left), _right(right), _level(level), _elements(HASH_POINTER, 0) {}
 
@@ -683,14 +662,4 @@ unsigned NetBus::NetCount() const {
     count += is_bus ? static_cast<const NetBus*>(element)->NetCount() : 1;
   }
   return count;
-}
-
-void NetBus::Dump(std::ostream& out, unsigned indent) const {
-  PrintLevel(out, indent);
-  out << "NetBus:" << (Name() ? Name() : "") << " [" << _left << ":" << _right << "]\n";
-  DumpAttributes(out, indent + 1);
-  for (auto [element, bus] : ElementsOf(this)) {
-    PrintLevel(out, indent + 1);
-    out << (!element ? "(none)" : element->Name() ? element->Name() : " auto~") << "\n";
-  }
 }

@@ -191,7 +191,9 @@ public:
   /// Flattens these instances once; the number flattened.
   unsigned Ungroup(Set& instances);
   /// Moves instances of this netlist into a new netlist of a new cell of this library, under a new instance, with a
-  /// port for each net that crosses the border. Null names lead to made-up ones. Returns the new instance.
+  /// port for each net that crosses the border. Conditions of operators come along; a state machine does when all of
+  /// its registers move, and is none any more when only some do. Null names lead to made-up ones. Returns the new
+  /// instance.
   Instance* Group(Set& instances, const char* instance_name, const char* cell_name, const char* netlist_name);
   /// Gives each user instance below a view of its own: views already in `seen` are copied into their cell.
   void Uniquify(Set& seen);

@@ -72,62 +72,56 @@ template <class T, class Range, class Less> std::vector<T*> Sorted(const Range& 
   return all;
 }
 
-class TextDump {
+/// The lines of single objects. Within a dump of a whole netlist each nameless net has a number.
+class LineDump {
 public:
-  TextDump(const Netlist* netlist, std::ostream& out) : _netlist(netlist), _out(out) {}
-
-  void Run() {
-    const std::vector<Net*> nets = Sorted<Net>(NetsOf(_netlist), sort_net_drivers);
-    for (const Net* net : nets)
-      if (!net->Name()) _numbers.emplace(net, _numbers.size());
-    _out << "ZELK netlist dump of " << Text(_netlist->Name()) << "\n";
-    _netlist->DumpAttributes(_out);
-    for (const Param* param : ParamsOf(_netlist)) param->Dump(_out);
-    _out << "Instances " << _netlist->NumOfInsts() << "\n";
-    for (const Instance* inst : Sorted<Instance>(InstancesOf(_netlist), sort_netlist_views)) Dump(inst);
-    _out << "IO " << _netlist->NumOfPorts() << "\n";
-    for (const Port* port : Sorted<Port>(PortsOf(_netlist), SortsBefore)) Dump(port);
-    _out << "PortBus " << _netlist->NumOfPortBuses() << "\n";
-    for (const PortBus* bus : Sorted<PortBus>(PortBusesOf(_netlist), SortsBefore)) bus->Dump(_out);
-    _out << "NetBus " << _netlist->NumOfNetBuses() << "\n";
-    for (const NetBus* bus : Sorted<NetBus>(NetBusesOf(_netlist), SortsBefore)) bus->Dump(_out);
-    _out << "Nets " << _netlist->NumOfNets() << "\n";
-    for (const Net* net : nets) Dump(net);
-    _out << "\nFSMs: " << _netlist->NumOfFsms() << "\n";
-    for (const Fsm* fsm : Sorted<Fsm>(FsmsOf(_netlist), SortsBefore)) fsm->Dump(_out);
-  }
-
-private:
-  std::string NameOf(const Net* net) const {
-    if (!net) return "DANGLING";
-    if (net->Name()) return net->Name();
-    auto v_net = _numbers.find(net);
-    KESTRIN_ASSERT_TEXT(v_net != _numbers.end(), "v_net");
-    return " auto~" + std::to_string(v_net->second);
-  }
+  using Numbers = std::map<const Net*, size_t>;
+  LineDump(std::ostream& out, unsigned indent, const Numbers* numbers = nullptr)
+      : _out(out), _indent(indent), _numbers(numbers) {}
 
   void Dump(const Instance* inst) const {
     const Netlist* view = inst->View();
-    _out << Format("Instance:%s Type:%s Conn:%d/%d LineNo:%d\n", Text(inst->Name()),
-                   Netlist::PrimTypeToString(inst->Type()), inst->NumOfPortRefs(), view ? view->NumOfPorts() : 0,
-                   LineFile::GetLineNo(inst->Linefile()));
+    Line() << Format("Instance:%s Type:%s Conn:%d/%d LineNo:%d\n", Text(inst->Name()),
+                     Netlist::PrimTypeToString(inst->Type()), inst->NumOfPortRefs(), view ? view->NumOfPorts() : 0,
+                     LineFile::GetLineNo(inst->Linefile()));
     if (view && inst->Type() == PRIM_NONE) {
       const Cell* cell = view->Owner();
-      _out << "  Cell:" << (cell ? Text(cell->Name()) : "") << "\n";
+      KESTRIN_ASSERT_TEXT(!cell || cell->Name(), "cell && cell->Name()");
+      Line(1) << "Cell:" << (cell ? Text(cell->Name()) : "") << "\n";
     }
-    if (inst->Type() == PRIM_BUF) _out << "  Buffer Type = (" << Netlist::BufferTypeString(inst->BufferType()) << ")\n";
-    if (inst->ControlNet()) _out << "  Condition Net:" << NameOf(inst->ControlNet()) << "\n";
-    inst->DumpAttributes(_out, 1);
+    if (inst->Type() == PRIM_BUF)
+      Line(1) << "Buffer Type = (" << Netlist::BufferTypeString(inst->BufferType()) << ")\n";
+    if (inst->ControlNet()) Line(1) << "Condition Net:" << NameOf(inst->ControlNet()) << "\n";
+    inst->DumpAttributes(_out, _indent + 1);
     if (!view) return;
     for (const Port* port : Sorted<Port>(PortsOf(view), sort_portref_ports))
-      _out << Format("  Port:%-10s %3s %3s  Net:%s\n", Text(port->Name()), DirectionText(port->Direction()),
-                     port->GetPortBus() ? "Bus" : "   ", NameOf(inst->GetNet(port)).c_str());
+      Line(1) << Format("Port:%-10s %3s %3s  Net:%s\n", Text(port->Name()), DirectionText(port->Direction()),
+                        port->GetPortBus() ? "Bus" : "   ", NameOf(inst->GetNet(port)).c_str());
   }
 
   void Dump(const Port* port) const {
-    _out << Format("IO:%-10s %3s %3s  Net:%s\n", Text(port->Name()), DirectionText(port->Direction()),
-                   port->GetPortBus() ? "Bus" : "   ", NameOf(port->GetNet()).c_str());
-    port->DumpAttributes(_out, 1);
+    Line() << Format("IO:%-10s %3s %3s  Net:%s\n", Text(port->Name()), DirectionText(port->Direction()),
+                     port->GetPortBus() ? "Bus" : "   ", NameOf(port->GetNet()).c_str());
+    port->DumpAttributes(_out, _indent + 1);
+  }
+
+  void Dump(const PortBus* bus) const {
+    Line() << "PortBus:" << Text(bus->Name()) << " " << DirectionText(bus->Direction()) << " [" << bus->LeftIndex()
+           << ":" << bus->RightIndex() << "]\n";
+    bus->DumpAttributes(_out, _indent + 1);
+    for (const DesignObj* element : ElementsOf(bus)) Line(1) << Text(element->Name()) << "\n";
+  }
+
+  void Dump(const NetBus* bus) const {
+    Line() << "NetBus:" << Text(bus->Name()) << " [" << bus->LeftIndex() << ":" << bus->RightIndex() << "]\n";
+    bus->DumpAttributes(_out, _indent + 1);
+    for (auto [element, owner] : ElementsOf(bus)) {
+      const bool is_net = element && element->ObjectType() == DB_NET;
+      Line(1) << (is_net    ? NameOf(static_cast<const Net*>(element))
+                  : element ? Text(element->Name())
+                            : "(none)")
+              << "\n";
+    }
   }
 
   void Dump(const Net* net) const {
@@ -136,17 +130,32 @@ private:
     if (!port) port = net->GetFirstPort(DIR_INOUT);
     const char power_up = net->PowerUpValue() ? net->PowerUpValue() : ' ';
     if (driver || port)
-      _out << Format("Net:%-10s %s Conn:%d/%d   Driver %s:%s  Port:%s  PowerUp: '%c'\n", NameOf(net).c_str(),
-                     DriverClass(driver, port), net->NumOfPorts(), net->NumOfPortRefs(),
-                     driver ? Text(driver->GetInst()->Name()) : "", driver ? Text(driver->GetPort()->Name()) : "",
-                     port ? Text(port->Name()) : "", power_up);
+      Line() << Format("Net:%-10s %s Conn:%d/%d   Driver %s:%s  Port:%s  PowerUp: '%c'\n", NameOf(net).c_str(),
+                       DriverClass(driver, port), net->NumOfPorts(), net->NumOfPortRefs(),
+                       driver ? Text(driver->GetInst()->Name()) : "", driver ? Text(driver->GetPort()->Name()) : "",
+                       port ? Text(port->Name()) : "", power_up);
     else
-      _out << Format("Net:%-10s Conn:%d/%d   PowerUp: '%c' *** Driverless ***\n", NameOf(net).c_str(),
-                     net->NumOfPorts(), net->NumOfPortRefs(), power_up);
-    net->DumpAttributes(_out, 1);
+      Line() << Format("Net:%-10s Conn:%d/%d   PowerUp: '%c' *** Driverless ***\n", NameOf(net).c_str(),
+                       net->NumOfPorts(), net->NumOfPortRefs(), power_up);
+    net->DumpAttributes(_out, _indent + 1);
     for (const PortRef* load : Sorted<PortRef>(LoadsOf(net), sort_portref_insts))
-      _out << Format("  Instance:%-10s Port:%-10s %3s\n", Text(load->GetInst()->Name()), Text(load->GetPort()->Name()),
-                     DirectionText(load->Direction()));
+      Line(1) << Format("Instance:%-10s Port:%-10s %3s\n", Text(load->GetInst()->Name()), Text(load->GetPort()->Name()),
+                        DirectionText(load->Direction()));
+  }
+
+private:
+  std::ostream& Line(unsigned deeper = 0) const {
+    DesignObj::PrintLevel(_out, _indent + deeper);
+    return _out;
+  }
+
+  std::string NameOf(const Net* net) const {
+    if (!net) return "DANGLING";
+    if (net->Name()) return net->Name();
+    if (!_numbers) return " auto~";
+    auto v_net = _numbers->find(net);
+    KESTRIN_ASSERT_TEXT(v_net != _numbers->end(), "v_net");
+    return " auto~" + std::to_string(v_net->second);
   }
 
   static const char* DriverClass(const PortRef* driver, const Port* port) {
@@ -159,9 +168,9 @@ private:
     }
   }
 
-  const Netlist* _netlist;
   std::ostream& _out;
-  std::map<const Net*, size_t> _numbers; // of nameless nets
+  unsigned _indent;
+  const Numbers* _numbers;
 };
 
 /// The part of a file's name that tells the design unit: without parameters and quotes.
@@ -186,7 +195,37 @@ std::string UnitName(const Netlist* netlist) {
 }
 } // namespace
 
-void Netlist::Dump(std::ostream& out) const { TextDump(this, out).Run(); }
+void Instance::Dump(std::ostream& out, unsigned indent) const { LineDump(out, indent).Dump(this); }
+void Port::Dump(std::ostream& out, unsigned indent) const { LineDump(out, indent).Dump(this); }
+void PortBus::Dump(std::ostream& out, unsigned indent) const { LineDump(out, indent).Dump(this); }
+void Net::Dump(std::ostream& out, unsigned indent) const { LineDump(out, indent).Dump(this); }
+void NetBus::Dump(std::ostream& out, unsigned indent) const { LineDump(out, indent).Dump(this); }
+
+void Netlist::Dump(std::ostream& out) const {
+  const std::vector<Net*> nets = Sorted<Net>(NetsOf(this), sort_net_drivers);
+  LineDump::Numbers numbers; // of nameless nets
+  for (const Net* net : nets)
+    if (!net->Name()) numbers.emplace(net, numbers.size());
+  const LineDump lines(out, 0, &numbers);
+  auto dump_all = [&lines](const auto& objects) {
+    for (const auto* object : objects) lines.Dump(object);
+  };
+  out << "ZELK netlist dump of " << Text(Name()) << "\n";
+  DumpAttributes(out);
+  for (const Param* param : ParamsOf(this)) param->Dump(out);
+  out << "Instances " << NumOfInsts() << "\n";
+  dump_all(Sorted<Instance>(InstancesOf(this), sort_netlist_views));
+  out << "IO " << NumOfPorts() << "\n";
+  dump_all(Sorted<Port>(PortsOf(this), SortsBefore));
+  out << "PortBus " << NumOfPortBuses() << "\n";
+  dump_all(Sorted<PortBus>(PortBusesOf(this), SortsBefore));
+  out << "NetBus " << NumOfNetBuses() << "\n";
+  dump_all(Sorted<NetBus>(NetBusesOf(this), SortsBefore));
+  out << "Nets " << NumOfNets() << "\n";
+  dump_all(nets);
+  out << "\nFSMs: " << NumOfFsms() << "\n";
+  for (const Fsm* fsm : Sorted<Fsm>(FsmsOf(this), SortsBefore)) fsm->Dump(out);
+}
 
 void Netlist::Dump(const char* file, const char* label) const {
   kestrin_debug("Dumping ZELK netlist for entity %s", ExternalName());

@@ -15,6 +15,7 @@
 #include "database/param.h"
 #include "database/primitives.h"
 #include "database/views.h"
+#include "util/services.h"
 
 // Several ports on one net are a connection through the netlist, unless all of them drive it.
 unsigned Netlist::JoinsPorts(const Net* net) const {
@@ -220,6 +221,88 @@ void MoveGroupConnections(Net* from, Net* to, const Set& group) {
   }
 }
 
+/// Moves the contents of a group into its view.
+class Grouper {
+public:
+  /// Of the instances, those of the netlist.
+  Grouper(Netlist* outer, Netlist* view, Set& instances) : _outer(outer), _view(view) {
+    for (Instance* inst : KeysOf<Instance*>(&instances)) {
+      if (inst->Owner() != outer) continue;
+      _group.Insert(inst);
+      for (PortRef* ref : ConnectionsOf(inst)) _nets.Insert(ref->GetNet());
+    }
+    for (Instance* inst : InstancesOf(outer)) {
+      Net* control = inst->ControlNet();
+      if (!control) continue;
+      if (_group.Contains(inst)) {
+        _nets.Insert(control);
+        _controls.emplace_back(inst, control);
+      } else {
+        _outer_controls.Insert(control);
+      }
+    }
+  }
+
+  /// State machines go along as a whole. What is left of one whose registers come apart is no machine: with some of its
+  /// states it would be encoded anew as if there were no others. Its registers stay what they are.
+  void MoveFsms() {
+    for (Fsm* fsm : FsmsOf(_outer)) {
+      unsigned leaving = 0;
+      for (unsigned pos = 0; pos < fsm->NumStates(); pos++) leaving += _group.Contains(fsm->GetStateAt(pos));
+      if (!leaving) continue;
+      if (leaving < fsm->NumStates()) {
+        kestrin_debug("State machine %s is torn by a group and is none any more", fsm->ExternalName());
+        delete fsm;
+        continue;
+      }
+      _outer->Remove(fsm);
+      _view->Add(fsm);
+    }
+  }
+
+  void MoveInstances() {
+    for (Instance* member : KeysOf<Instance*>(&_group)) {
+      _outer->Remove(member);
+      _view->Add(member);
+    }
+  }
+
+  /// Nets that cross the border get a port and a net behind it, and all others move.
+  void MoveNets(Instance* inst) {
+    Map inner_nets(HASH_POINTER);
+    for (Net* net : KeysOf<Net*>(&_nets)) inner_nets.Insert(net, Crosses(net) ? Split(net, inst) : Move(net));
+    for (auto [member, control] : _controls) member->SetControlNet(FromWord<Net*>(inner_nets.GetValue(control)));
+  }
+
+private:
+  bool Crosses(const Net* net) const { return _outer_controls.Contains(net) || UseOf(net, _group).crosses; }
+
+  Net* Move(Net* net) {
+    if (net->GetNetBus()) net->GetNetBus()->Remove(net);
+    _outer->Remove(net);
+    _view->Add(net);
+    return net;
+  }
+
+  Net* Split(Net* net, Instance* inst) {
+    auto* port = new Port(net->Name(), DirectionOf(UseOf(net, _group)), net->Linefile());
+    _view->Add(port);
+    auto* inner = new Net(net->Name(), net->Linefile());
+    _view->Add(inner);
+    inner->Connect(port);
+    MoveGroupConnections(net, inner, _group);
+    inst->Connect(port, net);
+    return inner;
+  }
+
+  Netlist* _outer;
+  Netlist* _view;
+  Set _group{HASH_POINTER};
+  Set _nets{HASH_POINTER};
+  std::vector<std::pair<Instance*, Net*>> _controls; // conditions of the group's instances
+  Set _outer_controls{HASH_POINTER};                 // conditions of all others
+};
+
 } // namespace
 
 Instance* Netlist::Group(Set& instances, const char* instance_name, const char* cell_name, const char* netlist_name) {
@@ -229,52 +312,12 @@ Instance* Netlist::Group(Set& instances, const char* instance_name, const char* 
   library->Add(cell);
   auto* view = new Netlist(netlist_name, Linefile(), _case_sensitive);
   cell->Add(view);
-
-  Set group(HASH_POINTER);
-  Set nets(HASH_POINTER);
-  for (Instance* inst : KeysOf<Instance*>(&instances)) {
-    if (inst->Owner() != this) continue;
-    group.Insert(inst);
-    for (PortRef* ref : ConnectionsOf(inst)) nets.Insert(ref->GetNet());
-  }
-
-  // State machines go along as a whole; of one that would be torn apart the states that leave are dropped.
-  for (Fsm* fsm : FsmsOf(this)) {
-    std::vector<Instance*> leaving;
-    for (unsigned pos = 0; pos < fsm->NumStates(); pos++)
-      if (group.Contains(fsm->GetStateAt(pos))) leaving.push_back(fsm->GetStateAt(pos));
-    if (leaving.empty()) continue;
-    if (leaving.size() == fsm->NumStates()) {
-      Remove(fsm);
-      view->Add(fsm);
-      continue;
-    }
-    for (Instance* state : leaving) fsm->RemoveState(state);
-  }
-
   auto* inst = new Instance(instance_name, view);
-  for (Instance* member : KeysOf<Instance*>(&group)) {
-    Remove(member);
-    view->Add(member);
-  }
+  Grouper grouper(this, view, instances);
+  grouper.MoveFsms();
+  grouper.MoveInstances();
   Add(inst);
-
-  for (Net* net : KeysOf<Net*>(&nets)) {
-    net_use use = UseOf(net, group);
-    if (!use.crosses) {
-      if (net->GetNetBus()) net->GetNetBus()->Remove(net);
-      Remove(net);
-      view->Add(net);
-      continue;
-    }
-    auto* port = new Port(net->Name(), DirectionOf(use), net->Linefile());
-    view->Add(port);
-    auto* inner = new Net(net->Name(), net->Linefile());
-    view->Add(inner);
-    inner->Connect(port);
-    MoveGroupConnections(net, inner, group);
-    inst->Connect(port, net);
-  }
+  grouper.MoveNets(inst);
   return inst;
 }
 

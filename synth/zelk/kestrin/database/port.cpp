@@ -1,7 +1,5 @@
 #include "database/port.h"
 
-#include <ostream>
-
 #include "containers/views.h"
 #include "database/instance.h"
 #include "database/net.h"
@@ -41,28 +39,6 @@ void Port::SetDirection(port_dir direction) {
     PortRef* ref = inst->GetPortRef(this);
     if (ref) ref->GetNet()->Add(ref);
   }
-}
-
-namespace {
-
-const char* DirectionText(port_dir direction) {
-  switch (direction) {
-  case DIR_INPUT: return "IN ";
-  case DIR_OUTPUT: return "OUT";
-  case DIR_INOUT: return "BI ";
-  case DIR_NONE: return "   ";
-  }
-  return "   ";
-}
-
-} // namespace
-
-void Port::Dump(std::ostream& out, unsigned indent) const {
-  PrintLevel(out, indent);
-  out << "IO:" << (Name() ? Name() : "") << " " << DirectionText(_direction) << " " << (_bus ? "Bus" : "   ")
-      << "  Net:";
-  out << (!_net ? "DANGLING" : _net->Name() ? _net->Name() : " auto~") << "\n";
-  DumpAttributes(out, indent + 1);
 }
 
 PortBus::PortBus(const char* name, port_dir direction, int left, unsigned is_up, unsigned long linefile, int level)
@@ -122,15 +98,4 @@ DesignObj* PortBus::ElementAtIndex(int index) const {
 int PortBus::IndexOf(const DesignObj* element) const {
   int pos = static_cast<int>(_elements.IndexOfItem(element));
   return _is_up ? _left + pos : _left - pos;
-}
-
-void PortBus::Dump(std::ostream& out, unsigned indent) const {
-  PrintLevel(out, indent);
-  out << "PortBus:" << (Name() ? Name() : "") << " " << DirectionText(_direction) << " [" << _left << ":"
-      << RightIndex() << "]\n";
-  DumpAttributes(out, indent + 1);
-  for (DesignObj* element : ElementsOf(this)) {
-    PrintLevel(out, indent + 1);
-    out << (element->Name() ? element->Name() : "") << "\n";
-  }
 }
