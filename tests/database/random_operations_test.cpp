@@ -129,6 +129,37 @@ protected:
     if (Net* net = AnyNet(n)) n->RegisterPotentiallyFanoutFreeNet(net);
     if (Chance(4)) n->SweepPotentiallyFanoutFreeNets();
   }
+  void Merge(Netlist* n) {
+    ResolveAll(n);
+    Instance* first = AnyInstance(n);
+    if (!first || !first->View()) return;
+    for (Instance* second : InstancesOf(n))
+      if (second != first && second->View() == first->View())
+        if (first->View()->MergeCommonSubexpression(first, second)) return;
+  }
+  void ChangeView(Netlist* n) {
+    Instance* inst = AnyInstance(n);
+    if (!inst || !inst->View()) return;
+    if (inst->Type() == PRIM_BUF) return inst->ChangeBufferType(static_cast<buffer_type_enum>(Below(NONE)));
+    if (inst->Type() >= PRIM_AND && inst->Type() <= PRIM_XNOR)
+      return inst->ReplaceView(Prim::Static(static_cast<prim_type_enum>(PRIM_AND + Below(6))), Below(2));
+    if (inst->IsOperator()) inst->SetControlNet(Chance(3) ? nullptr : AnyNet(n));
+  }
+  void Isolate(Netlist* n) {
+    Net* net = AnyNet(n);
+    if (net) net->Isolate(AnyNet(n), Chance(2) ? 9 : 0);
+  }
+  void BusOfPorts(Netlist* n) {
+    auto* bus = Any<PortBus>(PortBusesOf(n));
+    if (bus && Chance(4)) {
+      delete bus;
+      return;
+    }
+    if (!bus) n->Add(bus = new PortBus(Name().c_str(), DIR_INPUT, static_cast<int>(Below(4)), Below(2)));
+    Port* port = AnyPort(n);
+    if (port && port->GetPortBus()) port->GetPortBus()->Remove(port);
+    if (port) bus->Add(port);
+  }
   void ChangeHierarchy(Netlist* n) {
     ResolveAll(n);
     Instance* inst = AnyInstance(n);
@@ -139,11 +170,41 @@ protected:
       }
       return;
     }
-    if (netlists.size() >= max_netlists || !inst) return;
     Set group(HASH_POINTER);
     for (Instance* member : InstancesOf(n))
       if (Chance(3)) group.Insert(member);
+    if (Chance(4)) return MakeUnique(n, group);
+    if (netlists.size() >= max_netlists || !inst) return;
     netlists.push_back(n->Group(group, nullptr, nullptr, nullptr)->View());
+  }
+  /// How many views there would be if each instance had its own; walks no further than to the limit.
+  static unsigned NumOfUses(const Netlist* n, unsigned limit) {
+    unsigned uses = 0;
+    for (const Instance* inst : InstancesOf(n))
+      if (inst->View() && inst->Type() == PRIM_NONE && uses < limit) uses += 1 + NumOfUses(inst->View(), limit - uses);
+    return uses;
+  }
+  /// What is made for it goes again.
+  void MakeUnique(Netlist* n, Set& group) {
+    Set below(HASH_POINTER);
+    n->Hierarchy(below, 1);
+    for (unsigned pos = 0; pos < below.Size(); pos++) ResolveAll(FromWord<Netlist*>(below.GetAt(pos)));
+    if (Chance(2) || NumOfUses(n, 50) >= 50) {
+      n->Ungroup(group);
+      return;
+    }
+    Set seen(HASH_POINTER);
+    for (Netlist* known : netlists) seen.Insert(known);
+    n->Uniquify(seen);
+    below.Reset();
+    n->Hierarchy(below, 0);
+    for (unsigned pos = 0; pos < below.Size(); pos++) {
+      auto* made = FromWord<Netlist*>(below.GetAt(pos));
+      ASSERT_EQ(NetlistChecker(made).Report(), "");
+      if (made->Type() != PRIM_NONE || std::count(netlists.begin(), netlists.end(), made)) continue;
+      for (Instance* inst : ReferencesOf(made)) delete inst;
+      delete made;
+    }
   }
   void CopyAndDelete(Netlist* n) {
     ResolveAll(n);
@@ -186,7 +247,7 @@ protected:
   void Step() {
     Netlist* n = AnyNetlist();
     if (n->NumOfInsts() + n->NumOfNets() > 120) return Delete(n);
-    switch (Below(20)) {
+    switch (Below(24)) {
     case 0:
     case 1:
     case 2: return AddNet(n);
@@ -206,6 +267,10 @@ protected:
     case 16: return MakeFsm(n);
     case 17: return Fold(n);
     case 18: return Sweep(n);
+    case 19: return Merge(n);
+    case 20: return ChangeView(n);
+    case 21: return Isolate(n);
+    case 22: return BusOfPorts(n);
     default: break;
     }
     if (Chance(3)) return ChangeHierarchy(n);
