@@ -1,6 +1,8 @@
 // Reads netlists that are written as text, changes each as the name of its cell tells, and writes both forms as Verilog
 // for an independent tool. Netlists of few inputs are evaluated for all of their values before and after the change.
 //
+// Before that all of them are saved, and what comes back is what is changed.
+//
 // usage: netlist_prover NETLISTS GOLD.v GATE.v [fault]
 //
 // With `fault` the first output of every changed netlist is inverted, so that nobody may call it equal.
@@ -8,6 +10,7 @@
 #include <cstdint>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,6 +21,7 @@
 #include "database/operators.h"
 #include "database/views.h"
 #include "msg.h"
+#include "support/database_file.h"
 #include "support/netlist_evaluator.h"
 #include "support/netlist_verilog.h"
 #include "zelk_netlist_creator.h"
@@ -171,6 +175,28 @@ unsigned Fold(Netlist* n) {
   return changes;
 }
 
+/// Disjunctions of products as BuildSOP makes them; with the value "common" without what all products share, which is
+/// added behind them.
+unsigned SumOfProducts(Netlist* n) {
+  unsigned changes = 0;
+  for (Instance* inst : All(n)) {
+    const char* form = inst->GetAttValue("sop");
+    if (!form) continue;
+    ArrayOf<Net> terms;
+    for (Net* term : Input1(inst)) terms.InsertLast(term);
+    const std::unique_ptr<Set> common(Operator::FindCommonPtermInputs(&terms));
+    const bool factored = std::string(form) == "common";
+    Net* sum = Operator::BuildSOP(n, &terms, factored ? common.get() : nullptr, 0);
+    if (factored)
+      for (Net* shared : KeysOf<Net*>(common.get())) sum = n->And(sum, shared, 0);
+    Replacement replacement(inst);
+    replacement.Output(inst->GetOutput(), sum == terms.At(0) ? n->Buf(sum, 0) : sum);
+    replacement.Execute();
+    changes++;
+  }
+  return changes;
+}
+
 /// Repeats a change of single instances until none changes any more.
 template <class Change> unsigned UntilStable(Netlist* n, Change change) {
   unsigned changes = 0;
@@ -207,8 +233,8 @@ struct Change {
   const char* cell;
   unsigned (*apply)(Netlist*);
 };
-constexpr Change changes[] = {
-    {"expand", Expand}, {"fold", Fold}, {"propagate", Propagate}, {"push", Push}, {"merge", Merge}};
+constexpr Change changes[] = {{"expand", Expand}, {"fold", Fold},   {"propagate", Propagate},
+                              {"push", Push},     {"merge", Merge}, {"sop", SumOfProducts}};
 
 constexpr unsigned max_evaluated_bits = 11;
 
@@ -219,7 +245,7 @@ std::optional<std::vector<uint64_t>> Table(const Netlist* netlist) {
   for (const Port* port : PortsOf(netlist)) (port->IsInput() ? inputs : outputs).push_back(port->GetNet());
   bool unknown = inputs.size() > max_evaluated_bits;
   for (const Instance* inst : InstancesOf(netlist)) {
-    unknown |= inst->Type() == PRIM_X || inst->Type() == PRIM_Z || inst->IsAttOn("signed");
+    unknown |= inst->Type() == PRIM_X || inst->Type() == PRIM_Z;
     for (const Port* port : PortsOf(inst->View())) unknown |= port->IsInput() && !inst->GetNet(port);
   }
   if (unknown) return {};
@@ -283,6 +309,25 @@ private:
   int _result = 0;
 };
 
+/// Saves all netlists and goes on with what comes back, from a file of this machine's byte order and of the other one.
+bool ComeBackAsTheyWere(const std::string& path) {
+  for (const bool swapped : {false, true}) {
+    Library* text = Libset::Global()->GetLibrary("text");
+    const std::string before = DumpOf(text);
+    std::string bytes = BytesOfSaved(text, path);
+    if (swapped) {
+      const ByteSwapper swap(bytes);
+      WriteBytes(path, bytes);
+    }
+    ForgetDesigns();
+    SaveRestore stream(path.c_str(), 1);
+    auto* restored = new Library(stream);
+    restored = restored->InstallRestored(stream, Libset::Global());
+    if (!restored || DumpOf(restored) != before) return false;
+  }
+  return true;
+}
+
 /// Mistakes in the text of the netlists.
 struct ERRORS : MSG_SINK {
   void on_message(const MSG_BASE&) override {}
@@ -300,6 +345,10 @@ int main(int argc, char** argv) {
   ERRORS errors;
   msg_get_default_report()->set_sink(&errors);
   if (!ZELK_NETLIST_CREATOR(argv[1]).create("last")) return 3;
+  if (!ComeBackAsTheyWere(std::string(argv[1]) + ".db")) {
+    std::cerr << "what was saved came back as something else\n";
+    return 4;
+  }
   Prover prover(argv[2], argv[3], argc > 4);
   for (const Change& change : changes) {
     const Cell* cell = Libset::Global()->GetLibrary("text")->GetCell(change.cell);

@@ -105,6 +105,7 @@ class Sources:
                        "na": netlist.gate("INV", input="a"), "ba": netlist.gate("BUF", input="a")}
         if unknown:
             self.shared["x"] = netlist.gate("X")
+            self.shared["z"] = netlist.gate("Z")
 
     def patterns(self, count, own=False, names=None):
         names = list(names or self.shared) + (["own"] if own else [])
@@ -189,14 +190,32 @@ def mergings():
     netlist = Text("merge", "merge_operators")
     netlist.inputs(a=3, b=3, c=None)
     words = 0
-    for kind in ("ADDER", "MULT", "EQUAL", "LESSTHAN", "SELECTOR", "SHIFT_LEFT", "ROTATE_RIGHT"):
-        for left, right in (("a", "b"), ("b", "a"), ("a", "b"), ("a", "a")):
-            width = {"EQUAL": 1, "LESSTHAN": 1, "SELECTOR": 1, "MULT": 6}.get(kind, 3)
-            cin = "c" if kind in ("ADDER", "LESSTHAN", "SHIFT_LEFT") else None
-            netlist.lines.append(f"NETBUS NAME=v{words} LEFT={width - 1} RIGHT=0")
-            netlist.oper(kind, f"v{words}", cin=cin, input1=left, input2=right)
-            netlist.result(f"v{words}", width)
-            words += 1
+
+    def word(kind, width, **roles):
+        nonlocal words
+        netlist.lines.append(f"NETBUS NAME=v{words} LEFT={width - 1} RIGHT=0")
+        netlist.oper(kind, f"v{words}", **roles)
+        netlist.result(f"v{words}", width)
+        words += 1
+
+    for left, right in (("a", "b"), ("b", "a"), ("a", "b"), ("a", "a")):
+        for kind, width in {"ADDER": 3, "MULT": 6, "DIV": 3, "MOD": 3, "EQUAL": 1, "LESSTHAN": 1, "SELECTOR": 1,
+                            "PRIO_SELECTOR": 1, "NTO1MUX": 1, "SHIFT_LEFT": 3, "SHIFT_RIGHT": 3, "ROTATE_LEFT": 3,
+                            "ROTATE_RIGHT": 3}.items():
+            carry = "c" if kind in ("ADDER", "LESSTHAN", "SHIFT_LEFT", "SHIFT_RIGHT", "PRIO_SELECTOR") else None
+            word(kind, width, cin=carry, input1=left, input2=right)
+            if kind in ("MULT", "DIV", "MOD"):
+                word(kind, width, signed=1, input1=left, input2=right)
+        for kind in BINARY:
+            word(f"REDUCE_{kind}", 1, input1=right)
+        word("DECODER", 8, input1=right)
+        for function in (0x96, 0xE8):
+            word("LUT", 1, input1=right, function=function)
+    for left, right, carry in 2 * [*itertools.product(("a[0]", "b[0]", "c"), repeat=3)]:
+        netlist.lines.append(f"NET NAME=k{words}")
+        netlist.result(netlist.gate("FADD", cin=carry, input1=left, input2=right, cout=f"k{words}"))
+        netlist.result(f"k{words}")
+        words += 1
     yield netlist
 
 
@@ -219,25 +238,70 @@ def pushes():
                 netlist.oper(selection, f"o{number}", input1=select, input2=",".join(data))
                 netlist.result(f"o{number}")
             yield netlist
-        for carry in (None, "c"):
+        for kind in BINARY:
+            netlist = Text("push", f"push_{selection.lower()}_{kind.lower()}_patterns")
+            select = two_way_select(netlist, selection, a=None, b=None, c=None)
+            nets = [netlist.gate("GND"), netlist.gate("PWR"), "a", "b", "c"]
+            for first in itertools.combinations_with_replacement(nets, 2):
+                for second in itertools.product(nets, repeat=2):
+                    data = [netlist.gate(kind, input1=one, input2=other) for one, other in (first, second)]
+                    select_bit(netlist, selection, select, data)
+            yield netlist
+        for carry in (None, "c", "one"):
             for with_carry_out in (False, True):
-                name = f"push_{selection.lower()}_adders_{int(carry is not None)}_{int(with_carry_out)}"
+                name = f"push_{selection.lower()}_adders_{carry}_{int(with_carry_out)}"
                 netlist = Text("push", name)
-                netlist.inputs(a=3, b=3, d=3, c=None, s=None)
-                select = "s"
-                if selection == "SELECTOR":
-                    select = netlist.gate("INV", input="s")
-                    select = f"s,{select}"
-                for word, (left, right) in {"p": ("a", "b"), "q": ("d", "b")}.items():
-                    netlist.lines += [f"NETBUS NAME={word} LEFT=2 RIGHT=0", f"NET NAME={word}c"]
-                    netlist.oper("ADDER", word, cin=carry, input1=left, input2=right,
-                                 cout=f"{word}c" if with_carry_out else None)
-                bits = ["p[0],q[0]", "p[1],q[1]", "p[2],q[2]"] + (["pc,qc"] if with_carry_out else [])
-                for number, data in enumerate(bits):
-                    netlist.lines.append(f"NETBUS NAME=o{number} LEFT=0 RIGHT=0")
-                    netlist.oper(selection, f"o{number}", input1=select, input2=data)
-                    netlist.result(f"o{number}")
+                select = two_way_select(netlist, selection, a=3, b=3, d=3, c=None)
+                cin = netlist.gate("PWR") if carry == "one" else carry
+                zero = netlist.gate("GND")
+                for number, pair in enumerate(itertools.product(("a", "b", "d", ",".join(3 * [zero])), repeat=2)):
+                    for word, (left, right) in {f"p{number}": ("a", "b"), f"q{number}": pair}.items():
+                        netlist.lines += [f"NETBUS NAME={word} LEFT=2 RIGHT=0", f"NET NAME={word}c"]
+                        netlist.oper("ADDER", word, cin=cin, input1=left, input2=right,
+                                     cout=f"{word}c" if with_carry_out else None)
+                    for bit in ["[0]", "[1]", "[2]"] + (["c"] if with_carry_out else []):
+                        select_bit(netlist, selection, select, [f"p{number}{bit}", f"q{number}{bit}"])
                 yield netlist
+
+
+def two_way_select(netlist, selection, **inputs):
+    netlist.inputs(**inputs, s=None)
+    return "s" if selection == "NTO1MUX" else "s," + netlist.gate("INV", input="s")
+
+
+def select_bit(netlist, selection, select, data):
+    output = f"o{len(netlist.lines)}"
+    netlist.lines.append(f"NETBUS NAME={output} LEFT=0 RIGHT=0")
+    netlist.oper(selection, output, input1=select, input2=",".join(data))
+    netlist.result(output)
+
+
+def sums():
+    """Disjunctions of two and of three products, of which some share nets, are buffered, or are read by others too."""
+    shapes = ("a", "b", "a b", "b a", "a b c", "a (b c)", "(a d) (b c)", "buffered", "read", "na b")
+    netlist = Text("sop", "sums_of_products")
+    netlist.inputs(a=None, b=None, c=None, d=None)
+    inverted, read = netlist.gate("INV", input="a"), netlist.gate("AND", input1="a", input2="b")
+
+    def both(left, right):
+        return netlist.gate("AND", input1=left, input2=right)
+
+    def product(shape):
+        return {"a b": lambda: both("a", "b"), "b a": lambda: both("b", "a"), "a b c": lambda: both(both("a", "b"), "c"),
+                "a (b c)": lambda: both("a", both("b", "c")),
+                "(a d) (b c)": lambda: both(both("a", "d"), both("b", "c")), "read": lambda: read,
+                "buffered": lambda: netlist.gate("BUF", input=both("a", "b")),
+                "na b": lambda: both(inverted, "b")}.get(shape, lambda: shape)()
+
+    terms = [*itertools.product(shapes, repeat=2), *itertools.combinations(shapes, 3)]
+    for form, names in itertools.product(("plain", "common"), terms):
+        name = f"sum{len(netlist.lines)}"
+        nets = [product(shape) for shape in names]
+        netlist.lines.append(f"NETBUS NAME=o{name} LEFT=0 RIGHT=0")
+        netlist.oper("REDUCE_OR", f"o{name}", name=name, input1=",".join(nets))
+        netlist.lines.append(f"ATTRIBUTE OBJECT={name} NAME=sop VALUE={form}")
+        netlist.result(f"o{name}")
+    yield netlist
 
 
 def write(netlists, path):
@@ -259,7 +323,7 @@ def yosys(folder, names):
 
 
 def prove(prover, folder):
-    netlists = [*expansions(), *foldings(), *mergings(), *pushes()]
+    netlists = [*expansions(), *foldings(), *mergings(), *pushes(), *sums()]
     write(netlists, folder / "netlists.txt")
     run = subprocess.run([prover, "netlists.txt", "gold.v", "gate.v"], cwd=folder, capture_output=True, text=True)
     print(run.stderr, end="")
@@ -275,7 +339,7 @@ def prove(prover, folder):
 def self_test(prover, folder):
     """An inverted output has to be noticed in one netlist of each kind."""
     netlists = [operator("adder", "ADDER", {"a": 9, "b": 9}, 9, input1="a", input2="b"),
-                next(foldings()), next(mergings()), next(pushes())]
+                next(foldings()), next(mergings()), next(pushes()), next(sums())]
     write(netlists, folder / "netlists.txt")
     run = subprocess.run([prover, "netlists.txt", "gold.v", "gate.v", "fault"], cwd=folder, capture_output=True,
                          text=True)

@@ -101,6 +101,14 @@ private:
     }
   }
 
+  /// With a carry in: or equal.
+  bool IsLess(const Instance* inst, bool is_signed) {
+    const Word sign = is_signed ? Word{1} << 63 : 0; // shifts negative numbers below the others
+    const Word a = Number(Input1(inst), is_signed) ^ sign;
+    const Word b = Number(Input2(inst), is_signed) ^ sign;
+    return a < b || (a == b && Value(inst->GetCin()));
+  }
+
   bool Shifted(const Instance* inst, unsigned bit, bool right, bool rotate) {
     Bits a = Input1(inst);
     Word amount = Number(Input2(inst));
@@ -139,7 +147,7 @@ private:
     case OPER_REDUCE_NOR: return Count(inst) == 0;
     case OPER_REDUCE_XOR: return Count(inst) % 2;
     case OPER_REDUCE_XNOR: return Count(inst) % 2 == 0;
-    case OPER_LESSTHAN: return Number(Input1(inst)) < Number(Input2(inst)) + Value(inst->GetCin());
+    case OPER_LESSTHAN: return IsLess(inst, inst->IsAttOn("signed"));
     case OPER_EQUAL: return Input1(inst) == Input2(inst);
     case OPER_NTO1MUX: {
       Word select = Number(Input1(inst));

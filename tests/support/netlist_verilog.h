@@ -136,6 +136,8 @@ private:
       return true;
     }
     case OPER_MULTIPLIER: value = left + " * " + right; break;
+    case OPER_DIVIDER: value = left + " / " + right; break;
+    case OPER_MODULO: value = left + " % " + right; break;
     case OPER_SHIFT_LEFT: value = Shift(inst, false, false); break;
     case OPER_SHIFT_RIGHT: value = Shift(inst, true, false); break;
     case OPER_ROTATE_LEFT: value = Shift(inst, false, true); break;
