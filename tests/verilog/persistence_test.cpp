@@ -75,13 +75,15 @@ std::vector<std::filesystem::path> Sources() {
   std::vector<std::filesystem::path> sources;
   for (const auto& entry : std::filesystem::directory_iterator(ZELK_EXAMPLES))
     if (entry.is_directory()) sources.push_back(entry.path());
-  for (const auto& entry : std::filesystem::directory_iterator(ZELK_RTL))
-    if (entry.path().extension() == ".v") sources.push_back(entry.path());
+  for (const char* folder : {ZELK_RTL, ZELK_CORPUS})
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+      if (entry.path().extension() == ".v" || entry.path().extension() == ".sv") sources.push_back(entry.path());
   std::sort(sources.begin(), sources.end());
   return sources;
 }
 
-INSTANTIATE_TEST_SUITE_P(Sources, Persistence, testing::ValuesIn(Sources()),
-                         [](const auto& source) { return source.param.stem().string(); });
+INSTANTIATE_TEST_SUITE_P(Sources, Persistence, testing::ValuesIn(Sources()), [](const auto& source) {
+  return source.param.parent_path().stem().string() + "_" + source.param.stem().string();
+});
 
 } // namespace
