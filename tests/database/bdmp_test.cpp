@@ -21,8 +21,7 @@ protected:
     NetlistTest::SetUp();
     reports.clear();
     kestrin_set_report_handler([](const char* text, const char*, int) { reports.emplace_back(text); });
-    path =
-        testing::TempDir() + "zelk_bdmp_test_" + testing::UnitTest::GetInstance()->current_test_info()->name() + ".db";
+    path = TemporaryFile(testing::UnitTest::GetInstance()->current_test_info()->name());
   }
   void TearDown() override {
     kestrin_set_report_handler(nullptr);

@@ -5,7 +5,7 @@
 #include <random>
 
 #include "database/netlist_fixture.h"
-#include "util/saverestore.h"
+#include "support/database_file.h"
 
 namespace {
 
@@ -231,7 +231,7 @@ protected:
     Set below(HASH_POINTER);
     n->Hierarchy(below, 1);
     for (unsigned pos = 0; pos < below.Size(); pos++) ResolveAll(FromWord<Netlist*>(below.GetAt(pos)));
-    const std::string path = testing::TempDir() + "zelk_random_" + std::to_string(GetParam()) + ".db";
+    const std::string path = TemporaryFile("random_" + std::to_string(GetParam()));
     const std::string bytes = Saved(n, path);
     {
       SaveRestore stream(path.c_str(), 1);

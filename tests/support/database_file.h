@@ -12,12 +12,18 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "database/netlistchecker.h"
 #include "database/primitives.h"
 #include "database/views.h"
 #include "util/linefile.h"
 #include "util/saverestore.h"
+
+/// A database file of this process alone: several may run the same test.
+inline std::string TemporaryFile(const std::string& what) {
+  return testing::TempDir() + "zelk_" + what + "_" + std::to_string(getpid()) + ".db";
+}
 
 /// The file that an object is saved to.
 inline std::string BytesOfSaved(const DesignObj* object, const std::string& path) {

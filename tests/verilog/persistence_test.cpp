@@ -49,7 +49,7 @@ TEST_P(Persistence, ElaboratedDesignsComeBackAsTheyWere) {
   Library* work = Libset::Global()->GetLibrary("work");
   ASSERT_NE(work, nullptr);
   const std::string before = DumpOf(work);
-  const std::string path = testing::TempDir() + "zelk_persistence_" + GetParam().stem().string() + ".db";
+  const std::string path = TemporaryFile("persistence_" + GetParam().stem().string());
   std::string bytes = BytesOfSaved(work, path);
   for (bool swapped : {false, true}) {
     if (swapped) {
