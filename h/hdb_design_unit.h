@@ -91,14 +91,22 @@ struct HDB_PORT {
 class HDB_ENTITY : public HDB_DESIGN_UNIT {
 public:
   using PARAMETERS = std::vector<std::vector<std::string>>;
+  /// What an entity is in its language. Only modules can be the top of a design by themselves.
+  enum ROLE { ROLE_MODULE, ROLE_PRIMITIVE, ROLE_INTERFACE };
   HDB_ENTITY(HDB_SOURCE_FILE* file, const MSG_TEXT_LOCATION_SCHEMA& location, const char* name,
              BASEX_ELABORATOR* elaborator, TYPE type, PARAMETERS parameters, const char* library)
       : HDB_DESIGN_UNIT(file, location, name, elaborator, type, library), m_parameters(std::move(parameters)) {}
 
   virtual HDB_ENTITY* clone_entity(MEM_SEGMENT* segment) = 0;
+  ROLE get_role() const { return m_role; }
+  void set_role(ROLE role) { m_role = role; }
   /// Parameters whose values decide the unit's shape, as triples of text.
   const PARAMETERS& get_parameters() const { return m_parameters; }
   void set_parameters(PARAMETERS parameters) { m_parameters = std::move(parameters); }
+  /// The macros that the text of the unit and of the packages in it uses, as triples of name with formals, text and
+  /// place of the definition: another definition makes another unit.
+  const PARAMETERS& get_macros() const { return m_macros; }
+  void set_macros(PARAMETERS macros) { m_macros = std::move(macros); }
 
   HDB_PORT* create_port(const std::string& name, int direction, const HDB_HDL_TYPE* type);
   const std::vector<std::unique_ptr<HDB_PORT>>& get_ports() const { return m_ports; }
@@ -107,6 +115,8 @@ public:
 
 private:
   PARAMETERS m_parameters;
+  PARAMETERS m_macros;
+  ROLE m_role = ROLE_MODULE;
   std::vector<std::unique_ptr<HDB_PORT>> m_ports;
 };
 

@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <map>
 
 #include "arguments.h"
@@ -47,6 +48,7 @@ public:
 private:
   bool takes_value(const std::string& option) const;
   void act_in_order();
+  void check_outputs() const;
 
   COMMAND_LINE& m_command;
   HDB_ACTION_PT_INSTANCE& m_project;
@@ -106,6 +108,16 @@ void PARSER::act_in_order() {
   }
 }
 
+/// A slip of the keyboard must not cost a source.
+void PARSER::check_outputs() const {
+  for (const std::string& output : m_command.outputs)
+    for (const auto& source : m_project.get_source_files()) {
+      std::error_code none; // a file that is not there is no source
+      if (std::filesystem::equivalent(output, source->get_unmodified_filename(), none))
+        throw USAGE_ERROR("output " + output + " is one of the sources and would replace it");
+    }
+}
+
 PARSE_RESULT PARSER::parse(int argc, char** argv) {
   try {
     std::vector<std::string> arguments(argv + 1, argv + argc);
@@ -114,6 +126,7 @@ PARSE_RESULT PARSER::parse(int argc, char** argv) {
     m_app.parse(arguments);
     act_in_order();
     if (m_project.get_source_files().empty()) throw USAGE_ERROR("no source files; see --help");
+    check_outputs();
     return PARSE_RESULT::RUN;
   } catch (const CLI::Success& done) {
     m_app.exit(done);

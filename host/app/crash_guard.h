@@ -6,4 +6,8 @@
 /// Builds with a sanitizer keep the sanitizer's own.
 void install_crash_guard();
 
+/// What a fault is told to before the process ends; null for nobody, and then a line on the standard error stream tells
+/// it. The process is broken when this is called: a further fault in it, or too long a wait, ends it at once.
+void set_last_words(void (*speak)(const char* what));
+
 #endif

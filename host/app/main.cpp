@@ -6,6 +6,7 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <new>
 
 #include "command_line.h"
 #include "crash_guard.h"
@@ -78,11 +79,42 @@ std::unique_ptr<MSG_SINK> make_diagnostics(const COMMAND_LINE& command) {
   return std::make_unique<TEXT_DIAGNOSTICS>(stderr, color_of(command), detail);
 }
 
+/// Where messages go while a run lasts.
+PROGRESS* current_progress = nullptr;
+
+/// A fault loses none of the messages that were gathered.
+void tell_fault(const char* what) {
+  std::string text = what;
+  if (!current_progress->get_step().empty()) text += " (" + current_progress->get_step() + ")";
+  MSG_INTERNAL_ERROR::report(text.c_str(), "HOST", "", 0);
+  current_progress->finish(EXIT_INTERNAL_ERROR);
+  FIO_OUTPUT_FILE::remove_all();
+}
+
+/// The messages of a run have a sink while the object lives, and so has a fault.
+class MESSAGE_SCOPE {
+public:
+  explicit MESSAGE_SCOPE(PROGRESS& progress) {
+    current_progress = &progress;
+    msg_get_default_report()->set_sink(&progress);
+    set_last_words(tell_fault);
+  }
+  MESSAGE_SCOPE(const MESSAGE_SCOPE&) = delete;
+  MESSAGE_SCOPE& operator=(const MESSAGE_SCOPE&) = delete;
+  ~MESSAGE_SCOPE() {
+    set_last_words(nullptr);
+    msg_get_default_report()->set_sink(nullptr);
+    current_progress = nullptr;
+  }
+};
+
 EXIT_STATUS load_and_run(const COMMAND_LINE& command, HDB_ACTION_PT_INSTANCE& project, ANALYZER_LIBRARY& library,
                          PROGRESS& progress) {
   std::string problem;
   try {
     if (library.load(problem)) return run_design(command, project, library, progress);
+  } catch (const std::bad_alloc&) {
+    problem = "out of memory";
   } catch (const std::exception& thrown) {
     problem = thrown.what();
   }
@@ -103,10 +135,9 @@ EXIT_STATUS run_program(int argc, char** argv) {
   }
   std::unique_ptr<MSG_SINK> diagnostics = make_diagnostics(command);
   PROGRESS progress(stderr, command.progress ? PROGRESS::FORM_LINES : PROGRESS::FORM_ONE_LINE, *diagnostics);
-  msg_get_default_report()->set_sink(&progress);
+  MESSAGE_SCOPE scope(progress);
   EXIT_STATUS status = load_and_run(command, project, library, progress);
   progress.finish(status);
-  msg_get_default_report()->set_sink(nullptr);
   return status;
 }
 

@@ -24,11 +24,12 @@ PROGRESS::PROGRESS(FILE* stream, FORM form, MSG_SINK& next)
       m_start(gen_get_tick_count()) {}
 
 void PROGRESS::show(const char* step, const std::string& object) {
+  m_step = std::string(step) + " " + object;
   if (!m_is_terminal) return;
   clear();
   char time[32];
   std::snprintf(time, sizeof time, "[%6.1f s] ", (gen_get_tick_count() - m_start) / 1000);
-  std::string line = time + std::string(step) + " " + object;
+  std::string line = time + m_step;
   if (m_form == FORM_LINES) {
     line += '\n';
   } else {

@@ -19,6 +19,8 @@ public:
   void show(const char* step, const std::string& object);
   /// Removes a line that is not to stay.
   void clear();
+  /// The last step that was shown, as text; empty before the first.
+  const std::string& get_step() const { return m_step; }
 
   void on_message(const MSG_BASE& message) override;
   void on_internal_error(const std::string& text, const std::string& area, const std::string& file, int line) override;
@@ -31,6 +33,7 @@ private:
   MSG_SINK& m_next;
   bool m_is_terminal;
   bool m_is_shown = false;
+  std::string m_step;
   double m_start;
 };
 

@@ -18,6 +18,20 @@ bool can_be_elaborated(const HDB_DESIGN_UNIT& unit) {
          unit.get_type() == HDB_DESIGN_UNIT::TYPE_VHDL_ENTITY;
 }
 
+/// VHDL entities are modules in this sense.
+HDB_ENTITY::ROLE role_of(const HDB_DESIGN_UNIT& unit) { return static_cast<const HDB_ENTITY&>(unit).get_role(); }
+
+/// The units that can be the top without being asked for: modules, and primitives where there is nothing else.
+std::vector<HDB_DESIGN_UNIT*> possible_tops(const HDB_ACTION_PT_INSTANCE& project) {
+  for (HDB_ENTITY::ROLE role : {HDB_ENTITY::ROLE_MODULE, HDB_ENTITY::ROLE_PRIMITIVE}) {
+    std::vector<HDB_DESIGN_UNIT*> units;
+    for (const auto& unit : project.get_design_units())
+      if (can_be_elaborated(*unit) && role_of(*unit) == role) units.push_back(unit.get());
+    if (!units.empty()) return units;
+  }
+  return {};
+}
+
 std::string library_of(const HDB_DESIGN_UNIT& unit) {
   std::string library = "work";
   unit.get_library(&library);
@@ -128,7 +142,10 @@ HDB_DESIGN_UNIT* RUN::choose_top() {
     HDB_DESIGN_UNIT* unit = m_project.find_entity(m_options.top.c_str(), 1, nullptr, nullptr);
     if (!unit) unit = m_project.find_entity(m_options.top.c_str(), 0, nullptr, nullptr);
     if (!unit) report_host_message(HOST_MESSAGE_TOP_NOT_FOUND, {m_options.top});
-    return unit;
+    if (!unit || role_of(*unit) != HDB_ENTITY::ROLE_INTERFACE) return unit;
+    report_host_message(HOST_MESSAGE_TOP_IS_INTERFACE, {m_options.top}, unit->get_location().get_file(),
+                        unit->get_location().get_line());
+    return nullptr;
   }
   std::vector<HDB_DESIGN_UNIT*> roots = find_roots();
   if (roots.size() == 1) return roots.front();
@@ -136,9 +153,8 @@ HDB_DESIGN_UNIT* RUN::choose_top() {
   // A unit with mistakes hides what it instantiates: its own messages help more than a list of candidates.
   if (m_unit_with_errors) return m_unit_with_errors;
   if (roots.empty()) {
-    bool has_units = std::any_of(m_project.get_design_units().begin(), m_project.get_design_units().end(),
-                                 [](const auto& unit) { return can_be_elaborated(*unit); });
-    report_host_message(has_units ? HOST_MESSAGE_TOP_NONE : HOST_MESSAGE_NO_DESIGN_UNIT);
+    bool has_modules = !possible_tops(m_project).empty();
+    report_host_message(has_modules ? HOST_MESSAGE_TOP_NONE : HOST_MESSAGE_NO_DESIGN_UNIT);
     return nullptr;
   }
   std::string names;
@@ -151,9 +167,7 @@ HDB_DESIGN_UNIT* RUN::choose_top() {
 /// parameters' defaults; what that has to say is said again when it matters.
 std::vector<HDB_DESIGN_UNIT*> RUN::find_roots() {
   STAGE stage(m_times, "choose top");
-  std::vector<HDB_DESIGN_UNIT*> candidates;
-  for (const auto& unit : m_project.get_design_units())
-    if (can_be_elaborated(*unit)) candidates.push_back(unit.get());
+  std::vector<HDB_DESIGN_UNIT*> candidates = possible_tops(m_project);
   if (candidates.size() < 2) return candidates;
 
   std::set<HDB_DESIGN_UNIT*> instantiated;

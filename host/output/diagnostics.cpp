@@ -31,6 +31,10 @@ bool is_note(const MSG_BASE& message) {
   return false;
 }
 
+std::string internal_error_place(const std::string& area, const std::string& file, int line) {
+  return file.empty() ? area : area + ", " + file + ":" + std::to_string(line);
+}
+
 bool is_shown(const MSG_BASE& message, DIAGNOSTICS_DETAIL detail) {
   return detail == DETAIL_ALL || message.get_kind() != MSG_KIND_INFO || is_note(message);
 }

@@ -17,6 +17,9 @@ const char* severity_word(int kind);
 /// A message that only makes sense with the one before it, such as where an object was declared.
 bool is_note(const MSG_BASE& message);
 
+/// Where an internal error arose, as text: the area, and file and line where they are known.
+std::string internal_error_place(const std::string& area, const std::string& file, int line);
+
 /// False for what DETAIL_QUIET leaves out.
 bool is_shown(const MSG_BASE& message, DIAGNOSTICS_DETAIL detail);
 

@@ -150,8 +150,7 @@ JSON write_sarif(const GATHERED& gathered) {
   for (const INTERNAL_ERROR& error : gathered.internal_errors)
     invocation["toolExecutionNotifications"].push_back(
         {{"level", "error"},
-         {"message",
-          {{"text", error.text + " (" + error.area + ", " + error.file + ":" + std::to_string(error.line) + ")"}}}});
+         {"message", {{"text", error.text + " (" + internal_error_place(error.area, error.file, error.line) + ")"}}}});
   JSON run;
   run["tool"]["driver"] = {{"name", PROGRAM}, {"version", version_number()}, {"rules", rules_of(gathered)}};
   run["invocations"].push_back(invocation);

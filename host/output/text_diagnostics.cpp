@@ -33,8 +33,8 @@ void TEXT_DIAGNOSTICS::on_message(const MSG_BASE& message) {
 
 void TEXT_DIAGNOSTICS::on_internal_error(const std::string& text, const std::string& area, const std::string& file,
                                          int line) {
-  std::string all =
-      fmt::format("{}: {} ({}, {}:{})\n", styled(styles[MSG_KIND_ERROR], "internal error"), text, area, file, line);
+  std::string all = fmt::format("{}: {} ({})\n", styled(styles[MSG_KIND_ERROR], "internal error"), text,
+                                internal_error_place(area, file, line));
   std::fwrite(all.data(), 1, all.size(), m_stream);
   std::fflush(m_stream);
 }

@@ -12,6 +12,8 @@ bool ZELK_ENTITY::on_dbb_exit() {
 HDB_ENTITY* ZELK_ENTITY::clone_entity(MEM_SEGMENT*) {
   std::string library;
   bool has_library = get_library(&library);
-  return new ZELK_ENTITY(get_file(), get_location(), get_name(), new ZELK_ELABORATOR, get_type(), {},
-                         has_library ? library.c_str() : nullptr);
+  auto* clone = new ZELK_ENTITY(get_file(), get_location(), get_name(), new ZELK_ELABORATOR, get_type(), {},
+                                has_library ? library.c_str() : nullptr);
+  clone->set_role(get_role());
+  return clone;
 }

@@ -26,6 +26,11 @@ MSG_TEXT_LOCATION_SCHEMA place_of(const VeriIdDef* id) {
 
 const char* file_of(const VeriDesignUnit* unit) { return LineFile::GetFileName(unit->GetId()->Linefile()); }
 
+HDB_ENTITY::ROLE role_of(const VeriDesignUnit* unit) {
+  if (unit->IsInterface()) return HDB_ENTITY::ROLE_INTERFACE;
+  return unit->IsPrimitive() ? HDB_ENTITY::ROLE_PRIMITIVE : HDB_ENTITY::ROLE_MODULE;
+}
+
 const char* library_of(const VeriDesignUnit* unit) {
   const VeriLibrary* library = unit->GetLibrary();
   return library ? library->Name() : nullptr;
@@ -75,8 +80,10 @@ void ZELK_ANALYZER_IMPL::register_module(VeriDesignUnit* v_module) {
   const char* library = library_of(v_module);
   const char* filename = file_of(v_module);
   HDB_SOURCE_FILE* file = filename ? find_or_create_source_file(filename, library) : m_info->source_file;
-  add_to_entity_list(new ZELK_ENTITY(file, place_of(id), v_module->FullName().c_str(), new ZELK_ELABORATOR,
-                                     HDB_DESIGN_UNIT::TYPE_VERILOG_MODULE, {}, library));
+  auto* entity = new ZELK_ENTITY(file, place_of(id), v_module->FullName().c_str(), new ZELK_ELABORATOR,
+                                 HDB_DESIGN_UNIT::TYPE_VERILOG_MODULE, {}, library);
+  entity->set_role(role_of(v_module));
+  add_to_entity_list(entity);
 }
 
 /// Names of packages are flat in the host: one in a user's library carries the name of the library.
@@ -155,14 +162,33 @@ bool is_encrypted(HDB_ACTION_PT_INSTANCE* ap_inst, const VeriDesignUnit* unit) {
   return file && file->is_encrypted();
 }
 
-/// The host learns which parameters an instance can set: name, keyword, default value.
-void register_parameters(HDB_ACTION_PT_INSTANCE* ap_inst, const VeriModule* module) {
-  HDB_ENTITY* entity = ap_inst->find_entity(module->FullName().c_str(), 1, library_of(module), nullptr);
-  if (!entity) return;
+HDB_ENTITY::PARAMETERS parameters_of(const VeriModule* module) {
   HDB_ENTITY::PARAMETERS parameters;
   for (const VeriParamId* id : module->OverridableParams())
     parameters.push_back({id->Name(), "parameter", id->InitialValue() ? id->InitialValue()->Image() : ""});
-  entity->set_parameters(std::move(parameters));
+  return parameters;
+}
+
+/// The macros of the module and of all packages that it depends on, which become dependents of its own.
+HDB_ENTITY::PARAMETERS macros_of(const VeriModule* module) {
+  VeriDesignUnitId* id = module->GetId();
+  Set dependents;
+  VeriDesignUnitId::CollectDependents(id, dependents);
+  HDB_ENTITY::PARAMETERS macros;
+  for (VeriDesignUnitId* dependent : KeysOf<VeriDesignUnitId*>(&dependents)) {
+    if (dependent != id) id->AddDependent(dependent);
+    for (const VeriMacroNode& macro : *dependent->GetMacros())
+      macros.push_back({macro.key, macro.value, macro.location});
+  }
+  return macros;
+}
+
+/// The host learns which parameters an instance can set: name, keyword, default value; and what macros the text uses.
+void tell_entity(HDB_ACTION_PT_INSTANCE* ap_inst, const VeriModule* module) {
+  HDB_ENTITY* entity = ap_inst->find_entity(module->FullName().c_str(), 1, library_of(module), nullptr);
+  if (!entity) return;
+  entity->set_parameters(parameters_of(module));
+  entity->set_macros(macros_of(module));
 }
 
 } // namespace
@@ -183,7 +209,7 @@ bool ZELK_ANALYZER_IMPL::resolve_all_design_units(HDB_ACTION_PT_INSTANCE* ap_ins
     unit->Resolve();
     create_implicit_verilog_dependencies(unit);
     Message::ShowAllMessages();
-    if (ap_inst && unit->IsModule()) register_parameters(ap_inst, static_cast<const VeriModule*>(unit));
+    if (ap_inst && unit->IsModule()) tell_entity(ap_inst, static_cast<const VeriModule*>(unit));
   }
   if (Message::ErrorCount() != 0) return false;
   if (files && dependencies) {

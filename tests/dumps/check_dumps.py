@@ -16,8 +16,6 @@ def dump(host, file_list, folder):
     flags = [f"zelk_{kind}_netlist_{label}=on" for label in LABELS for kind in ("dump", "debussy_dump")]
     flags += ["zelk_dump_netlist=on", "zelk_debussy_dump_netlist=on"]
     options = [word for flag in flags for word in ("--set", flag)]
-    # An interface is a unit that no module has instances of, so that the top is named: it stands last in the list.
-    options += ["--top", pathlib.Path(file_list.read_text().split()[-1]).stem]
     subprocess.run([host, "-f", str(file_list), "--quiet", *options, "-o", "out.v"], cwd=folder, check=True,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     return {path.name: path for path in sorted((folder / "db").iterdir())}

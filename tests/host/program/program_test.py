@@ -7,9 +7,11 @@ import json
 import os
 import pty
 import re
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 import xml.etree.ElementTree
 from pathlib import Path
@@ -198,6 +200,38 @@ class Status(Program):
         self.assertTrue(text.endswith("0 errors, 1 warning that count as errors\n") or "counts as" in text, text)
         self.assertFalse((self.directory / "out.v").exists())
 
+    def test_an_internal_error_has_its_own_status_and_its_place(self):
+        self.write(GOOD)
+        text = self.run_host("--option", "CONSTANT_LOOP_LIMIT=-1", "top.v", "-o", "out.v", status=3).stderr
+        self.assertRegex(text, r"(?m)^internal error: Verilog loop limit must be non-negative \(ZELK, .*\.cpp:\d+\)$")
+        self.assertFalse((self.directory / "out.v").exists())
+
+    def test_a_fault_loses_no_message(self):
+        """The run waits for the reader of a pipe when the fault comes."""
+        self.write(WARNED.replace("q <= d + 1", "q <= {d, d}"))
+        os.mkfifo(self.directory / "out.v")
+        for form, schema in (("text", None), ("json", OWN_SCHEMA), ("sarif", SARIF_SCHEMA)):
+            former = self.directory / f"{form}.json"
+            process = subprocess.Popen([HOST, f"--diagnostics={form}", "top.v", "-o", former.name, "-o", "out.v"],
+                                       cwd=self.directory, text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            deadline = time.monotonic() + 60
+            while not former.exists() and time.monotonic() < deadline:
+                time.sleep(0.02)
+            process.send_signal(signal.SIGSEGV)
+            text = process.communicate(timeout=60)[1]
+            if process.returncode != 3:  # a sanitizer keeps its own handlers
+                self.assertIn("Sanitizer", text)
+                return
+            self.assertIn("10230", text)
+            self.assertIn("invalid memory access or stack overflow (Elaborating top)", text)
+            if schema:
+                validate(json.loads(text), schema)
+
+    def test_an_output_does_not_replace_a_source(self):
+        self.write(GOOD)
+        self.assertIn("one of the sources", self.run_host("top.v", "-o", "./top.v", status=2).stderr)
+        self.assertEqual((self.directory / "top.v").read_text(), GOOD)
+
     def test_outputs_of_former_runs_stay_on_errors_and_nothing_unfinished_remains(self):
         self.write(TYPO)
         self.write("former", "out.v")
@@ -212,6 +246,22 @@ class Status(Program):
     def test_an_output_that_cannot_be_written_is_an_error(self):
         self.write(GOOD)
         self.assertIn("nowhere", self.run_host("top.v", "-o", "nowhere/out.v", status=1).stderr)
+
+
+class Top(Program):
+    INTERFACES = """interface bus; logic d; endinterface
+module part(bus b, output y); assign y = b.d; endmodule
+module whole(input a, output y); bus b(); assign b.d = a; part p(b, y); endmodule
+primitive cell_of_none(o, a); output o; input a; table 0 : 1; 1 : 0; endtable endprimitive
+"""
+
+    def test_only_modules_are_tops_by_themselves(self):
+        self.write(self.INTERFACES, "top.sv")
+        self.run_host("--quiet", "top.sv", "-o", "out.json")
+        modules = json.loads((self.directory / "out.json").read_text())["modules"]
+        self.assertEqual(next(iter(modules)), "whole")
+        self.assertIn("is an interface", self.run_host("--top", "bus", "top.sv", status=1).stderr)
+        self.run_host("--top", "cell_of_none", "top.sv")
 
 
 class Parameters(Program):
