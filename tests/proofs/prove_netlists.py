@@ -242,10 +242,9 @@ def pushes():
             netlist = Text("push", f"push_{selection.lower()}_{kind.lower()}_patterns")
             select = two_way_select(netlist, selection, a=None, b=None, c=None)
             nets = [netlist.gate("GND"), netlist.gate("PWR"), "a", "b", "c"]
-            for first in itertools.combinations_with_replacement(nets, 2):
-                for second in itertools.product(nets, repeat=2):
-                    data = [netlist.gate(kind, input1=one, input2=other) for one, other in (first, second)]
-                    select_bit(netlist, selection, select, data)
+            for pairs in itertools.product(itertools.combinations_with_replacement(nets, 2), repeat=2):
+                data = [netlist.gate(kind, input1=one, input2=other) for one, other in pairs]
+                select_bit(netlist, selection, select, data)
             yield netlist
         for carry in (None, "c", "one"):
             for with_carry_out in (False, True):
