@@ -218,6 +218,21 @@ TEST_F(Hierarchy, BlackBoxesAndLooseInstancesStay) {
   top.reset(new Netlist("top"));
 }
 
+TEST_F(Hierarchy, FlatteningEndsAtTheLeavesOrAtAViewThatContainsItself) {
+  Netlist* half = MakeHalf();
+  auto* wrapper = new Netlist("wrapper");
+  half->Owner()->Add(wrapper);
+  for (const char* name : {"h0", "h1"}) wrapper->Add(new Instance(name, half));
+  Use(wrapper, "w0");
+  Use(wrapper, "w1");
+  EXPECT_EQ(top->Flatten(), 6U);
+  EXPECT_EQ(top->NumOfInsts(), 4 * half->NumOfInsts());
+  half->Add(new Instance("again", half));
+  Use(wrapper, "w2");
+  EXPECT_GT(top->Flatten(), 3U);
+  delete half->GetInst("again");
+}
+
 TEST_F(Hierarchy, UngroupingAGroupGivesTheNetlistBack) {
   MakeHalf()->Owner()->Owner()->Add(new Cell("top"));
   Libset::Global()->GetLibrary("work")->GetCell("top")->Add(top.get());

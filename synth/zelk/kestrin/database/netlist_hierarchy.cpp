@@ -162,11 +162,18 @@ Netlist* Netlist::Copy() const {
   return copy;
 }
 
+// A pass takes away a level, and there are no more levels than views, unless a view contains itself.
 unsigned Netlist::Flatten() {
+  Set views(HASH_POINTER);
+  Hierarchy(views, /*top_down*/ 1);
+  unsigned levels = 0;
+  for (const Netlist* view : KeysOf<Netlist*>(&views)) levels += view->Type() == PRIM_NONE;
   unsigned total = 0;
-  for (unsigned flattened = 1; flattened; total += flattened) {
+  for (unsigned flattened = 1; flattened && levels; total += flattened, levels--) {
     flattened = 0;
-    for (Instance* inst : InstancesOf(this)) flattened += inst->Flatten();
+    std::vector<Instance*> level;
+    for (Instance* inst : InstancesOf(this)) level.push_back(inst);
+    for (Instance* inst : level) flattened += inst->Flatten();
   }
   return total;
 }
