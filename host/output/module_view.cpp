@@ -367,11 +367,21 @@ std::string text_of(const REGISTER_CONTROLS& controls) {
 
 } // namespace
 
+/// A gate that reads another bit of the vector that it drives: in one group with that bit's gate the vector would seem
+/// to feed itself.
+bool MODULE_VIEW::reads_signal(const CDB_SGATE_NODE& node, int signal) const {
+  return std::any_of(node.get_iterms().begin(), node.get_iterms().end(), [&](const auto& term) {
+    BIT bit = input(term.get());
+    return bit.is_net() && get_place(bit.net).signal == signal;
+  });
+}
+
 /// Nodes of equal keys do the same to their bits; empty for nodes that stand alone.
 std::string MODULE_VIEW::group_key(const CDB_SGATE_NODE& node) const {
   const CDB_SGATE_OTERM* term = node.get_oterms().size() == 1 ? node.get_first_oterm() : nullptr;
   if (!term || joined(term) != term || !output(term).is_net()) return "";
   const NET_PLACE& place = get_place(output(term).net);
+  if (!is_storage(node) && reads_signal(node, place.signal)) return "";
   std::string key = std::to_string(place.signal) + ":" + std::to_string(node.get_sgate_type()) +
                     (term->is_inverted() ? "~" : "") + ":";
   switch (node.get_sgate_type()) {

@@ -117,6 +117,7 @@ private:
   void make_groups();
   void bind(const CDB_SGATE_OTERM* term, int signal, size_t offset);
   std::string group_key(const CDB_SGATE_NODE& node) const;
+  bool reads_signal(const CDB_SGATE_NODE& node, int signal) const;
 
   const UNIT_RESULT& m_result;
   std::vector<SIGNAL> m_signals;

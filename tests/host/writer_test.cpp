@@ -63,6 +63,16 @@ TEST(SignalNames, EachNameIsGivenOnce) {
   EXPECT_EQ(names.make_unique("b"), "b");
 }
 
+TEST(VerilogWriter, AGateThatReadsItsOwnVectorStandsAlone) {
+  NETLIST_BUILDER n("m");
+  WIRE a = n.input("a");
+  WIRE first = n.gate(CDB_COMB_NOT, {a}, false, "x[0]");
+  WIRE second = n.gate(CDB_COMB_NOT, {first}, false, "x[1]");
+  n.output("o[0]", first);
+  n.output("o[1]", second);
+  EXPECT_THAT(verilog(n), HasSubstr("assign x[1] = ~(x[0]);"));
+}
+
 TEST(VerilogWriter, BitsOfOneNameBecomeAVectorWithItsDeclaredBounds) {
   NETLIST_BUILDER n("m");
   WIRES a;
