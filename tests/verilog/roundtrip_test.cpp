@@ -1,4 +1,5 @@
 // What is printed reads back as the same tree: over all sources of this tree, in each dialect that takes them.
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -79,6 +80,33 @@ TEST(RoundTrip, EverySourceOfThisTreeReadsBackInEachDialectThatTakesIt) {
       if (legal) count++;
     }
   EXPECT_GT(count, 30U);
+}
+
+/// Writes designs of the generator, of each of its dialects, into a folder.
+int Generate(const SCRATCH_DIR& folder, unsigned seeds) {
+  const std::string program =
+      folder.write("generate.py", "import collections, gendesign, sys\n"
+                                  "for dialect, suffix in ('v', 'v'), ('s', 'sv'):\n"
+                                  "    for seed in range(int(sys.argv[2])):\n"
+                                  "        design = gendesign.make_design(seed, dialect, collections.Counter())\n"
+                                  "        with open(f'{sys.argv[1]}/designs/{dialect}{seed}.{suffix}', 'w') as out:\n"
+                                  "            out.write(str(design.root))\n");
+  std::filesystem::create_directory(folder.path("designs"));
+  const std::string command = "PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=" ZELK_SOURCE_DIR "/tests/equivalence python3 " +
+                              program + " " + folder.path("") + " " + std::to_string(seeds);
+  return std::system(command.c_str());
+}
+
+TEST(RoundTrip, GeneratedDesignsReadBack) {
+  constexpr unsigned seeds = 40;
+  SCRATCH_DIR folder;
+  ASSERT_EQ(Generate(folder, seeds), 0);
+  const std::vector<std::filesystem::path> sources = SourcesBelow(folder.path("designs"));
+  EXPECT_EQ(sources.size(), 2 * seeds);
+  for (const std::filesystem::path& source : sources) {
+    std::string refusal;
+    EXPECT_TRUE(ReadBack(source, &refusal)) << source << "\n" << refusal;
+  }
 }
 
 TEST(RoundTrip, TheConstructsOfADialectAreTakenByItAndThoseAfterIt) {

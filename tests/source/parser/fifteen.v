@@ -19,7 +19,7 @@ module fifteen(input a, input b, output q); // expect: error VERI-1072 10112 "Ig
   assign q = a +; // expect: error VERI-1137 10170 "near text \";\";  expecting an operand"
   assign q = (a; // expect: error VERI-1137 10170 "near text \";\";  expecting \")\""
   wire [a: w2; // expect: error VERI-1137 10170 "near text \";\";  expecting \"]\""
-  parameter = 3;
+  parameter = 3; // expect: error VERI-1137 10170 "near text \"=\";  expecting an identifier"
   wire ok9, ok10;
   initial begin r1 = 1 end // expect: error VERI-1137 10170 "near text \"end\";  expecting \";\""
 endmodule

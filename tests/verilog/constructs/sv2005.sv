@@ -63,7 +63,8 @@ module automatic m import p::*; #(int W = 8, parameter type T = logic, U = int, 
     if (y ==? 8'b1?) y = 1; if (y !=? 2) y = add(1, p::add(.a(1), .b(2)));
     if (y inside {1, [3:5], [7:$]}) y = 2;
     void'(add(1, 2)); pkt.data[3:0] = 4'd1; nothing(); if ((y = 1)) y = $bits(byte_t) + $bits(logic [3:0]);
-    if ((y += 2) > 1) y = ++y + --by;
+    if ((y += 2) > 1) y = ++y + --by + y++ - by--;
+    unique case (y) inside 1, [2:3]: by = 1; 8'b1???????, [40:$]: by = 2; default by = 3; endcase
     assert (y == 1) else $error("x"); assume (y); lbl: assert (y) y = 1; else y = 2;
     if (y) assert (a) y = 1; else y = 2;
     cover (y);
@@ -73,6 +74,7 @@ module automatic m import p::*; #(int W = 8, parameter type T = logic, U = int, 
   always_ff @(posedge clk or negedge rst) if (!rst) st <= IDLE; else st <= next;
   always_ff @(posedge clk iff rst) v <= a[0];
   always @(posedge clk iff rst or negedge l) v <= a[0];
+  always @(posedge clk iff y[0] or negedge rst) if (!rst) v <= 0; else v <= a[0];
   always_latch if (l) v <= a[0];
   final $display("end");
   bus bi (.clk); bus bj (.*), bk (.clk, .*);
@@ -98,4 +100,7 @@ module automatic m import p::*; #(int W = 8, parameter type T = logic, U = int, 
     wait (a) ;
   end
 endmodule : m
+extern module m3 #(parameter W = 2) (input byte i, output logic [W-1:0] o);
+module m3 (.*); assign o = 1; endmodule
+typedef ahead_t; typedef ahead_t ahead_a [2]; typedef struct packed { logic a; } ahead_t;
 module m2 (global_t h, output p::byte_t o); assign o = h[7:0]; endmodule

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <sstream>
 #include <unordered_map>
 
 #include "util/message.h"
@@ -40,6 +41,7 @@ struct ParserState {
   bool has_kept = false;
   unsigned unread_count = 0; // since a token came from the scanner
   int last_code = 0;
+  int head_code = 0; // of the word that begins a design unit, behind the unit's name
   int stray_unit = VERI_MODULE;
   const char* last_text = nullptr;
   const char* package = nullptr; // the name in front of the last "::"
@@ -141,12 +143,37 @@ bool is_stray_unit(int code) {
 
 } // namespace
 
+namespace {
+
+/// The ports of a head that are given as `(.*)` are those of its extern declaration, and so are its parameters.
+void expand_extern_ports(veri_token* token) {
+  const bool begins_ports = token->code == VERI_OPAREN && parser.head_code && parser.last_text;
+  if (!begins_ports) return;
+  const VeriDesignUnit* unit = parser.work->GetDefinition(parser.last_text);
+  const auto* declared = unit && unit->IsModule() ? static_cast<const VeriModule*>(unit) : nullptr;
+  if (!declared || !declared->IsExtern() || !declared->HasAnsiPorts()) return;
+  veri_token next;
+  scan(&next);
+  if (next.code != VERI_DOT_STAR) return keep(next);
+  std::ostringstream head;
+  declared->PrintPorts(head, 0);
+  const std::string text = head.str();
+  VeriLex::PushBack(text.substr(0, text.rfind(')')).c_str());
+  scan(token);
+}
+
+bool begins_head(int code) { return code == VERI_MODULE || code == VERI_MACROMODULE || code == VERI_INTERFACE; }
+
+} // namespace
+
 veri_token veri_next_token() {
   veri_token token;
   scan(&token);
+  if (VeriNode::IsSystemVerilog()) expand_extern_ports(&token);
   if (!token.linefile) token.linefile = static_cast<veri_location>(VeriLex::GetLineFile());
   if (token.code == VERI_ID && VeriNode::IsSystemVerilog()) token.code = classify_name(token);
   if (token.code == VERI_SCOPE_OP) parser.package = parser.last_text;
+  parser.head_code = begins_head(parser.last_code) && token.text ? parser.last_code : 0;
   parser.last_code = token.code;
   parser.last_text = token.text;
   if (is_stray_unit(token.code)) {
@@ -750,6 +777,21 @@ VeriModuleItems* veri_append_param_port(VeriModuleItems* ports, VeriIdDecl* id) 
   return ports;
 }
 
+VeriModuleItem* veri_announce_type(const char* name, veri_location place) {
+  return veri_closed(veri_type_decl(nullptr, name, nullptr, place));
+}
+
+namespace {
+
+/// The definition of a type takes the place of its announcement.
+void replace_announcement(const char* name) {
+  VeriIdDef* former = parser.scope->FindHere(name);
+  if (former && former->IsDataType() && static_cast<VeriDataType*>(former)->IsAnnouncement())
+    parser.scope->Undeclare(former);
+}
+
+} // namespace
+
 VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* ranges, veri_location place,
                                unsigned param_token) {
   auto id = std::make_unique<VeriDataType>(name, place);
@@ -759,6 +801,7 @@ VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* 
   VeriDataType* declared = id.get();
   auto* decl = new VeriTypeDecl(type, new VeriIdDecl(std::move(id), ranges, nullptr, place), place);
   declared->SetModuleItem(decl);
+  if (!param_token) replace_announcement(name);
   declare_id(declared);
   return decl;
 }
@@ -814,11 +857,12 @@ VeriRange* veri_sized_dimension(VeriExpression* size, veri_location place) {
   veri_need_systemverilog(place, "dimension given by its size");
   if (!size->IsOpen()) return new VeriRange(size, nullptr, VERI_COLON, place);
   delete size;
-  return veri_unsupported_dimension(place, "queues");
+  veri_error(place, "queues are not supported");
+  return veri_refused_dimension(place);
 }
 
-VeriRange* veri_unsupported_dimension(veri_location place, const char* feature) {
-  return new VeriRange(veri_unsupported_operand(place, feature), nullptr, VERI_COLON, place);
+VeriRange* veri_refused_dimension(veri_location place) {
+  return new VeriRange(veri_refused_operand(place), nullptr, VERI_COLON, place);
 }
 
 VeriDataDecl* veri_struct_member(VeriTypeDef* type, VeriIdDecls* ids, veri_location place) {
@@ -1582,11 +1626,43 @@ VeriStatement* veri_foreach(VeriScopeHead* head, VeriStatement* body) {
   return body;
 }
 
-// An event that counts while a condition holds is the statement under the condition. Beside other events it is not.
+namespace {
+
+/// The event of a list that alone counts only while a condition holds; null for none or several.
+VeriEventExpression* conditional_event(const VeriExpressions& events) {
+  VeriEventExpression* found = nullptr;
+  for (VeriExpression* expression : events) {
+    auto* event = dynamic_cast<VeriEventExpression*>(expression);
+    if (!event || !event->Condition()) continue;
+    if (found) return nullptr;
+    found = event;
+  }
+  return found;
+}
+
+/// The conditional statement whose last branch is what the clock does when each of the other events, which are resets
+/// and their like, has a branch before it; null when the statement has no such form.
+VeriConditionalStatement* clocked_branch(VeriStatement* statement, unsigned others) {
+  if (auto* block = dynamic_cast<VeriSeqBlock*>(statement)) statement = block->OnlyStatement();
+  auto* conditional = dynamic_cast<VeriConditionalStatement*>(statement);
+  while (conditional && --others) conditional = dynamic_cast<VeriConditionalStatement*>(conditional->Else());
+  return conditional;
+}
+
+} // namespace
+
+// An event that counts while a condition holds is the statement under the condition; beside resets that is the
+// statement behind their branches. In any other form the event keeps its condition.
 VeriStatement* veri_event_statement(VeriExpressions* events, VeriStatement* statement, veri_location place) {
-  auto* only = events->Size() == 1 ? dynamic_cast<VeriEventExpression*>(events->GetFirst()) : nullptr;
-  if (VeriExpression* condition = only ? only->TakeCondition() : nullptr)
-    statement = new VeriConditionalStatement(condition, statement, nullptr, 0, place);
+  VeriEventExpression* event = conditional_event(*events);
+  const unsigned others = events->Size() - 1;
+  if (event && !others) {
+    statement = new VeriConditionalStatement(event->TakeCondition(), statement, nullptr, 0, place);
+  } else if (event && event->IsEdge()) {
+    VeriConditionalStatement* last = clocked_branch(statement, others);
+    if (VeriStatement* branch = last ? last->TakeElse() : nullptr)
+      last->SetElse(new VeriConditionalStatement(event->TakeCondition(), branch, nullptr, 0, place));
+  }
   return new VeriEventControlStatement(events, statement, place);
 }
 
@@ -1643,16 +1719,13 @@ VeriExpression* veri_binary(unsigned token, VeriExpression* left, VeriExpression
   return veri_bounded(veri_with(new VeriBinaryOperator(token, left, right, place), attributes));
 }
 
-VeriExpression* veri_operand(VeriAssignmentOperator* assignment, veri_location place) {
+VeriExpression* veri_operand(VeriAssignmentOperator* assignment, veri_location place, veri_operand_value value) {
   veri_need_systemverilog(place, "an assignment in an expression");
-  assignment->SetIsOperand();
+  assignment->SetIsOperand(value);
   return veri_bounded(assignment);
 }
 
-VeriExpression* veri_unsupported_operand(veri_location place, const char* feature) {
-  veri_unsupported(place, feature);
-  return zero(place);
-}
+VeriExpression* veri_refused_operand(veri_location place) { return zero(place); }
 
 VeriIndexedName* veri_index(VeriName* prefix, VeriExpression* index) {
   const auto place = static_cast<veri_location>(prefix->Linefile());

@@ -68,8 +68,8 @@ struct VeriScopeHead {
   std::unique_ptr<VeriTimeLiteral> time_precision;
   std::unique_ptr<VeriExpression> condition; // of a loop over an array
   std::unique_ptr<VeriStatement> step;
-  VeriScopeHead* outer = nullptr; // the block or unit around
-  VeriScope* base = nullptr;      // where the scope of a block hangs
+  VeriScopeHead* outer = nullptr;          // the block or unit around
+  VeriScope* base = nullptr;               // where the scope of a block hangs
   unsigned errors = Message::ErrorCount(); // when it was opened
   unsigned celldefine = 0;
   unsigned default_nettype = 0;
@@ -186,6 +186,8 @@ VeriModuleItem* veri_param_decl(unsigned token, VeriTypeDef* type, VeriIdDecls* 
 VeriModuleItem* veri_type_decl(VeriTypeDef* type, const char* name, VeriRanges* ranges, veri_location place,
                                unsigned param_token = 0);
 /// The parameters of one declaration get its token.
+/// A type whose definition comes later, IEEE 1800-2005 clause 4.9.
+VeriModuleItem* veri_announce_type(const char* name, veri_location place);
 VeriModuleItems* veri_close_type_params(VeriModuleItems* params, unsigned token);
 VeriModuleItem* veri_import(const char* package, const char* name, veri_location place);
 /// Typing errors in a list of declared names.
@@ -199,7 +201,7 @@ VeriTypeDef* veri_struct_type(unsigned token, bool is_tagged, unsigned packed, u
 /// `[size]`, and `[$]`, which is refused.
 VeriRange* veri_sized_dimension(VeriExpression* size, veri_location place);
 /// A dimension whose form is refused.
-VeriRange* veri_unsupported_dimension(veri_location place, const char* feature);
+VeriRange* veri_refused_dimension(veri_location place);
 VeriDataDecl* veri_struct_member(VeriTypeDef* type, VeriIdDecls* ids, veri_location place);
 VeriTypeDef* veri_enum_type(VeriTypeDef* base, VeriIdDecls* elements, VeriRanges* ranges, veri_location place);
 
@@ -278,9 +280,10 @@ VeriExpression* veri_unary(unsigned token, VeriExpression* operand, veri_locatio
 VeriExpression* veri_binary(unsigned token, VeriExpression* left, VeriExpression* right, veri_location place,
                             Map* attributes = nullptr);
 /// An assignment that is an operand.
-VeriExpression* veri_operand(VeriAssignmentOperator* assignment, veri_location place);
-/// What is refused, as an operand.
-VeriExpression* veri_unsupported_operand(veri_location place, const char* feature);
+VeriExpression* veri_operand(VeriAssignmentOperator* assignment, veri_location place,
+                             veri_operand_value value = VERI_NEW_VALUE);
+/// What stands for an operand that was refused.
+VeriExpression* veri_refused_operand(veri_location place);
 VeriIndexedName* veri_index(VeriName* prefix, VeriExpression* index);
 VeriIndexedName* veri_add_index(VeriIndexedName* name, VeriExpression* index);
 VeriName* veri_selected(VeriName* prefix, const char* suffix, veri_location place);

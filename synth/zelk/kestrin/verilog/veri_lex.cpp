@@ -509,6 +509,10 @@ void VeriLex::NextToken(veri_token* token) {
     *token = veri_token();
 }
 
+void VeriLex::PushBack(const char* text) {
+  if (scanner) scanner->PushBack(text);
+}
+
 void VeriLex::EndFlex() {
   if (!scanner) return;
   scanner->ReportEnd();

@@ -52,6 +52,8 @@ public:
   static void NextToken(veri_token* token);
   /// Reports an unclosed conditional and drops all inputs. Harmless without StartFlex.
   static void EndFlex();
+  /// Text that is read next, as if it stood at this place of the source.
+  static void PushBack(const char* text);
   /// The text as the scanner hands it out, where it was not read by the scanner.
   static const char* Intern(const char* text);
   /// Frees the texts of tokens too, and puts settings and directives back to what they were at the start.

@@ -49,6 +49,7 @@ public:
   veri_dialect Dialect() const { return _dialect; }
   unsigned TranslateOffNesting() const { return _translate_off_nesting; }
   void ClearSemicolonFlag() { _after_semicolon = false; }
+  void PushBack(std::string_view text) { _in.PushBack(text.data(), text.size()); }
 
 private:
   enum class State : uint8_t {

@@ -185,8 +185,8 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
   par_block case_statement
   conditional loop_statement timed_statement procedural_continuous for_init_assign
 %type <stmts> for_steps for_inits
-%type <case_item> case_item
-%type <case_items> case_items
+%type <case_item> case_item inside_item
+%type <case_items> case_items inside_items
 %type <control> intra_control_opt
 %type <assignment> assignment_expr
 %type <table> udp_table udp_rows
@@ -558,6 +558,7 @@ direction
 
 /* Module items. */
 
+/* Behind the semicolon of a broken item the next one is read with errors told, which is sooner than three tokens on. */
 module_items
   : %empty { $$ = new VeriModuleItems; }
   | module_items attrs module_item { $$ = veri_append_item($1, $3, $2); }
@@ -565,7 +566,7 @@ module_items
   | module_items attrs module_decl { $$ = veri_append_item($1, veri_nested_module($3, @3), $2); }
   | module_items attrs interface_decl { $$ = veri_append_item($1, veri_nested_module($3, @3), $2); }
   | module_items attrs ";" { $$ = veri_null_item($1, $2, @3); }
-  | module_items error ";" { $$ = $1; }
+  | module_items error ";" { yyerrok; $$ = $1; }
   ;
 
 module_item
@@ -646,6 +647,9 @@ specparam_decl
 
 type_decl
   : "typedef" data_type any_id dimensions_opt ";" { $$ = veri_closed(veri_type_decl($2, $3, $4, @3)); }
+  | "typedef" VERI_ID ";" { $$ = veri_announce_type($2, @2); }
+  | "typedef" struct_keyword VERI_ID ";" { $$ = veri_announce_type($3, @3); }
+  | "typedef" "enum" VERI_ID ";" { $$ = veri_announce_type($3, @3); }
   ;
 
 genvar_decl
@@ -888,9 +892,9 @@ dimension
   : packed_dim
   | "[" expr "]"
     { $$ = veri_sized_dimension($2, @1); }
-  | "[" "]" { $$ = veri_unsupported_dimension(@1, "dynamic arrays"); }
-  | "[*" "]" { $$ = veri_unsupported_dimension(@1, "associative arrays"); }
-  | "[" data_type "]" { veri_discard($2); $$ = veri_unsupported_dimension(@1, "associative arrays"); }
+  | "[" "]" { veri_error(@1, "dynamic arrays are not supported"); $$ = veri_refused_dimension(@1); }
+  | "[*" "]" { veri_error(@1, "associative arrays are not supported"); $$ = veri_refused_dimension(@1); }
+  | "[" data_type "]" { veri_discard($2); veri_error(@1, "associative arrays are not supported"); $$ = veri_refused_dimension(@1); }
   ;
 
 /* Strengths and delays, which have no effect in hardware. */
@@ -1226,7 +1230,7 @@ gen_items
   | gen_items attrs module_item { $$ = veri_append_item($1, $3, $2); }
   | gen_items attrs item_group { $$ = veri_append_items($1, $3, $2); }
   | gen_items attrs ";" { $$ = veri_null_item($1, $2, @3); }
-  | gen_items error ";" { $$ = $1; }
+  | gen_items error ";" { yyerrok; $$ = $1; }
   ;
 
 gen_conditional
@@ -1368,7 +1372,7 @@ specify_head
 specify_items
   : %empty { $$ = new VeriModuleItems; }
   | specify_items specify_item { $$ = veri_append($1, $2); }
-  | specify_items error ";" { $$ = $1; }
+  | specify_items error ";" { yyerrok; $$ = $1; }
   ;
 
 specify_item
@@ -1525,21 +1529,21 @@ ignored_item
   | clocking_keyword { veri_skip_to(VERI_ENDCLOCKING); } "endclocking" closing_label
     { $$ = new VeriIgnoredItem(VERI_CLOCKING, @1); }
   | class_keyword { veri_skip_to(VERI_ENDCLASS, VERI_CLASS); } "endclass" closing_label
-    { veri_unsupported(@1, "classes"); $$ = nullptr; }
+    { veri_error(@1, "classes are not supported"); $$ = nullptr; }
   | "program" { veri_skip_to(VERI_ENDPROGRAM); } "endprogram" closing_label
-    { veri_unsupported(@1, "programs"); $$ = nullptr; }
-  | "bind" { veri_skip_to(VERI_SEMICOLON); } ";" { veri_unsupported(@1, "bind directives"); $$ = nullptr; }
-  | "alias" { veri_skip_to(VERI_SEMICOLON); } ";" { veri_unsupported(@1, "net aliases"); $$ = nullptr; }
+    { veri_error(@1, "programs are not supported"); $$ = nullptr; }
+  | "bind" { veri_skip_to(VERI_SEMICOLON); } ";" { veri_error(@1, "bind directives are not supported"); $$ = nullptr; }
+  | "alias" { veri_skip_to(VERI_SEMICOLON); } ";" { veri_error(@1, "net aliases are not supported"); $$ = nullptr; }
   | "import" VERI_STRING_LITERAL { veri_skip_to(VERI_SEMICOLON); } ";"
-    { veri_unsupported(@1, "functions of another language"); $$ = nullptr; }
+    { veri_error(@1, "functions of another language are not supported"); $$ = nullptr; }
   | "export" { veri_skip_to(VERI_SEMICOLON); } ";"
-    { veri_unsupported(@1, "functions of another language"); $$ = nullptr; }
+    { veri_error(@1, "functions of another language are not supported"); $$ = nullptr; }
   | "virtual" "interface" { veri_skip_to(VERI_SEMICOLON); } ";"
-    { veri_unsupported(@1, "virtual interfaces"); $$ = nullptr; }
+    { veri_error(@1, "virtual interfaces are not supported"); $$ = nullptr; }
   | "extern" "function" { veri_skip_to(VERI_SEMICOLON); } ";"
-    { veri_unsupported(@1, "extern subprograms"); $$ = nullptr; }
+    { veri_error(@1, "extern subprograms are not supported"); $$ = nullptr; }
   | "extern" "task" { veri_skip_to(VERI_SEMICOLON); } ";"
-    { veri_unsupported(@1, "extern subprograms"); $$ = nullptr; }
+    { veri_error(@1, "extern subprograms are not supported"); $$ = nullptr; }
   ;
 
 class_keyword
@@ -1730,17 +1734,17 @@ single_statement
   | timed_statement
   | jump_statement ";"
   | assert_statement
-  | "expect" "(" property_expr ")" { veri_discard($3); veri_unsupported(@1, "expect statements"); } substatement
+  | "expect" "(" property_expr ")" { veri_discard($3); veri_error(@1, "expect statements are not supported"); } substatement
     { $$ = $6; }
   | "randcase" { veri_skip_to(VERI_ENDCASE, VERI_CASE); } "endcase"
-    { veri_unsupported(@1, "randcase statements"); $$ = new VeriNullStatement(@1); }
+    { veri_error(@1, "random choices of statements are not supported"); $$ = new VeriNullStatement(@1); }
   | "randsequence" { veri_skip_to(VERI_ENDSEQUENCE); } "endsequence"
-    { veri_unsupported(@1, "randsequence statements"); $$ = new VeriNullStatement(@1); }
+    { veri_error(@1, "random choices of statements are not supported"); $$ = new VeriNullStatement(@1); }
   | "wait_order" { veri_skip_to(VERI_SEMICOLON); } ";"
-    { veri_unsupported(@1, "wait_order statements"); $$ = new VeriNullStatement(@1); }
+    { veri_error(@1, "wait_order statements are not supported"); $$ = new VeriNullStatement(@1); }
   | "->" name ";" { $$ = new VeriEventTrigger($2, @1); }
   | "disable" name ";" { $$ = new VeriDisable($2, @1); }
-  | "disable" "fork" ";" { veri_unsupported(@1, "disable fork"); $$ = new VeriNullStatement(@1); }
+  | "disable" "fork" ";" { veri_error(@1, "disable fork is not supported"); $$ = new VeriNullStatement(@1); }
   | name ";" { $$ = veri_closed(new VeriTaskEnable($1, nullptr, @1)); }
   | name "(" call_arguments ")" ";" { $$ = veri_closed(new VeriTaskEnable($1, $3, @1)); }
   | VERI_SYSTEM_ID ";" { $$ = veri_closed(new VeriSystemTaskEnable($1, nullptr, @1)); }
@@ -1826,7 +1830,7 @@ timed_statement
   : delay substatement { $$ = veri_delayed_statement($1, $2, @1); }
   | event_control substatement { $$ = veri_event_statement($1, $2, @1); }
   | "wait" "(" expr ")" substatement { $$ = new VeriWait($3, $5, @1); }
-  | "wait" "fork" ";" { veri_unsupported(@1, "wait fork"); $$ = new VeriNullStatement(@1); }
+  | "wait" "fork" ";" { veri_error(@1, "wait fork is not supported"); $$ = new VeriNullStatement(@1); }
   ;
 
 procedural_continuous
@@ -1882,10 +1886,11 @@ conditional
     { $$ = new VeriConditionalStatement($4, $6, $8, $1, @2); }
   ;
 
+/* A pragma at the end of the line is the case statement's, whatever stands in front of it on that line. */
 case_keyword
-  : "case" { $$ = VERI_CASE; }
-  | "casex" { $$ = VERI_CASEX; }
-  | "casez" { $$ = VERI_CASEZ; }
+  : "case" { VeriLex::ClearSemicolonFlag(); $$ = VERI_CASE; }
+  | "casex" { VeriLex::ClearSemicolonFlag(); $$ = VERI_CASEX; }
+  | "casez" { VeriLex::ClearSemicolonFlag(); $$ = VERI_CASEZ; }
   ;
 
 case_statement
@@ -1893,6 +1898,23 @@ case_statement
     { $$ = veri_with<VeriStatement>(new VeriCaseStatement($2, $1, $4, $7, @2), $6); }
   | unique_priority_opt case_keyword "(" expr ")" trailing_attrs case_items error "endcase"
     { $$ = veri_with<VeriStatement>(new VeriCaseStatement($2, $1, $4, $7, @2), $6); }
+  | unique_priority_opt case_keyword "(" expr ")" "inside" trailing_attrs inside_items "endcase"
+    {
+      auto* statement = new VeriCaseStatement($2, $1, $4, $8, @2);
+      statement->SetIsInside();
+      $$ = veri_with<VeriStatement>(statement, $7);
+    }
+  ;
+
+inside_items
+  : inside_item { $$ = veri_list<VeriCaseItem>($1); }
+  | inside_items inside_item { $$ = veri_append($1, $2); }
+  ;
+
+inside_item
+  : inside_ranges ":" substatement { $$ = new VeriCaseItem($1, $3, @1); }
+  | "default" substatement { $$ = new VeriCaseItem(nullptr, $2, @1); }
+  | "default" ":" substatement { $$ = new VeriCaseItem(nullptr, $3, @1); }
   ;
 
 case_items
@@ -2064,19 +2086,15 @@ primary
     { $$ = veri_bounded(veri_with(new VeriFunctionCall($1, $4, @1), $2)); }
   | "(" mintypmax ")" { $$ = $2; }
   | "(" paren_assignment ")" { $$ = $2; }
-  | name increment
-    {
-      veri_unsupported(@1, "an increment behind its operand in an expression");
-      $$ = veri_operand(veri_assignment($1, $2, nullptr, @1), @1);
-    }
+  | name increment { $$ = veri_operand(veri_assignment($1, $2, nullptr, @1), @1, VERI_OLD_VALUE); }
   | increment name { $$ = veri_operand(veri_assignment($2, $1, nullptr, @1), @1); }
   | VERI_DOLLAR { $$ = new VeriOpen(@1); }
   | streaming
-  | "null" { $$ = veri_unsupported_operand(@1, "class handles"); }
-  | "this" { $$ = veri_unsupported_operand(@1, "class handles"); }
-  | "new" { $$ = veri_unsupported_operand(@1, "class handles"); }
-  | "new" "(" call_arguments ")" { veri_discard($3); $$ = veri_unsupported_operand(@1, "class handles"); }
-  | "new" "[" expr "]" { veri_discard($3); $$ = veri_unsupported_operand(@1, "dynamic arrays"); }
+  | "null" { veri_error(@1, "classes are not supported"); $$ = veri_refused_operand(@1); }
+  | "this" { veri_error(@1, "classes are not supported"); $$ = veri_refused_operand(@1); }
+  | "new" { veri_error(@1, "classes are not supported"); $$ = veri_refused_operand(@1); }
+  | "new" "(" call_arguments ")" { veri_discard($3); veri_error(@1, "classes are not supported"); $$ = veri_refused_operand(@1); }
+  | "new" "[" expr "]" { veri_discard($3); veri_error(@1, "dynamic arrays are not supported"); $$ = veri_refused_operand(@1); }
   | cast_type "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
   | primary "'" "(" expr ")" { $$ = veri_bounded(new VeriTypeCast($1, $4, @1)); }
   | assignment_pattern
@@ -2091,9 +2109,9 @@ paren_assignment
 
 streaming
   : "{" "<<" stream_slice "{" exprs "}" "}"
-    { veri_unsupported(@1, "streaming concatenations"); $$ = new VeriConcat(nullptr, $5, @1); }
+    { veri_error(@1, "streaming concatenations are not supported"); $$ = new VeriConcat(nullptr, $5, @1); }
   | "{" ">>" stream_slice "{" exprs "}" "}"
-    { veri_unsupported(@1, "streaming concatenations"); $$ = new VeriConcat(nullptr, $5, @1); }
+    { veri_error(@1, "streaming concatenations are not supported"); $$ = new VeriConcat(nullptr, $5, @1); }
   ;
 
 stream_slice

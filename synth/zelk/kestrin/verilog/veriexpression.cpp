@@ -139,15 +139,7 @@ void VeriConcat::PrettyPrint(std::ostream& out, unsigned) const {
     PrintOperand(out, _count);
     out << '{';
   }
-  const char* before = "";
-  for (const VeriExpression* part : *_parts) {
-    out << before;
-    before = ", ";
-    const bool is_range = part->AsRange() != nullptr;
-    if (is_range) out << '[';
-    part->PrettyPrint(out, 0);
-    if (is_range) out << ']';
-  }
+  veri_print_values(out, *_parts);
   out << (_count ? "}}" : "}");
 }
 
@@ -266,7 +258,7 @@ void VeriAssignmentOperator::VisitChildren(VeriVisitor& visitor) {
 
 void VeriAssignmentOperator::PrettyPrint(std::ostream& out, unsigned) const {
   if (_is_operand) out << '(';
-  const bool is_prefix = _is_operand && !_value; // as an operand an increment gives the new value
+  const bool is_prefix = _is_operand && !_value && !_gives_old_value;
   if (is_prefix) out << PrintToken(_token);
   Print(out, _target);
   if (is_prefix) out << ')';

@@ -283,6 +283,10 @@ private:
 };
 
 /// `target = value` and the operator forms; also ++ and --.
+/// The value of an assignment that is an operand: what is assigned, or with an increment behind the name what was
+/// there.
+enum veri_operand_value { VERI_NEW_VALUE, VERI_OLD_VALUE };
+
 class VeriAssignmentOperator : public VeriExpression {
 public:
   VeriAssignmentOperator(VeriExpression* target, unsigned token, VeriExpression* value, unsigned long linefile = 0);
@@ -293,7 +297,7 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope, const VeriEnv& env) override;
   VeriTypeInfo TypeInfer(VeriDataFlow* flow) override { return _target->TypeInfer(flow); }
-  /// Assigns and gives the assigned value.
+  /// Assigns and gives the assigned value, or the former one.
   OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override;
   void Execute(VeriDataFlow* flow, bool non_blocking);
   /// What would be assigned, fitted to the type.
@@ -303,13 +307,17 @@ public:
   VeriExpression* Value() const { return _value; }
   unsigned Token() const { return _token; }
   /// Stands in an expression, in parentheses.
-  void SetIsOperand() { _is_operand = true; }
+  void SetIsOperand(veri_operand_value value) {
+    _is_operand = true;
+    _gives_old_value = value == VERI_OLD_VALUE;
+  }
 
 private:
   VeriExpression* _target;
   unsigned _token;
   VeriExpression* _value;
   bool _is_operand = false;
+  bool _gives_old_value = false;
 };
 
 /// '{a, b}, '{default: x}, '{name: x}.

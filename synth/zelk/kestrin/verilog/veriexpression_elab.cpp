@@ -677,8 +677,9 @@ void VeriAssignmentOperator::Execute(VeriDataFlow* flow, bool non_blocking) {
 }
 
 OwnedValue VeriAssignmentOperator::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
+  OwnedValue former = _gives_old_value ? _target->EvaluateIn(flow, type) : nullptr;
   Execute(flow, false);
-  return _target->EvaluateIn(flow, type);
+  return _gives_old_value ? std::move(former) : _target->EvaluateIn(flow, type);
 }
 
 void VeriAssignmentOperator::AddToSensList(Set& ids) {

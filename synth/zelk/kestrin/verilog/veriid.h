@@ -422,6 +422,8 @@ public:
   /// VERI_PARAMETER or VERI_LOCALPARAM; 0 for a typedef.
   unsigned ParamToken() const { return _param_token; }
   void SetParamToken(unsigned token) { _param_token = token; }
+  /// A name whose definition comes later.
+  bool IsAnnouncement() const { return !Type() && !_param_token; }
   unsigned IsOverridable() const override;
   /// The definition is part of the mutable state: an instance may give a parameter another type.
   void SwapMutable(VeriIdDef& other) override;

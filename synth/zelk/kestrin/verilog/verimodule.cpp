@@ -247,6 +247,14 @@ void VeriModule::PrettyPrint(std::ostream& out, unsigned level) const {
     out << ' ';
     static_cast<const VeriImport*>(_items->At(first_item))->PrintHead(out);
   }
+  PrintPorts(out, level);
+  if (_is_extern)
+    out << ";\n";
+  else
+    PrintBody(out, level, first_item);
+}
+
+void VeriModule::PrintPorts(std::ostream& out, unsigned level) const {
   const char* before = " #(";
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_parameter_ports)) {
     out << before;
@@ -262,10 +270,6 @@ void VeriModule::PrettyPrint(std::ostream& out, unsigned level) const {
     veri_print_list(out, _port_expressions);
     out << ')';
   }
-  if (_is_extern)
-    out << ";\n";
-  else
-    PrintBody(out, level, first_item);
 }
 
 void VeriModule::PrintTimes(std::ostream& out, unsigned level) const {

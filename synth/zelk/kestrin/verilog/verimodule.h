@@ -113,6 +113,8 @@ public:
   void SetExtern() { _is_extern = true; }
   /// Takes over a declaration of this module without body.
   void AddExternDecl(VeriModule* module);
+  /// The lists of parameters and ports of the head, as source text.
+  void PrintPorts(std::ostream& out, unsigned level) const;
   unsigned HasAnsiPorts() const;
 
   // Elaboration.

@@ -3,6 +3,7 @@
 #define KESTRIN_VERILOG_VERIPRINT_UTIL_H
 
 #include <ostream>
+#include <utility>
 
 #include "verilog/veritreenode.h"
 #include "verilog/verivisitor.h"
@@ -22,6 +23,18 @@ template <class T> void veri_print_list(std::ostream& out, const VeriNodes<T>* n
     out << before;
     before = separator;
     if (node) node->PrettyPrint(out, 0);
+  }
+}
+
+/// Values, and ranges of values, with commas between them.
+template <class T> void veri_print_values(std::ostream& out, const VeriNodes<T>& values) {
+  const char* before = "";
+  for (const T* value : values) {
+    out << std::exchange(before, ", ");
+    const bool is_range = value->AsRange() != nullptr;
+    if (is_range) out << '[';
+    value->PrettyPrint(out, 0);
+    if (is_range) out << ']';
   }
 }
 

@@ -599,7 +599,8 @@ void VeriMinTypMaxExpr::Resolve(VeriScope* scope, const VeriEnv& env) {
 
 // Of a part-select only the base of [base+:width] may vary.
 void VeriRange::Resolve(VeriScope* scope, const VeriEnv& env) {
-  if (Parent() && Parent()->IsExpr() && static_cast<VeriExpression*>(Parent())->IsConcat()) { // among values
+  const bool is_in_concat = Parent() && Parent()->IsExpr() && static_cast<VeriExpression*>(Parent())->IsConcat();
+  if (is_in_concat || (Parent() && Parent()->GetClassId() == ID_VeriCaseItem)) { // among values
     resolve(_left, scope, env);
     resolve(_right, scope, env);
     return;
@@ -844,6 +845,8 @@ void VeriTypeDecl::Resolve(VeriScope* scope) {
   ResolveAttributes(scope);
   resolve(_type, scope, VeriEnv(ENV_DECLARATION));
   _id->Resolve(scope, ENV_READ);
+  if (GetId()->IsAnnouncement() && scope->FindHere(GetId()->Name()) == GetId())
+    Error("type %s is announced and never defined", GetId()->Name());
 }
 
 void VeriSubprogram::Resolve(VeriScope* scope) {

@@ -160,6 +160,12 @@ VeriConditionalStatement::VeriConditionalStatement(VeriExpression* condition, Ve
     : VeriStatement(linefile), _condition(Adopt(condition)), _then(Adopt(then_statement)), _else(Adopt(else_statement)),
       _qualifier(qualifier) {}
 
+VeriStatement* VeriConditionalStatement::TakeElse() {
+  VeriStatement* branch = std::exchange(_else, nullptr);
+  if (branch) branch->ClearParent();
+  return branch;
+}
+
 VeriConditionalStatement::~VeriConditionalStatement() {
   delete _condition;
   delete _then;
@@ -203,7 +209,7 @@ void VeriCaseItem::VisitChildren(VeriVisitor& visitor) {
 void VeriCaseItem::PrettyPrint(std::ostream& out, unsigned level) const {
   PrintLevel(out, level);
   if (_conditions)
-    veri_print_list(out, _conditions);
+    veri_print_values(out, *_conditions);
   else
     out << "default";
   out << " :\n";
@@ -230,7 +236,7 @@ void VeriCaseStatement::PrettyPrint(std::ostream& out, unsigned level) const {
   if (_qualifier) out << PrintToken(_qualifier) << ' ';
   out << PrintToken(_token) << " (";
   _expression->PrettyPrint(out, 0);
-  out << ")\n";
+  out << (_is_inside ? ") inside\n" : ")\n");
   veri_print_lines(out, _items, level + 1);
   PrintLevel(out, level);
   out << "endcase\n";
@@ -340,6 +346,11 @@ VeriSeqBlock::VeriSeqBlock(VeriIdDecl* id, VeriModuleItems* declarations, VeriSt
                            std::unique_ptr<VeriScope> scope, unsigned long linefile)
     : VeriStatement(linefile), _id(Adopt(id)), _declarations(Adopt(declarations)), _statements(Adopt(statements)),
       _scope(std::move(scope)) {}
+
+VeriStatement* VeriSeqBlock::OnlyStatement() const {
+  const bool has_declarations = _declarations && _declarations->Size();
+  return _statements && _statements->Size() == 1 && !has_declarations ? _statements->GetFirst() : nullptr;
+}
 
 VeriSeqBlock::~VeriSeqBlock() {
   delete _statements;

@@ -97,6 +97,10 @@ public:
   VERI_STATEMENT_CLASS(VeriConditionalStatement)
   VeriStatement* Then() const { return _then; }
   VeriStatement* Else() const { return _else; }
+  /// The branch, which the caller gets.
+  VeriStatement* TakeElse();
+  /// Takes the branch over; there must be none.
+  void SetElse(VeriStatement* branch) { _else = Adopt(branch); }
   bool TakesElse() const override;
   void Initialize() override;
   unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
@@ -133,11 +137,16 @@ public:
   ~VeriCaseStatement() override;
   VERI_STATEMENT_CLASS(VeriCaseStatement)
   const VeriNodes<VeriCaseItem>* Items() const { return _items; }
+  VeriExpression* Expression() const { return _expression; }
+  unsigned Qualifier() const { return _qualifier; }
+  /// The conditions of the items are values and ranges that the expression is inside of.
+  void SetIsInside() { _is_inside = true; }
   void Initialize() override;
   unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
 
 private:
   friend class VeriCaseAnalysis;
+  bool _is_inside = false;
   unsigned _token;
   unsigned _qualifier;
   VeriExpression* _expression;
@@ -222,6 +231,8 @@ public:
                std::unique_ptr<VeriScope> scope, unsigned long linefile = 0);
   ~VeriSeqBlock() override;
   VERI_STATEMENT_CLASS(VeriSeqBlock)
+  /// The statement of a block that holds no other one and no declaration; null otherwise.
+  VeriStatement* OnlyStatement() const;
   VeriScope* GetScope() const override { return _scope.get(); }
   void Initialize() override;
 

@@ -170,6 +170,8 @@ private:
   };
 
   bool Evaluate();
+  bool AddPattern(Item& item, const VeriExpression* condition, OwnedValue pattern);
+  bool AddRange(Item& item, const VeriRange& range, const VeriTypeInfo& type);
   void Narrow();
   bool FitsIn(const VeriValue& pattern, unsigned width, bool is_signed) const;
   bool RunConstant();
@@ -185,8 +187,8 @@ private:
   bool MatchNets();
   bool Matches(const VeriValue& value, const VeriValue& pattern) const;
   Net* MatchNet(const VeriValue& pattern) const;
-  bool XIsWild() const { return _statement->_token == VERI_CASEX; }
-  bool ZIsWild() const { return _statement->_token != VERI_CASE; }
+  bool XIsWild() const { return _statement->_token == VERI_CASEX || _statement->_is_inside; }
+  bool ZIsWild() const { return _statement->_token != VERI_CASE || _statement->_is_inside; }
   bool HasWild(const VeriValue& pattern) const {
     return (XIsWild() && pattern.HasX()) || (ZIsWild() && pattern.HasZ());
   }
@@ -246,20 +248,64 @@ bool VeriCaseAnalysis::Evaluate() {
     Item& added = _items.emplace_back();
     added.body = item->Statement();
     for (VeriExpression* condition : *item->Conditions()) {
-      OwnedValue pattern = condition->EvaluateIn(_flow, type);
-      if (!pattern) return false;
-      pattern = VeriValue::ToConst(std::move(pattern));
-      if (!pattern->IsConstant()) {
-        _all_constant = false;
-      } else if ((pattern->HasX() && !XIsWild()) || (pattern->HasZ() && !ZIsWild())) {
-        condition->Warning("case condition never applies due to comparison with x or z");
-        if (!_value->IsConstant()) continue;
-      }
-      added.patterns.push_back(std::move(pattern));
-      added.conditions.push_back(condition);
+      const VeriRange* range = condition->AsRange();
+      const bool is_good =
+          range ? AddRange(added, *range, type) : AddPattern(added, condition, condition->EvaluateIn(_flow, type));
+      if (!is_good) return false;
     }
   }
   if (_all_constant && !_value->IsConstant()) Narrow();
+  return true;
+}
+
+/// False after an error.
+bool VeriCaseAnalysis::AddPattern(Item& item, const VeriExpression* condition, OwnedValue pattern) {
+  if (!pattern) return false;
+  pattern = VeriValue::ToConst(std::move(pattern));
+  if (!pattern->IsConstant()) {
+    _all_constant = false;
+  } else if ((pattern->HasX() && !XIsWild()) || (pattern->HasZ() && !ZIsWild())) {
+    condition->Warning("case condition never applies due to comparison with x or z");
+    if (!_value->IsConstant()) return true;
+  }
+  item.patterns.push_back(std::move(pattern));
+  item.conditions.push_back(condition);
+  return true;
+}
+
+/// A range of numbers is one pattern for each of the aligned blocks that it consists of; a bound `$` is the first or
+/// last number of the width.
+bool VeriCaseAnalysis::AddRange(Item& item, const VeriRange& range, const VeriTypeInfo& type) {
+  constexpr unsigned max_width = 63;
+  uint64_t bounds[2] = {0, 0};
+  const VeriExpression* expressions[2] = {range.GetLeft(), range.GetRight()};
+  for (unsigned i = 0; i < 2; i++) {
+    auto* bound = const_cast<VeriExpression*>(expressions[i]);
+    if (bound->IsOpen() && !type.is_signed) {
+      bounds[i] = i ? (uint64_t{1} << std::min(type.size, max_width)) - 1 : 0;
+      continue;
+    }
+    OwnedValue value = bound->EvaluateIn(_flow, type);
+    if (!value) return false;
+    value = VeriValue::ToConst(std::move(value));
+    const bool is_number = value->IsConstant() && !value->HasX() && !value->HasZ();
+    const bool is_negative = type.is_signed && value->GetBit(value->Size() - 1) == VeriNode::Pwr();
+    if (!is_number || is_negative || type.size > max_width) {
+      bound->Error("no support for %s (SystemVerilog)", "a range of a case statement that is not of plain numbers");
+      return false;
+    }
+    for (unsigned bit = 0; bit < value->Size(); bit++)
+      if (value->GetBit(bit) == VeriNode::Pwr()) bounds[i] |= uint64_t{1} << bit;
+  }
+  for (uint64_t first = bounds[0]; first <= bounds[1];) {
+    unsigned wild = 0;
+    auto block = [&first](unsigned bits) { return first | ((uint64_t{1} << bits) - 1); };
+    while (wild < type.size && !(first & (uint64_t{1} << wild)) && block(wild + 1) <= bounds[1]) wild++;
+    std::string text = std::to_string(type.size) + "'b";
+    for (unsigned bit = type.size; bit--;) text += bit < wild ? 'z' : (first >> bit & 1) ? '1' : '0';
+    if (!AddPattern(item, &range, VeriValue::FromLiteral(text))) return false;
+    first = block(wild) + 1;
+  }
   return true;
 }
 
