@@ -61,7 +61,7 @@ std::string pin_name(const SCHEMATIC& schematic, size_t block, size_t pin, char 
 } // namespace
 
 std::string write_dot(const DESIGN_VIEW& design) {
-  SCHEMATIC schematic(design, *design.get_modules().front());
+  SCHEMATIC schematic(*design.get_modules().front());
   std::string text = fmt::format("digraph {} {{\n  rankdir=LR;\n  node [shape=record, fontsize=10];\n"
                                  "  edge [arrowsize=0.5, fontsize=8];\n",
                                  quoted(schematic.get_name()));

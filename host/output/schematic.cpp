@@ -122,7 +122,7 @@ template <class TERM, class TERMS> std::vector<const TERM*> terms_of_type(const 
 
 } // namespace
 
-SCHEMATIC::SCHEMATIC(const DESIGN_VIEW& design, const MODULE_VIEW& view) : m_design(design), m_view(view) {
+SCHEMATIC::SCHEMATIC(const MODULE_VIEW& view) : m_view(view) {
   for (const SIGNAL* port : view.get_ports()) add_port(*port);
   for (const NODE_GROUP& group : gather_groups()) add_group(group);
   make_wires();

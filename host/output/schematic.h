@@ -43,7 +43,7 @@ struct SCHEMATIC_WIRE {
 
 class SCHEMATIC {
 public:
-  SCHEMATIC(const DESIGN_VIEW& design, const MODULE_VIEW& view);
+  explicit SCHEMATIC(const MODULE_VIEW& view);
   const std::string& get_name() const { return m_view.get_result().module_name; }
   const std::vector<SCHEMATIC_BLOCK>& get_blocks() const { return m_blocks; }
   /// In the order of their sources.
@@ -73,7 +73,6 @@ private:
   void connect(size_t block, size_t pin, const INPUTS& terms);
   std::string names_of(const OUTPUTS& terms) const;
 
-  const DESIGN_VIEW& m_design;
   const MODULE_VIEW& m_view;
   std::vector<SCHEMATIC_BLOCK> m_blocks;
   std::vector<SCHEMATIC_WIRE> m_wires;

@@ -172,7 +172,7 @@ void SVG_WRITER::write() {
 } // namespace
 
 std::string write_svg(const DESIGN_VIEW& design) {
-  SCHEMATIC schematic(design, *design.get_modules().front());
+  SCHEMATIC schematic(*design.get_modules().front());
   std::string text;
   SVG_WRITER(schematic, text).write();
   return text;

@@ -43,7 +43,7 @@ DESIGN counter() {
 TEST(Schematic, VectorsAreOneBlockAndOneWire) {
   DESIGN design = counter();
   DESIGN_VIEW view(design);
-  SCHEMATIC schematic(view, *view.get_modules().front());
+  SCHEMATIC schematic(*view.get_modules().front());
   std::string titles;
   for (const SCHEMATIC_BLOCK& block : schematic.get_blocks())
     titles += (block.shape == SCHEMATIC_BLOCK::SHAPE_MUX        ? "mux"
@@ -96,7 +96,7 @@ void check_layout(const SCHEMATIC& schematic) {
 TEST(Schematic, NothingLiesOnAnythingElseAndEveryPinIsReached) {
   DESIGN design = counter();
   DESIGN_VIEW view(design);
-  check_layout(SCHEMATIC(view, *view.get_modules().front()));
+  check_layout(SCHEMATIC(*view.get_modules().front()));
   for (unsigned seed = 1; seed <= 20; seed++) {
     std::mt19937 random(seed);
     NETLIST_BUILDER builder("random");
@@ -118,7 +118,7 @@ TEST(Schematic, NothingLiesOnAnythingElseAndEveryPinIsReached) {
       builder.output("o" + std::to_string(i), wires[wires.size() - 1 - static_cast<size_t>(i)]);
     DESIGN made = design_of(builder);
     DESIGN_VIEW made_view(made);
-    check_layout(SCHEMATIC(made_view, *made_view.get_modules().front()));
+    check_layout(SCHEMATIC(*made_view.get_modules().front()));
   }
 }
 

@@ -425,3 +425,31 @@ module unique_if (input logic [1:0] s, input logic [3:0] a, b, output logic [3:0
     else y[1] = 1'b0;
   end
 endmodule
+
+// verilate: a case with values, wild bits and ranges
+module case_inside (input logic [5:0] a, input logic [2:0] low, output logic [2:0] y, output logic [1:0] z);
+  always_comb begin
+    case (a) inside
+      6'd3, [6'd9:6'd14]: y = 3'd1;
+      6'b11???1: y = 3'd2;
+      [6'd33:6'd40]: y = 3'd3;
+      [6'd60:6'd63]: y = 3'd4;
+      default: y = 3'd5;
+    endcase
+    case (low) inside
+      [3'd0:3'd2]: z = 2'd0;
+      [3'd2:3'd5]: z = 2'd1;
+      default: z = 2'd2;
+    endcase
+  end
+endmodule
+
+// verilate: an increment behind its operand gives the old value, one before it the new
+module old_values (input logic [3:0] a, output logic [3:0] y, z, last);
+  always_comb begin
+    last = a;
+    y = last++;
+    z = --last;
+    last++;
+  end
+endmodule
