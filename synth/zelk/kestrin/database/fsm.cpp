@@ -1,5 +1,6 @@
 #include "database/fsm.h"
 
+#include <cstring>
 #include <memory>
 #include <ostream>
 #include <vector>
@@ -254,4 +255,25 @@ void Fsm::Dump(std::ostream& out, unsigned indent) const {
   if (const Instance* state = ResetState(0)) line() << "Reset State: " << StateName(state) << "\n";
   line() << "Individual States: \n";
   for (auto [state, name] : States(_states)) line() << "  " << name << " (" << state->ExternalName() << ")\n";
+}
+
+bool kestrin_add_state(Net* net, Instance* state_dff) {
+  const char* name = net->Name();
+  const char* tmp = name ? std::strrchr(name, '.') : nullptr;
+  KESTRIN_ASSERT_TEXT(tmp, "tmp");
+  const char* state_name = tmp + 1;
+  KESTRIN_ASSERT_TEXT(*state_name, "state_name");
+  const std::string machine(name, tmp);
+  Netlist* netlist = state_dff->Owner();
+  Fsm* fsm = netlist->GetFsm(machine.c_str());
+  const bool is_new = !fsm;
+  if (is_new) {
+    fsm = new Fsm(machine.c_str(), net->Linefile());
+    netlist->Add(fsm);
+    if (const char* encoding = net->GetAttValue(ATT_FSM_ENCODING)) fsm->AddAtt(ATT_FSM_ENCODING, encoding);
+  }
+  fsm->AddState(state_dff, state_name);
+  if (const char* encoding = net->GetAttValue(ATT_STATE_ENCODING)) state_dff->AddAtt(ATT_STATE_ENCODING, encoding);
+  for (ATT_ENUM moved : {ATT_STATE_ENCODING, ATT_FSM_ENCODING}) net->RemoveAtt(moved);
+  return is_new;
 }

@@ -55,4 +55,9 @@ private:
   Netlist* _owner = nullptr;
 };
 
+/// Makes the register of a net that is marked with " :fsm" a state: "state.idle" is the state idle of the machine
+/// state, which is made where there is none. What the user said of the encodings moves from the net to the machine and
+/// the register. Returns whether the machine is new.
+bool kestrin_add_state(Net* net, Instance* state_dff);
+
 #endif

@@ -74,7 +74,6 @@ private:
   Net* ExtractClocked(const Branches& b);
   Net* ExtractAsynchronous(const Branches& b);
   Net* BuildRegister(const Branches& b, Net* clk, Net* enable);
-  void AddState(Instance* reg);
   Net* Refuse(const Branches& b, ClockRelation relation) const;
   Net* RefuseWithoutHold(const Branches& b) const;
 
@@ -191,26 +190,8 @@ Net* DffExtractor::BuildRegister(const Branches& b, Net* clk, Net* enable) {
     const char value[] = {power_up, '\0'};
     reg->AddAtt(ATT_INITIAL_VALUE, value);
   }
-  if (!reg->IsAttOn(ATT_PRESERVE) && _hold->GetAtt(" :fsm")) AddState(reg);
+  if (!reg->IsAttOn(ATT_PRESERVE) && _hold->GetAtt(" :fsm")) kestrin_add_state(_hold, reg);
   return output;
-}
-
-/// A bit of an enumeration is called after the signal and the literal, as in "state.idle".
-void DffExtractor::AddState(Instance* reg) {
-  const char* name = _hold->Name();
-  const char* state_name = name ? std::strrchr(name, '.') : nullptr;
-  KESTRIN_ASSERT_TEXT(state_name, "state_name");
-  const std::string machine(name, state_name);
-  Fsm* fsm = _netlist->GetFsm(machine.c_str());
-  if (!fsm) {
-    fsm = new Fsm(machine.c_str(), _hold->Linefile());
-    _netlist->Add(fsm);
-    if (const char* encoding = _hold->GetAttValue(ATT_FSM_ENCODING)) fsm->AddAtt(ATT_FSM_ENCODING, encoding);
-  }
-  fsm->AddState(reg, state_name + 1);
-  if (const char* encoding = _hold->GetAttValue(ATT_STATE_ENCODING)) reg->AddAtt(ATT_STATE_ENCODING, encoding);
-  _hold->RemoveAtt(ATT_STATE_ENCODING);
-  _hold->RemoveAtt(ATT_FSM_ENCODING);
 }
 } // namespace
 

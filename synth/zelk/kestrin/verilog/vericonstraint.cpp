@@ -361,13 +361,14 @@ OwnedValue VeriRangeConstraint::BuildConstant(veri_digit digit, bool initial) co
   return digits(TotalBits(), digit_of(*this, digit, initial), _signed);
 }
 
-OwnedValue VeriRangeConstraint::CreateStateVectorValue(const char* name, const std::vector<std::string>& states,
+OwnedValue VeriRangeConstraint::CreateStateVectorValue(const char* name, const std::vector<VeriStateName>& states,
                                                        unsigned long linefile) {
   Array nets;
   for (size_t i = states.size(); i-- > 0;) {
-    Net* net = make_net(std::string(name) + "." + states[i], linefile, nullptr);
+    Net* net = make_net(std::string(name) + "." + states[i].name, linefile, nullptr);
     net->AddAtt(" :fsm", name);
     net->AddAtt(" :state_position", std::to_string(i).c_str());
+    net->AddAtt(ATT_STATE_ENCODING, states[i].code.c_str());
     nets.InsertLast(net);
   }
   auto value = std::make_unique<VeriNonConstVal>(nets);

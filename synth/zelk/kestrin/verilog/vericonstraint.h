@@ -180,6 +180,12 @@ private:
   bool _signed;
 };
 
+/// A state of a machine: its name, and its code in the source, most significant bit first.
+struct VeriStateName {
+  std::string name;
+  std::string code;
+};
+
 /// A range of indices; an enumeration; a real. As the type of an object it is as wide as its base type.
 class VeriRangeConstraint : public VeriConstraint {
 public:
@@ -215,8 +221,9 @@ public:
   std::string Image() const override;
   bool ConstrainBy(const VeriValue& value, const VeriTreeNode* from) const override;
   const std::vector<OwnedValue>& Members() const { return _members; }
-  /// One net per state of a variable that is encoded one-hot, the nets named by the states. Most significant first.
-  static OwnedValue CreateStateVectorValue(const char* name, const std::vector<std::string>& states,
+  /// One net per state of a variable that is encoded one-hot, bit 0 for the first; the nets are named by the states
+  /// and bear the codes that the source gives them.
+  static OwnedValue CreateStateVectorValue(const char* name, const std::vector<VeriStateName>& states,
                                            unsigned long linefile);
 
 protected:

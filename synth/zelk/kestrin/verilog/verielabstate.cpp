@@ -5,6 +5,7 @@
 #include "verilog/veriid.h"
 #include "verilog/verimodule.h"
 #include "verilog/veriscope.h"
+#include "verilog/veristatetable.h"
 
 std::string VeriStringPath::CreateFullName(const char* name) const {
   std::string full = ToString();
@@ -44,6 +45,10 @@ Net* VeriElaborationState::Gnd() { return ConstantNet(_gnd, &Netlist::Gnd); }
 Net* VeriElaborationState::Pwr() { return ConstantNet(_pwr, &Netlist::Pwr); }
 Net* VeriElaborationState::X() { return ConstantNet(_x, &Netlist::X); }
 Net* VeriElaborationState::Z() { return ConstantNet(_z, &Netlist::Z); }
+
+void VeriElaborationState::AddEncodable(VeriVariable* variable) {
+  if (auto table = VeriStateTable::Create(variable)) _encodables.push_back(std::move(table));
+}
 
 void VeriElaborationState::SetLoopLimits(int constant, int non_constant) {
   _constant_loop_limit = constant;

@@ -5,6 +5,7 @@
 #define KESTRIN_VERILOG_VERIELABSTATE_H
 
 #include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,6 +21,7 @@ class VeriIdDef;
 class VeriModule;
 class VeriModuleItem;
 class VeriScope;
+class VeriStateTable;
 class VeriTreeNode;
 class VeriVariable;
 
@@ -117,7 +119,9 @@ public:
   void SetHistory(VeriRunHistory* history) { _history = history; }
   /// Whether the next message that the source itself asks for was not given by a former run.
   bool IsNewReport();
-  Set& Encodables() { return _encodables; }
+  /// A variable that may be encoded by its states, with what is known of it; and all of these.
+  void AddEncodable(VeriVariable* variable);
+  std::vector<std::unique_ptr<VeriStateTable>>& Encodables() { return _encodables; }
   /// VeriDefParamAssign that exist in this run; of these, those whose instance is not known by the identifier; and
   /// those that an instance took.
   Set& Defparams() { return _defparams; }
@@ -143,7 +147,7 @@ private:
   VeriRunHistory* _history = nullptr;
   bool _has_refused_rams = false; // in this run
   unsigned _num_reports = 0;      // in this run
-  Set _encodables;
+  std::vector<std::unique_ptr<VeriStateTable>> _encodables;
   Set _defparams;
   Set _unbound_defparams;
   Set _taken_defparams;

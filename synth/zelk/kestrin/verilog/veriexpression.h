@@ -68,6 +68,8 @@ public:
   OwnedValue Evaluate(VeriDataFlow* flow);
   /// As the right side of an assignment to this type, fitted to it.
   virtual OwnedValue EvaluateFor(const VeriConstraint& target, VeriDataFlow* flow);
+  /// As the right side of an assignment to a variable that is encoded by its states: a code.
+  virtual OwnedValue EvaluateState(const VeriVariable* target, VeriDataFlow* flow);
   /// A constant; reports "%s is not constant" with the image where it is none.
   OwnedValue EvaluateConstant();
   /// One bit; more are reduced with a warning. Null after an error.
@@ -114,6 +116,7 @@ public:
 private:
   OwnedValue EvaluateInside(VeriDataFlow* flow);
   OwnedValue EvaluateIsIn(VeriExpression* element, VeriDataFlow* flow);
+  OwnedValue EvaluateStateTest(VeriDataFlow* flow);
   unsigned _token;
   VeriExpression* _left;
   VeriExpression* _right; // of `inside` a VeriConcat of values and ranges
@@ -151,7 +154,11 @@ public:
   VeriTypeInfo TypeInfer(VeriDataFlow* flow) override;
   OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override;
   OwnedValue EvaluateFor(const VeriConstraint& target, VeriDataFlow* flow) override;
+  OwnedValue EvaluateState(const VeriVariable* target, VeriDataFlow* flow) override;
   void AddToSensList(Set& ids) override;
+  VeriExpression* Condition() const { return _condition; }
+  VeriExpression* One() const { return _one; }
+  VeriExpression* Zero() const { return _zero; }
 
 private:
   VeriExpression* _condition;
@@ -311,6 +318,7 @@ public:
     _is_operand = true;
     _gives_old_value = value == VERI_OLD_VALUE;
   }
+  bool IsOperand() const { return _is_operand; }
 
 private:
   VeriExpression* _target;
@@ -603,6 +611,9 @@ public:
   VeriScope* EvaluateScope() override;
   OwnedValue EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) override;
   OwnedValue EvaluateFor(const VeriConstraint& target, VeriDataFlow* flow) override;
+  OwnedValue EvaluateState(const VeriVariable* target, VeriDataFlow* flow) override;
+  /// The code that the variable of this name holds; null when it is not encoded by its states.
+  OwnedValue EvaluateCode(VeriDataFlow* flow);
   OwnedConstraint EvaluateConstraint(VeriDataFlow* flow) override;
   void Assign(OwnedValue value, VeriDataFlow* flow, bool non_blocking) override;
   OwnedValue EvaluateNets() override;

@@ -11,6 +11,8 @@
 #include "verilog/verielabstate.h"
 #include "verilog/veriexpression.h"
 #include "verilog/verimodule.h"
+#include "verilog/veristatetable.h"
+#include "verilog/verivalue_logic.h"
 
 namespace {
 
@@ -113,6 +115,11 @@ OwnedValue VeriExpression::EvaluateFor(const VeriConstraint& target, VeriDataFlo
   OwnedValue value = EvaluateIn(flow, context);
   if (!value) return nullptr;
   return VeriValue::CheckAgainst(std::move(value), target, this, false /* sign_first */, own.size, own.is_unsized);
+}
+
+OwnedValue VeriExpression::EvaluateState(const VeriVariable* target, VeriDataFlow* flow) {
+  OwnedValue value = EvaluateFor(*const_cast<VeriVariable*>(target)->GetConstraint(), flow);
+  return target->FsmStateTable()->GetStateEncoding(std::move(value), this);
 }
 
 OwnedValue VeriExpression::EvaluateConstant() {
@@ -241,6 +248,7 @@ OwnedValue VeriBinaryOperator::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo
     break;
   case VeriOperClass::RELATIONAL:
   case VeriOperClass::EQUALITY: {
+    if (OwnedValue test = EvaluateStateTest(flow)) return FitTo(std::move(test), type, this);
     VeriTypeInfo operands = Wider(_left->TypeInfer(flow), _right->TypeInfer(flow));
     if (operands.is_real) {
       left = _left->Evaluate(flow);
@@ -260,6 +268,22 @@ OwnedValue VeriBinaryOperator::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo
     break;
   }
   return FitTo(VeriValue::Binary(oper, std::move(left), std::move(right), this), type, this);
+}
+
+/// The comparison of a variable that is encoded by its states with a constant; null for any other operation.
+OwnedValue VeriBinaryOperator::EvaluateStateTest(VeriDataFlow* flow) {
+  if (!VeriStateTable::IsEqualityTest(_token)) return nullptr;
+  for (auto [name, other] : {std::pair(_left, _right), std::pair(_right, _left)}) {
+    const VeriVariable* machine = VeriStateTable::EncodedVariable(name);
+    if (!machine || !VeriStateTable::IsStateConstant(other)) continue;
+    OwnedValue code = static_cast<VeriIdRef*>(name)->EvaluateCode(flow);
+    OwnedValue constant = other->Evaluate(flow);
+    if (!code || !constant) return nullptr;
+    Net* equal = machine->FsmStateTable()->Equal(*code, *constant);
+    const bool is_negated = _token == VERI_NEQ || _token == VERI_CASE_NEQ;
+    return VeriValue::ToConst(VeriValue::FromNet(is_negated ? VeriLogic(this).Inv(equal) : equal));
+  }
+  return nullptr;
 }
 
 void VeriBinaryOperator::AddToSensList(Set& ids) {
@@ -309,6 +333,17 @@ OwnedValue VeriQuestionColon::EvaluateFor(const VeriConstraint& target, VeriData
   OwnedValue one = _one->EvaluateFor(target, flow);
   OwnedValue zero = _zero->EvaluateFor(target, flow);
   return VeriValue::QuestionColon(std::move(condition), std::move(one), std::move(zero), this);
+}
+
+OwnedValue VeriQuestionColon::EvaluateState(const VeriVariable* target, VeriDataFlow* flow) {
+  VeriNodeScope node(this);
+  Net* condition = _condition->EvaluateCondition(flow);
+  if (!condition) return nullptr;
+  veri_digit digit = VERI_DIGIT_X;
+  if (veri_is_digit(condition, &digit)) return (digit == VERI_DIGIT_1 ? _one : _zero)->EvaluateState(target, flow);
+  OwnedValue one = _one->EvaluateState(target, flow);
+  OwnedValue zero = _zero->EvaluateState(target, flow);
+  return VeriValue::Select(condition, std::move(one), std::move(zero), this);
 }
 
 void VeriQuestionColon::AddToSensList(Set& ids) {
@@ -672,7 +707,9 @@ void VeriAssignmentOperator::Execute(VeriDataFlow* flow, bool non_blocking) {
     if (!_target->AsName() && !_target->IsConcat()) _target->Error("illegal expression in target");
     return;
   }
-  OwnedValue value = EvaluateRight(*type, flow);
+  const bool is_plain = _token == VERI_ASSIGN_OP || _token == VERI_LESS_EQ;
+  const VeriVariable* machine = is_plain ? VeriStateTable::EncodedVariable(_target) : nullptr;
+  OwnedValue value = machine ? _value->EvaluateState(machine, flow) : EvaluateRight(*type, flow);
   if (value) _target->Assign(std::move(value), flow, non_blocking);
 }
 
@@ -914,9 +951,15 @@ OwnedValue UnknownValue(VeriIdDef* id, const VeriDataFlow* flow, const VeriTreeN
   return type ? type->CreateXValue(from) : nullptr;
 }
 
+const VeriStateTable* StateTableOf(const VeriIdDef* id) {
+  return id->IsVar() ? static_cast<const VeriVariable*>(id)->FsmStateTable() : nullptr;
+}
+
 OwnedValue ReadVariable(VeriIdDef* id, VeriDataFlow* flow, const VeriTreeNode* from) {
   const VeriValue* value = BorrowValue(id, flow, from);
-  return value ? value->Copy() : UnknownValue(id, flow, from);
+  if (!value) return UnknownValue(id, flow, from);
+  const VeriStateTable* table = StateTableOf(id);
+  return table ? table->RestoreOriginalEncoding(*value, *id->GetConstraint(), from) : value->Copy();
 }
 
 /// The value that a partial assignment starts from.
@@ -968,6 +1011,7 @@ bool IsTarget(VeriIdDef* id, const VeriTreeNode* from) {
 
 void AssignWhole(VeriIdDef* id, OwnedValue value, VeriDataFlow* flow, bool non_blocking, const VeriTreeNode* from) {
   if (!IsTarget(id, from)) return;
+  if (const VeriStateTable* table = StateTableOf(id)) value = table->GetStateEncoding(std::move(value), from);
   if (flow && non_blocking && id->Is(IDF_AUTOMATIC))
     return from->Error("illegal assignment - %s", "automatic variables can't have non-blocking assignments");
   if (flow) return StoreValue(id, std::move(value), flow, non_blocking, false);
@@ -1045,6 +1089,24 @@ OwnedValue VeriIdRef::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
 
 OwnedValue VeriIdRef::EvaluateFor(const VeriConstraint& target, VeriDataFlow* flow) {
   return VeriExpression::EvaluateFor(target, flow);
+}
+
+OwnedValue VeriIdRef::EvaluateCode(VeriDataFlow* flow) {
+  VeriVariable* variable = VeriStateTable::EncodedVariable(this);
+  if (!variable) return nullptr;
+  const VeriValue* value = BorrowValue(variable, flow, this);
+  if (!value) return variable->FsmStateTable()->GetStateEncoding(UnknownValue(variable, flow, this), this);
+  OwnedValue code = value->Copy();
+  code->SetOnehot(); // merged branches may have lost the mark
+  return code;
+}
+
+OwnedValue VeriIdRef::EvaluateState(const VeriVariable* target, VeriDataFlow* flow) {
+  OwnedValue code = EvaluateCode(flow);
+  if (!code) return VeriExpression::EvaluateState(target, flow);
+  const VeriStateTable* own = VeriStateTable::EncodedVariable(this)->FsmStateTable();
+  const VeriStateTable* table = target->FsmStateTable();
+  return own == table ? std::move(code) : table->TranslateEncoding(*code, *own);
 }
 
 OwnedConstraint VeriIdRef::EvaluateConstraint(VeriDataFlow*) { return TypeOfId(EvaluateId()); }

@@ -222,7 +222,21 @@ void VeriVariable::CopyTo(VeriVariable& clone) const {
   clone._initial = _initial;
 }
 
-void VeriVariable::Reset() { VeriValuedId::Reset(); }
+void VeriVariable::Reset() {
+  VeriValuedId::Reset();
+  _state_table = nullptr;
+}
+
+void VeriVariable::PushMutable() {
+  VeriValuedId::PushMutable();
+  _saved_state_tables.push_back(std::exchange(_state_table, nullptr));
+}
+
+void VeriVariable::PopMutable() {
+  VeriValuedId::PopMutable();
+  _state_table = _saved_state_tables.back();
+  _saved_state_tables.pop_back();
+}
 
 const void* VeriVariable::nowhere() {
   static const char place = 0;

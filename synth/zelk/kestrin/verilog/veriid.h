@@ -26,6 +26,7 @@ class VeriModuleItem;
 class VeriRamInfo;
 class VeriRange;
 class VeriScope;
+class VeriStateTable;
 class VeriTypeDef;
 class VeriValue;
 
@@ -301,7 +302,7 @@ public:
     const VeriTreeNode* process; ///< null outside of processes and subprograms
     veri_use use;
   };
-  /// Of arrays only, which may become memories.
+  /// Of arrays, which may become memories, and of variables, which may hold states.
   void AddReference(const Reference& reference) { _references.push_back(reference); }
   const std::vector<Reference>& References() const;
   /// A variable that is named only in processes that use it to count: nothing reads its nets.
@@ -315,6 +316,12 @@ public:
   void Reset() override;
   /// Makes the nets, named by the path, and the power-up value of the declaration.
   void Initialize() override;
+  void PushMutable() override;
+  void PopMutable() override;
+
+  /// The encoding by states, borrowed; null for a variable that is a plain number.
+  const VeriStateTable* FsmStateTable() const { return _state_table; }
+  void SetFsmStateTable(const VeriStateTable* table) { _state_table = table; }
 
 private:
   static const void* nowhere();
@@ -326,6 +333,8 @@ private:
   class Set _ref_processes;
   class Set _loop_processes;
   std::vector<Reference> _references;
+  const VeriStateTable* _state_table = nullptr;
+  std::vector<const VeriStateTable*> _saved_state_tables;
 };
 
 class VeriFunctionId : public VeriVariable {

@@ -6,6 +6,7 @@
 #include "verilog/veriid.h"
 #include "verilog/verimodule.h"
 #include "verilog/veriram.h"
+#include "verilog/veristatetable.h"
 
 VeriConstraint* VeriValuedId::GetConstraint() {
   if (_constraint) return _constraint.get();
@@ -23,7 +24,7 @@ void VeriVariable::Initialize() {
   if (!type || type->IsRealRange()) return;
   const VeriTreeNode* from = GetModuleItem();
   std::string name = ElabState()->CreateFullName(Name());
-  OwnedValue nets = VeriRam::CreateDualPortValue(this);
+  OwnedValue nets = _state_table ? _state_table->CreateValue(this) : VeriRam::CreateDualPortValue(this);
   if (!nets) nets = type->CreateValue(name.c_str(), Linefile(), from);
   if (!nets) return;
   SetValue(std::move(nets));
@@ -32,6 +33,7 @@ void VeriVariable::Initialize() {
   if (!initial) return;
   if (!initial->IsConstant())
     return _initial->Error("expression in variable declaration assignment to %s must be constant", Name());
+  if (_state_table) initial = _state_table->GetStateEncoding(std::move(initial), from);
   GetValue()->SetDefaultValue(*initial, from);
 }
 

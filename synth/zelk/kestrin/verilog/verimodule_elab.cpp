@@ -15,6 +15,7 @@
 #include "verilog/verimodule.h"
 #include "verilog/veriram.h"
 #include "verilog/veriround.h"
+#include "verilog/veristatetable.h"
 
 namespace {
 
@@ -86,6 +87,7 @@ private:
   void InitializeParameters();
   void MakeInterfacePorts();
   void GenerateObjects();
+  void Prepare();
   void InitializeItems();
   void CheckUse() const;
   void ElaborateItems();
@@ -132,6 +134,7 @@ std::unique_ptr<Netlist> VeriModuleRun::Run() {
   MakeInterfacePorts();
   if (_state.Mode() != ELAB_BLACK_BOX && !HasErrors()) {
     GenerateObjects();
+    Prepare();
     InitializeItems();
     CheckUse();
     if (!HasErrors()) ElaborateItems();
@@ -207,6 +210,15 @@ void VeriModuleRun::GenerateObjects() {
   _state.SetStage(ELAB_GENERATE_OBJECTS);
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_module->Items()))
     if (item) item->GenerateObjects();
+}
+
+/// Decides which variables are encoded by their states, before there are nets.
+void VeriModuleRun::Prepare() {
+  _state.SetStage(ELAB_PREPARE);
+  if (_state.Mode() != ELAB_FULL || kestrin_flag("zelk_dont_infer_verilog_fsms") || HasErrors()) return;
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_module->Items()))
+    if (item) item->Prepare();
+  VeriStateTable::ProcessEncodableNetwork(_state.Encodables());
 }
 
 void VeriModuleRun::InitializeItems() {

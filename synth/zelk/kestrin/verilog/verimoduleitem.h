@@ -70,6 +70,8 @@ public:
   // Elaboration, in this order.
   /// Picks the branches and runs the rounds of generate constructs, and declares what is in them.
   virtual void GenerateObjects() {}
+  /// Collects the variables that may be encoded by their states.
+  virtual void Prepare() {}
   /// Makes the values and nets of what the item declares.
   virtual void Initialize() {}
   virtual void Elaborate() {}
@@ -137,6 +139,7 @@ public:
   void Resolve(VeriScope* scope) override;
   unsigned IsPortDeclaration() const override { return _direction != 0; }
   unsigned IsDeclaration() const override { return 1; }
+  void Prepare() override;
   void Initialize() override;
   void Elaborate() override;
   unsigned Direction() const { return _direction; }
@@ -308,6 +311,7 @@ public:
   void Resolve(VeriScope* scope, VERI_ENV_E target_kind);
   void Elaborate();
   VeriExpression* Target() const { return _target; }
+  VeriExpression* Value() const { return _value; }
 
 private:
   VeriExpression* _target;
@@ -505,6 +509,7 @@ public:
   using VeriModuleItem::VeriModuleItem;
   unsigned IsGenerate() const { return 1; }
   void GenerateObjects() override = 0;
+  void Prepare() override;
   void Initialize() override;
   void Elaborate() override;
 
@@ -526,6 +531,7 @@ public:
   void PrettyPrint(std::ostream& out, unsigned level) const override;
   void Resolve(VeriScope* scope) override;
   void GenerateObjects() override;
+  void Prepare() override;
   void Initialize() override;
   void Elaborate() override;
 

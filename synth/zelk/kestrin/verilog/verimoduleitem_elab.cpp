@@ -12,8 +12,15 @@
 #include "verilog/verinets.h"
 #include "verilog/veriround.h"
 #include "verilog/veristatement.h"
+#include "verilog/veristatetable.h"
 
 // Declarations.
+
+void VeriDataDecl::Prepare() {
+  for (VeriIdDecl* id : *_ids)
+    if (id->GetId())
+      if (auto* variable = dynamic_cast<VeriVariable*>(id->GetId()->Current())) ElabState()->AddEncodable(variable);
+}
 
 void VeriDataDecl::Initialize() {
   for (VeriIdDecl* id : *_ids)
@@ -90,7 +97,8 @@ void VeriNetRegAssign::Elaborate() {
     if (!_target->AsName() && !_target->IsConcat()) _target->Error("illegal expression in target");
     return;
   }
-  OwnedValue value = _value->EvaluateFor(*type, nullptr);
+  const VeriVariable* machine = VeriStateTable::EncodedVariable(_target);
+  OwnedValue value = machine ? _value->EvaluateState(machine, nullptr) : _value->EvaluateFor(*type, nullptr);
   if (value) _target->Assign(std::move(value), nullptr, false);
 }
 
@@ -279,6 +287,10 @@ void VeriGenerateItem::ForEachRound(const std::function<void(VeriModuleItem*)>& 
   }
 }
 
+void VeriGenerateItem::Prepare() {
+  ForEachRound([](VeriModuleItem* item) { item->Prepare(); });
+}
+
 void VeriGenerateItem::Initialize() {
   ForEachRound([](VeriModuleItem* item) { item->Initialize(); });
 }
@@ -290,6 +302,11 @@ void VeriGenerateItem::Elaborate() {
 void VeriGenerateConstruct::GenerateObjects() {
   for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items))
     if (item) item->GenerateObjects();
+}
+
+void VeriGenerateConstruct::Prepare() {
+  for (VeriModuleItem* item : ItemsOf<VeriModuleItem*>(_items))
+    if (item) item->Prepare();
 }
 
 void VeriGenerateConstruct::Initialize() {

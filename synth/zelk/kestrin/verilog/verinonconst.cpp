@@ -622,7 +622,6 @@ Net* merge_into_register(Instance* reg, Net* output, Net* other, Net* others_tur
 
 void VeriNonConstVal::MuxIn1(Net* condition, const VeriNonConstVal& one_value, const VeriTreeNode* from) {
   VeriLogic logic(from);
-  bool may_push = !IsOnehot() && !one_value.IsOnehot();
   // What a tristate driver controls keeps its multiplexer even where both branches agree.
   bool keeps_equal = !veri_is_digit(condition) && condition->DriverType() == PRIM_TRI;
   for (unsigned bit = 0; bit < Size(); bit++) {
@@ -636,9 +635,9 @@ void VeriNonConstVal::MuxIn1(Net* condition, const VeriNonConstVal& one_value, c
     Instance* reg = nullptr;
     if (in0 == unknown() || in1 == unknown() || veri_is_digit(condition))
       result = logic.Mux(in0, in1, condition);
-    else if (may_push && (reg = fresh_register_of(in1)))
+    else if ((reg = fresh_register_of(in1)))
       result = merge_into_register(reg, in1, in0, logic.Inv(condition), logic.linefile());
-    else if (may_push && (reg = fresh_register_of(in0)))
+    else if ((reg = fresh_register_of(in0)))
       result = merge_into_register(reg, in0, in1, condition, logic.linefile());
     else
       result = logic.Mux(in0, in1, condition);

@@ -47,12 +47,7 @@ template <class T> const T* Enclosing(const VeriTreeNode* node) {
   return nullptr;
 }
 
-bool HasClock(const VeriEventControlStatement* statement) {
-  if (!statement || !statement->Events()) return false;
-  for (const VeriExpression* event : *statement->Events())
-    if (event && event->IsEdge()) return true;
-  return false;
-}
+bool HasClock(const VeriEventControlStatement* statement) { return statement && statement->HasEdge(); }
 
 std::string AddressText(const VeriIndexedName* name) { return name->Indices().GetFirst()->Image(); }
 

@@ -117,7 +117,8 @@ void analyze_reference(VeriIdDef* id, const VeriEnv& env, const VeriTreeNode* fr
   if (!id->IsVar()) return;
   auto* variable = static_cast<VeriVariable*>(id);
   variable->NoteReference(VeriProcessScope::Present());
-  if (variable->NumUnpacked()) variable->AddReference({from, VeriProcessScope::Present(), use_of(env)});
+  if (variable->NumUnpacked() || variable->IsReg())
+    variable->AddReference({from, VeriProcessScope::Present(), use_of(env)});
 }
 
 /// What lies in another file makes the unit depend on that; what lies in a package, on the package as well.

@@ -397,6 +397,12 @@ VeriEventControlStatement::VeriEventControlStatement(VeriExpressions* events, Ve
                                                      unsigned long linefile)
     : VeriStatement(linefile), _events(Adopt(events)), _statement(Adopt(statement)) {}
 
+bool VeriEventControlStatement::HasEdge() const {
+  for (const VeriExpression* event : ItemsOf<VeriExpression*>(_events))
+    if (event && event->IsEdge()) return true;
+  return false;
+}
+
 VeriEventControlStatement::~VeriEventControlStatement() {
   delete _events;
   delete _statement;

@@ -143,6 +143,8 @@ public:
   void SetIsInside() { _is_inside = true; }
   void Initialize() override;
   unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
+  VeriExpression* Expression() const { return _expression; }
+  const VeriNodes<VeriCaseItem>* Items() const { return _items; }
 
 private:
   friend class VeriCaseAnalysis;
@@ -270,6 +272,8 @@ public:
   void Initialize() override;
   const VeriExpressions* Events() const { return _events; }
   VeriStatement* Statement() const { return _statement; }
+  /// Whether one of the events is an edge.
+  bool HasEdge() const;
 
 private:
   VeriExpressions* _events;

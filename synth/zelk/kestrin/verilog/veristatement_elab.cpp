@@ -19,6 +19,7 @@
 #include "verilog/verinets.h"
 #include "verilog/veriram.h"
 #include "verilog/veristatement.h"
+#include "verilog/veristatetable.h"
 
 void VeriStatement::Elaborate(VeriDataFlow* flow) {
   if (veri_file::CheckForInterrupt(Linefile()) || flow->IsDead()) return;
@@ -172,12 +173,19 @@ private:
   bool Evaluate();
   bool AddPattern(Item& item, const VeriExpression* condition, OwnedValue pattern);
   bool AddRange(Item& item, const VeriRange& range, const VeriTypeInfo& type);
+  void ReadCode();
   void Narrow();
   bool FitsIn(const VeriValue& pattern, unsigned width, bool is_signed) const;
   bool RunConstant();
   void Analyze();
   template <class Visit> void ForEachState(const VeriValue& pattern, Visit visit) const;
   void Cover(const VeriValue& pattern, const VeriTreeNode* from);
+  bool CoversAllStates() const {
+    auto is_covered = [this](int64_t number) {
+      return _covered.size() > static_cast<size_t>(number) && _covered[static_cast<size_t>(number)];
+    };
+    return _code && _states->AllStates(is_covered);
+  }
   void DecideCompleteness();
   void DecideParallel();
   bool AllOnehot() const;
@@ -204,6 +212,8 @@ private:
   VeriCaseStatement* _statement;
   VeriDataFlow* _flow;
   OwnedValue _value;
+  const VeriStateTable* _states = nullptr; // of a variable that is encoded by them
+  OwnedValue _code;
   std::vector<Item> _items; // without the default
   const VeriCaseItem* _default = nullptr;
   unsigned _width = 0;
@@ -254,7 +264,10 @@ bool VeriCaseAnalysis::Evaluate() {
       if (!is_good) return false;
     }
   }
-  if (_all_constant && !_value->IsConstant()) Narrow();
+  if (_all_constant && !_value->IsConstant()) {
+    ReadCode();
+    Narrow();
+  }
   return true;
 }
 
@@ -307,6 +320,14 @@ bool VeriCaseAnalysis::AddRange(Item& item, const VeriRange& range, const VeriTy
     first = block(wild) + 1;
   }
   return true;
+}
+
+/// A variable that is encoded by its states tells by a single bit whether an item applies.
+void VeriCaseAnalysis::ReadCode() {
+  const VeriVariable* machine = VeriStateTable::EncodedVariable(_statement->_expression);
+  if (!machine) return;
+  _states = machine->FsmStateTable();
+  _code = static_cast<VeriIdRef*>(_statement->_expression)->EvaluateCode(_flow);
 }
 
 /// Whether the bits of a pattern above a width are those that the extension of a value of this width has.
@@ -453,7 +474,7 @@ void VeriCaseAnalysis::DecideCompleteness() {
   if (_default) {
     _is_complete = true;
     if (has_full_case) _statement->Warning("ignoring full_case attribute on case statement with explicit default");
-  } else if (_is_counted && _num_covered >= States()) {
+  } else if (_is_counted && (_num_covered >= States() || CoversAllStates())) {
     _is_complete = true;
   } else if (_statement->_qualifier) {
     _is_complete = true;
@@ -500,7 +521,7 @@ bool VeriCaseAnalysis::WantsSelectors() const {
   if (_width >= 13 && is_sparse) return true;
   if (_items.size() < 3 && states > 2) return true;
   if (_overlaps) return true;
-  return (_is_complete && AllOnehot()) || _value->IsOnehot();
+  return (_is_complete && AllOnehot()) || _code;
 }
 
 void VeriCaseAnalysis::RunWithMuxes() {
@@ -524,6 +545,7 @@ void VeriCaseAnalysis::RunWithMuxes() {
 }
 
 Net* VeriCaseAnalysis::MatchNet(const VeriValue& pattern) const {
+  if (_code) return veri_canonical_net(_states->Equal(*_code, pattern));
   Net* match = VeriValue::CaseMatch(*_value, pattern, XIsWild(), ZIsWild(), _statement);
   return match ? veri_canonical_net(match) : nullptr;
 }

@@ -377,25 +377,6 @@ OwnedValue VeriValue::Buffer(OwnedValue value, const VeriTreeNode* from) {
 }
 
 namespace {
-/// The two parts of the name of a state's net: the machine before the last dot, the state behind it.
-std::pair<std::string, std::string> state_name(const Net* net) {
-  std::string name = net->Name() ? net->Name() : "";
-  size_t dot = name.rfind('.');
-  return dot == std::string::npos ? std::pair(name, name) : std::pair(name.substr(0, dot), name.substr(dot + 1));
-}
-
-void add_state(Netlist* netlist, const Net* hold, Instance* reg) {
-  auto [machine, state] = state_name(hold);
-  if (machine.empty()) return;
-  Fsm* fsm = netlist->GetFsm(machine.c_str());
-  if (!fsm) {
-    fsm = new Fsm(machine.c_str(), hold->Linefile());
-    netlist->Add(fsm);
-    kestrin_debug("Extracted state machine for onehot encoded register %s", machine.c_str());
-  }
-  fsm->AddState(reg, state.c_str());
-}
-
 Net* register_bit(const VeriLogic& logic, Net* data, Net* clock, Net* enable, Net* hold, bool is_onehot) {
   bool keeps_feedback = enable && hold->Linefile() && kestrin_flag("zelk_allow_registers_with_tight_feedback");
   if (data == hold && !keeps_feedback) return data;
@@ -403,7 +384,8 @@ Net* register_bit(const VeriLogic& logic, Net* data, Net* clock, Net* enable, Ne
   Net* output = logic.netlist()->Dff(data, clock, unknown(), zero(), logic.linefile(), hold->Name());
   Instance* reg = output->Driver();
   reg->CopyAttributesFrom(hold);
-  if (is_onehot) add_state(logic.netlist(), hold, reg);
+  if (is_onehot && kestrin_add_state(hold, reg))
+    kestrin_debug("Extracted state machine for onehot encoded register %s", reg->GetFsm()->Name());
   return output;
 }
 } // namespace
