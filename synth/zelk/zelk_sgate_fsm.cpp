@@ -14,7 +14,8 @@ void ZELK_SGATE::create_state_machines() {
   for (Fsm* fsm : FsmsOf(m_netlist)) {
     ZELK_ASSERT(fsm != 0);
     ZELK_ASSERT(fsm->NumStates() > 0);
-    if (fsm->HasCleanReset())
+    // A reset at the clock's edge may have gone into the data logic for good.
+    if (fsm->HasCleanReset() && fsm->Reset(1))
       create_state_machine(fsm);
     else
       m_elaborate_info->queue_message(MSG_ZELK::I::ZELK_FSM_HAS_UNCLEAN_RESET(fsm->ExternalName()));

@@ -149,6 +149,9 @@ private:
     switch (inst->Type()) {
     case PRIM_INFER_POINT: return Value(inst->GetInput());
     case PRIM_DFFRS: return Asynchronous(inst, now);
+    case PRIM_DLATCH:
+      if (IsOne(inst->GetAsyncCond())) return Value(inst->GetAsyncVal());
+      return IsOne(inst->GetClock()) ? Value(inst->GetInput()) : now;
     case PRIM_DLATCHRS:
       if (IsOne(inst->GetReset())) return '0';
       if (IsOne(inst->GetSet())) return '1';

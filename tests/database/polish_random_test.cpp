@@ -5,6 +5,7 @@
 #include <random>
 
 #include "database/netlistchecker.h"
+#include "database/polishpass.h"
 #include "database/primitives.h"
 #include "netlist_bench.h"
 
@@ -144,6 +145,20 @@ void ExpectUnchanged(unsigned seed, bool floats) {
   ASSERT_EQ(Show(design.n, seed), before) << "seed " << seed;
 }
 
+/// No pass alone changes what is shown.
+void ExpectEachPassKeeps(unsigned seed, bool floats) {
+  MessageLog log;
+  RandomDesign design(seed, floats);
+  design.n->ResolveWires();
+  const std::string before = Show(design.n, seed);
+  for (const PolishPass& pass : kestrin_polish_passes()) {
+    if (!pass.IsWanted()) continue;
+    ASSERT_TRUE(pass.run(design.n)) << pass.name << ", seed " << seed;
+    ASSERT_EQ(Show(design.n, seed), before) << pass.name << ", seed " << seed;
+    ASSERT_EQ(NetlistChecker(design.n).Report(), "") << pass.name << ", seed " << seed;
+  }
+}
+
 /// Instances of all kinds on nets of all kinds, joined by chance: with loops, with many drivers and with none.
 class RandomGraph : public NetlistBench {
 public:
@@ -209,6 +224,11 @@ TEST(Polish, EndsOnAnyGraph) {
     graph.n->BreakLoops();
     ASSERT_EQ(NetlistChecker(graph.n).Report(), "") << "seed " << seed;
   }
+}
+
+TEST(Polish, KeepsWhatRandomDesignsShowWithEachPass) {
+  for (unsigned seed = 1; seed <= 30 && !HasFatalFailure(); seed++)
+    for (bool floats : {false, true}) ExpectEachPassKeeps(seed, floats);
 }
 
 TEST(Polish, KeepsWhatRandomDesignsShow) {

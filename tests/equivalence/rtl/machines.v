@@ -129,3 +129,19 @@ module fsm_task (input clk, rst, a, b, output reg x, output y);
         end
     assign y = (state == S2) ? a : (state == S4) ? b : 1'b0;
 endmodule
+
+// The reset state is never entered again, so that nothing but the reset is left of its data.
+module fsm_once (input clk, rst, go, output y, output [1:0] code);
+    localparam START = 2'd1, LEFT = 2'd2, RIGHT = 2'd3;
+    reg [1:0] state;
+    assign code = state;
+    assign y = state == START;
+    always @(posedge clk)
+        if (rst) state <= START;
+        else
+            case (state)
+                START: state <= LEFT;
+                LEFT: if (go) state <= RIGHT;
+                RIGHT: if (!go) state <= LEFT;
+            endcase
+endmodule
