@@ -148,6 +148,17 @@ bool FeedsMuxesOnly(const Net* output) {
   return true;
 }
 
+/// Whether only storage and its tristate buffers read a tree: it was reduced with the signal that they were extracted
+/// from, and what extraction put on top stays as it is.
+bool FeedsStorageOnly(const Net* output) {
+  if (output->NumOfPorts() || output->NumOfFanouts() == 0) return false;
+  for (const PortRef* ref : LoadsOf(output)) {
+    const prim_type_enum type = ref->GetInst()->Type();
+    if (!kestrin_is_storage_type(type) && type != PRIM_TRI) return false;
+  }
+  return true;
+}
+
 class MuxTreePass {
 public:
   explicit MuxTreePass(Netlist* netlist) : _netlist(netlist) {}
@@ -184,6 +195,7 @@ private:
       _num_internal++;
       return;
     }
+    if (FeedsStorageOnly(output)) return;
     Net* reduced = MuxTreeReducer(_netlist, nullptr).Reduce(output);
     if (reduced == output) return;
     Replace(mux, output, reduced);
