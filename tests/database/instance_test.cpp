@@ -387,6 +387,29 @@ TEST_F(StateMachine, ACleanResetSetsOneRegister) {
   EXPECT_EQ(fsm->Reset(0), rst);
 }
 
+TEST_F(StateMachine, PlainRegistersHaveACleanResetUnderOneConditionWithOneValueApart) {
+  Net* rst = UserNet("rst");
+  Net* other = UserNet("other");
+  Net* value = UserNet("value");
+  Net* inverse = top->Inv(value, 0);
+  auto state = [&](Net* to, Net* by) { return top->Dff(AutoNet(), AutoNet(), to, by, 0)->Driver(); };
+  auto one = [&](Net* by) { return state(top->Pwr(0), by); };
+  auto zero = [&](Net* by) { return state(top->Gnd(0), by); };
+  EXPECT_TRUE(Machine({one(rst)})->HasCleanReset());
+  EXPECT_TRUE(Machine({zero(rst), one(rst), zero(rst)})->HasCleanReset());
+  EXPECT_TRUE(Machine({state(value, rst), state(inverse, rst)})->HasCleanReset());
+  EXPECT_FALSE(Machine({one(rst), zero(other)})->HasCleanReset());
+  EXPECT_FALSE(Machine({one(rst), one(rst), zero(rst), zero(rst)})->HasCleanReset());
+  EXPECT_FALSE(Machine({state(value, rst), state(other, rst)})->HasCleanReset());
+  EXPECT_FALSE(Machine({one(rst), zero(nullptr)})->HasCleanReset());
+  EXPECT_FALSE(Machine({one(rst), State(top->Gnd(0), rst), State(rst, rst)})->HasCleanReset())
+      << "set and reset at once";
+  Fsm* fsm = Machine({zero(rst), one(rst)});
+  EXPECT_EQ(fsm->ResetState(0), fsm->GetStateAt(1));
+  EXPECT_EQ(fsm->Reset(0), rst);
+  EXPECT_EQ(Machine({zero(rst), zero(rst)})->Reset(0), rst) << "the first state's, without a sign";
+}
+
 TEST_F(StateMachine, TheResetStateIsLookedForInTheLogicAndInTheEncoding) {
   Net* gnd = top->Gnd(0);
   Net* rst = UserNet("rst");

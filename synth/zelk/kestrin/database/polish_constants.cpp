@@ -67,10 +67,17 @@ uintptr_t Mix(const void* address) {
   return static_cast<uintptr_t>(word ^ (word >> 32));
 }
 
+/// What tells a net from others for as long as it is driven: when two nets become one, either may be the one that
+/// stays, and so does the connection of the first driver.
+const void* Identity(const Net* net) {
+  const PortRef* driver = net->HasMultipleDrivers() ? nullptr : net->DrivingPortRef();
+  return driver ? static_cast<const void*>(driver) : net;
+}
+
 uintptr_t Signature(const Instance* inst) {
   uintptr_t sum = Mix(inst->View());
   for (const PortRef* ref : ConnectionsOf(inst))
-    if (ref->IsInput()) sum += Mix(ref->GetNet());
+    if (ref->IsInput()) sum += Mix(Identity(ref->GetNet()));
   return sum ? sum : 1;
 }
 
@@ -144,7 +151,8 @@ unsigned Instance::EliminateCommonSubexpressions(Set& visited, Map& signatures) 
     }
     Instance* inst = frame.inst;
     path.pop_back();
-    merged += MergeWithEqual(inst, signatures);
+    // Inputs that have become one net may decide the output.
+    if (!IsMergeable(inst) || !inst->Propagate()) merged += MergeWithEqual(inst, signatures);
   }
   return merged;
 }
