@@ -144,7 +144,6 @@ public:
   void Initialize() override;
   unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
   VeriExpression* Expression() const { return _expression; }
-  const VeriNodes<VeriCaseItem>* Items() const { return _items; }
 
 private:
   friend class VeriCaseAnalysis;
