@@ -208,7 +208,7 @@ void JSON_MODULE::write_names(JSON& module) {
     if (signal.left < signal.right) entry["upto"] = 1;
     entry["attributes"] = attributes_of(signal.place);
     std::string power_up = power_up_of(bits);
-    if (!power_up.empty() && !signal.is_port) entry["attributes"]["init"] = power_up;
+    if (!power_up.empty()) entry["attributes"]["init"] = power_up;
   }
   module["netnames"] = std::move(names);
 }

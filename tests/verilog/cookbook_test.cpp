@@ -124,8 +124,8 @@ TEST(Cookbook, EachRecipeBecomesItsPrimitives) {
   for (const char* file : {"storage.v", "levels.v"}) {
     std::vector<Recipe> recipes = ReadRecipes(file);
     ASSERT_GT(recipes.size(), 5U) << file;
-    recipes.pop_back(); // all of them together
     for (const Recipe& recipe : recipes) {
+      if (recipe.name.rfind("all_", 0) == 0) continue; // several recipes together
       Elaboration e;
       Netlist* netlist = e.Elaborate(recipe.text, VERI_2K, recipe.name.c_str());
       ASSERT_TRUE(netlist) << recipe.name;

@@ -173,9 +173,10 @@ module load_bits (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d
     if (rst) q <= {3'b010, e[0]}; else q <= d;
 endmodule
 
-// All of them side by side.
-module levels (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e,
-    output [87:0] q);
+// All of them, in two groups: the sources of the second act on no edge when a term that had masked another one falls,
+// and some of their netlists act on the edge of one term before it masks the other.
+module all_levels (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e,
+    output [59:0] q);
     latch u_latch (clk, c, rst, set, en, e2, sel, d, e, q[3:0]);
     latch_low u_latch_low (clk, c, rst, set, en, e2, sel, d, e, q[7:4]);
     latch_reset u_latch_reset (clk, c, rst, set, en, e2, sel, d, e, q[11:8]);
@@ -187,15 +188,19 @@ module levels (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e
     latch_part u_latch_part (clk, c, rst, set, en, e2, sel, d, e, q[35:32]);
     latch_assign u_latch_assign (clk, c, rst, set, en, e2, sel, d, e, q[39:36]);
     latch_per_bit u_latch_per_bit (clk, c, rst, set, en, e2, sel, d, e, q[43:40]);
-    both_reset_first u_both_reset_first (clk, c, rst, set, en, e2, sel, d, e, q[47:44]);
-    assign q[51:48] = 4'd0; // both_set_first: its netlist acts on the edge of one term before it masks the other
-    both_low u_both_low (clk, c, rst, set, en, e2, sel, d, e, q[55:52]);
-    both_resets u_both_resets (clk, c, rst, set, en, e2, sel, d, e, q[59:56]);
-    both_in_one u_both_in_one (clk, c, rst, set, en, e2, sel, d, e, q[63:60]);
-    assign q[67:64] = 4'd0; // both_constants: its netlist acts on the edge of one term before it masks the other
-    both_enable u_both_enable (clk, c, rst, set, en, e2, sel, d, e, q[71:68]);
-    load u_load (clk, c, rst, set, en, e2, sel, d, e, q[75:72]);
-    load_under_reset u_load_under_reset (clk, c, rst, set, en, e2, sel, d, e, q[79:76]);
-    assign q[83:80] = 4'd0; // load_over_reset: its netlist acts on the edge of one term before it masks the other
-    load_bits u_load_bits (clk, c, rst, set, en, e2, sel, d, e, q[87:84]);
+    both_resets u_both_resets (clk, c, rst, set, en, e2, sel, d, e, q[47:44]);
+    both_in_one u_both_in_one (clk, c, rst, set, en, e2, sel, d, e, q[51:48]);
+    load u_load (clk, c, rst, set, en, e2, sel, d, e, q[55:52]);
+    load_bits u_load_bits (clk, c, rst, set, en, e2, sel, d, e, q[59:56]);
+endmodule
+
+module all_levels_apart (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e,
+    output [27:0] q);
+    both_reset_first u_both_reset_first (clk, c, rst, set, en, e2, sel, d, e, q[3:0]);
+    both_set_first u_both_set_first (clk, c, rst, set, en, e2, sel, d, e, q[7:4]);
+    both_low u_both_low (clk, c, rst, set, en, e2, sel, d, e, q[11:8]);
+    both_constants u_both_constants (clk, c, rst, set, en, e2, sel, d, e, q[15:12]);
+    both_enable u_both_enable (clk, c, rst, set, en, e2, sel, d, e, q[19:16]);
+    load_under_reset u_load_under_reset (clk, c, rst, set, en, e2, sel, d, e, q[23:20]);
+    load_over_reset u_load_over_reset (clk, c, rst, set, en, e2, sel, d, e, q[27:24]);
 endmodule

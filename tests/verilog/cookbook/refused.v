@@ -2,7 +2,7 @@
 
 // The signal changes at both edges of a clock.
 module both_edges (input clk, d, output reg q);
-    always @(posedge clk or negedge clk) //! error: event control statement tests for multiple distinct edges on negedge clk
+    always @(posedge clk or negedge clk) //! error: event control statement tests for multiple distinct edges on clk
         q <= d;
 endmodule
 

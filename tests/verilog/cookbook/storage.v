@@ -622,9 +622,9 @@ module tri_gate (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d,
     notif0 b2 (q[2], d[2], en), b3 (q[3], d[3], en);
 endmodule
 
-// All of them side by side.
-module storage (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e,
-    output [315:0] q);
+// All of them, in groups: simulators are slow with wide vectors of parts.
+module all_enables (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e,
+    output [99:0] q);
     edge_rise u_edge_rise (clk, c, rst, set, en, e2, sel, d, e, q[3:0]);
     edge_fall u_edge_fall (clk, c, rst, set, en, e2, sel, d, e, q[7:4]);
     edge_derived u_edge_derived (clk, c, rst, set, en, e2, sel, d, e, q[11:8]);
@@ -650,58 +650,74 @@ module storage (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, 
     enable_data u_enable_data (clk, c, rst, set, en, e2, sel, d, e, q[91:88]);
     enable_return u_enable_return (clk, c, rst, set, en, e2, sel, d, e, q[95:92]);
     enable_disable u_enable_disable (clk, c, rst, set, en, e2, sel, d, e, q[99:96]);
-    sync_reset u_sync_reset (clk, c, rst, set, en, e2, sel, d, e, q[103:100]);
-    sync_set u_sync_set (clk, c, rst, set, en, e2, sel, d, e, q[107:104]);
-    sync_reset_low u_sync_reset_low (clk, c, rst, set, en, e2, sel, d, e, q[111:108]);
-    sync_set_reset u_sync_set_reset (clk, c, rst, set, en, e2, sel, d, e, q[115:112]);
-    sync_load u_sync_load (clk, c, rst, set, en, e2, sel, d, e, q[119:116]);
-    sync_reset_enable u_sync_reset_enable (clk, c, rst, set, en, e2, sel, d, e, q[123:120]);
-    sync_reset_last u_sync_reset_last (clk, c, rst, set, en, e2, sel, d, e, q[127:124]);
-    sync_constant u_sync_constant (clk, c, rst, set, en, e2, sel, d, e, q[131:128]);
-    async_reset u_async_reset (clk, c, rst, set, en, e2, sel, d, e, q[135:132]);
-    async_reset_low u_async_reset_low (clk, c, rst, set, en, e2, sel, d, e, q[139:136]);
-    async_reset_compare u_async_reset_compare (clk, c, rst, set, en, e2, sel, d, e, q[143:140]);
-    async_set u_async_set (clk, c, rst, set, en, e2, sel, d, e, q[147:144]);
-    async_set_low u_async_set_low (clk, c, rst, set, en, e2, sel, d, e, q[151:148]);
-    async_constant u_async_constant (clk, c, rst, set, en, e2, sel, d, e, q[155:152]);
-    async_parameter u_async_parameter (clk, c, rst, set, en, e2, sel, d, e, q[159:156]);
-    async_enable u_async_enable (clk, c, rst, set, en, e2, sel, d, e, q[163:160]);
-    async_then_sync u_async_then_sync (clk, c, rst, set, en, e2, sel, d, e, q[167:164]);
-    async_falling u_async_falling (clk, c, rst, set, en, e2, sel, d, e, q[171:168]);
-    async_derived u_async_derived (clk, c, rst, set, en, e2, sel, d, e, q[175:172]);
-    async_part u_async_part (clk, c, rst, set, en, e2, sel, d, e, q[179:176]);
-    async_in_block u_async_in_block (clk, c, rst, set, en, e2, sel, d, e, q[183:180]);
-    async_counter u_async_counter (clk, c, rst, set, en, e2, sel, d, e, q[187:184]);
-    async_shift u_async_shift (clk, c, rst, set, en, e2, sel, d, e, q[191:188]);
-    part_slices u_part_slices (clk, c, rst, set, en, e2, sel, d, e, q[195:192]);
-    part_bit u_part_bit (clk, c, rst, set, en, e2, sel, d, e, q[199:196]);
-    part_index u_part_index (clk, c, rst, set, en, e2, sel, d, e, q[203:200]);
-    part_concat u_part_concat (clk, c, rst, set, en, e2, sel, d, e, q[207:204]);
-    part_overlap u_part_overlap (clk, c, rst, set, en, e2, sel, d, e, q[211:208]);
-    loop_reverse u_loop_reverse (clk, c, rst, set, en, e2, sel, d, e, q[215:212]);
-    loop_chain u_loop_chain (clk, c, rst, set, en, e2, sel, d, e, q[219:216]);
-    loop_generate u_loop_generate (clk, c, rst, set, en, e2, sel, d, e, q[223:220]);
-    function_next u_function_next (clk, c, rst, set, en, e2, sel, d, e, q[227:224]);
-    task_next u_task_next (clk, c, rst, set, en, e2, sel, d, e, q[231:228]);
-    blocking_variable u_blocking_variable (clk, c, rst, set, en, e2, sel, d, e, q[235:232]);
-    blocking_register u_blocking_register (clk, c, rst, set, en, e2, sel, d, e, q[239:236]);
-    memory_registers u_memory_registers (clk, c, rst, set, en, e2, sel, d, e, q[243:240]);
-    initial_value u_initial_value (clk, c, rst, set, en, e2, sel, d, e, q[247:244]);
-    declared_value u_declared_value (clk, c, rst, set, en, e2, sel, d, e, q[251:248]);
-    preserved u_preserved (clk, c, rst, set, en, e2, sel, d, e, q[255:252]);
-    constant_data u_constant_data (clk, c, rst, set, en, e2, sel, d, e, q[259:256]);
-    self_toggle u_self_toggle (clk, c, rst, set, en, e2, sel, d, e, q[263:260]);
-    output_net u_output_net (clk, c, rst, set, en, e2, sel, d, e, q[267:264]);
-    tri_assign u_tri_assign (clk, c, rst, set, en, e2, sel, d, e, q[271:268]);
-    tri_low u_tri_low (clk, c, rst, set, en, e2, sel, d, e, q[275:272]);
-    tri_process u_tri_process (clk, c, rst, set, en, e2, sel, d, e, q[279:276]);
-    tri_case u_tri_case (clk, c, rst, set, en, e2, sel, d, e, q[283:280]);
-    tri_two_drivers u_tri_two_drivers (clk, c, rst, set, en, e2, sel, d, e, q[287:284]);
-    tri_per_bit u_tri_per_bit (clk, c, rst, set, en, e2, sel, d, e, q[291:288]);
-    tri_register u_tri_register (clk, c, rst, set, en, e2, sel, d, e, q[295:292]);
-    tri_registered u_tri_registered (clk, c, rst, set, en, e2, sel, d, e, q[299:296]);
-    tri_registered_reset u_tri_registered_reset (clk, c, rst, set, en, e2, sel, d, e, q[303:300]);
-    tri_registered_float u_tri_registered_float (clk, c, rst, set, en, e2, sel, d, e, q[307:304]);
-    tri_some_bits u_tri_some_bits (clk, c, rst, set, en, e2, sel, d, e, q[311:308]);
-    tri_gate u_tri_gate (clk, c, rst, set, en, e2, sel, d, e, q[315:312]);
+endmodule
+
+module all_synchronous (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e,
+    output [31:0] q);
+    sync_reset u_sync_reset (clk, c, rst, set, en, e2, sel, d, e, q[3:0]);
+    sync_set u_sync_set (clk, c, rst, set, en, e2, sel, d, e, q[7:4]);
+    sync_reset_low u_sync_reset_low (clk, c, rst, set, en, e2, sel, d, e, q[11:8]);
+    sync_set_reset u_sync_set_reset (clk, c, rst, set, en, e2, sel, d, e, q[15:12]);
+    sync_load u_sync_load (clk, c, rst, set, en, e2, sel, d, e, q[19:16]);
+    sync_reset_enable u_sync_reset_enable (clk, c, rst, set, en, e2, sel, d, e, q[23:20]);
+    sync_reset_last u_sync_reset_last (clk, c, rst, set, en, e2, sel, d, e, q[27:24]);
+    sync_constant u_sync_constant (clk, c, rst, set, en, e2, sel, d, e, q[31:28]);
+endmodule
+
+module all_asynchronous (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e,
+    output [59:0] q);
+    async_reset u_async_reset (clk, c, rst, set, en, e2, sel, d, e, q[3:0]);
+    async_reset_low u_async_reset_low (clk, c, rst, set, en, e2, sel, d, e, q[7:4]);
+    async_reset_compare u_async_reset_compare (clk, c, rst, set, en, e2, sel, d, e, q[11:8]);
+    async_set u_async_set (clk, c, rst, set, en, e2, sel, d, e, q[15:12]);
+    async_set_low u_async_set_low (clk, c, rst, set, en, e2, sel, d, e, q[19:16]);
+    async_constant u_async_constant (clk, c, rst, set, en, e2, sel, d, e, q[23:20]);
+    async_parameter u_async_parameter (clk, c, rst, set, en, e2, sel, d, e, q[27:24]);
+    async_enable u_async_enable (clk, c, rst, set, en, e2, sel, d, e, q[31:28]);
+    async_then_sync u_async_then_sync (clk, c, rst, set, en, e2, sel, d, e, q[35:32]);
+    async_falling u_async_falling (clk, c, rst, set, en, e2, sel, d, e, q[39:36]);
+    async_derived u_async_derived (clk, c, rst, set, en, e2, sel, d, e, q[43:40]);
+    async_part u_async_part (clk, c, rst, set, en, e2, sel, d, e, q[47:44]);
+    async_in_block u_async_in_block (clk, c, rst, set, en, e2, sel, d, e, q[51:48]);
+    async_counter u_async_counter (clk, c, rst, set, en, e2, sel, d, e, q[55:52]);
+    async_shift u_async_shift (clk, c, rst, set, en, e2, sel, d, e, q[59:56]);
+endmodule
+
+module all_parts (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e,
+    output [75:0] q);
+    part_slices u_part_slices (clk, c, rst, set, en, e2, sel, d, e, q[3:0]);
+    part_bit u_part_bit (clk, c, rst, set, en, e2, sel, d, e, q[7:4]);
+    part_index u_part_index (clk, c, rst, set, en, e2, sel, d, e, q[11:8]);
+    part_concat u_part_concat (clk, c, rst, set, en, e2, sel, d, e, q[15:12]);
+    part_overlap u_part_overlap (clk, c, rst, set, en, e2, sel, d, e, q[19:16]);
+    loop_reverse u_loop_reverse (clk, c, rst, set, en, e2, sel, d, e, q[23:20]);
+    loop_chain u_loop_chain (clk, c, rst, set, en, e2, sel, d, e, q[27:24]);
+    loop_generate u_loop_generate (clk, c, rst, set, en, e2, sel, d, e, q[31:28]);
+    function_next u_function_next (clk, c, rst, set, en, e2, sel, d, e, q[35:32]);
+    task_next u_task_next (clk, c, rst, set, en, e2, sel, d, e, q[39:36]);
+    blocking_variable u_blocking_variable (clk, c, rst, set, en, e2, sel, d, e, q[43:40]);
+    blocking_register u_blocking_register (clk, c, rst, set, en, e2, sel, d, e, q[47:44]);
+    memory_registers u_memory_registers (clk, c, rst, set, en, e2, sel, d, e, q[51:48]);
+    initial_value u_initial_value (clk, c, rst, set, en, e2, sel, d, e, q[55:52]);
+    declared_value u_declared_value (clk, c, rst, set, en, e2, sel, d, e, q[59:56]);
+    preserved u_preserved (clk, c, rst, set, en, e2, sel, d, e, q[63:60]);
+    constant_data u_constant_data (clk, c, rst, set, en, e2, sel, d, e, q[67:64]);
+    self_toggle u_self_toggle (clk, c, rst, set, en, e2, sel, d, e, q[71:68]);
+    output_net u_output_net (clk, c, rst, set, en, e2, sel, d, e, q[75:72]);
+endmodule
+
+module all_tristates (input clk, c, rst, set, en, e2, input [1:0] sel, input [3:0] d, e,
+    output [47:0] q);
+    tri_assign u_tri_assign (clk, c, rst, set, en, e2, sel, d, e, q[3:0]);
+    tri_low u_tri_low (clk, c, rst, set, en, e2, sel, d, e, q[7:4]);
+    tri_process u_tri_process (clk, c, rst, set, en, e2, sel, d, e, q[11:8]);
+    tri_case u_tri_case (clk, c, rst, set, en, e2, sel, d, e, q[15:12]);
+    tri_two_drivers u_tri_two_drivers (clk, c, rst, set, en, e2, sel, d, e, q[19:16]);
+    tri_per_bit u_tri_per_bit (clk, c, rst, set, en, e2, sel, d, e, q[23:20]);
+    tri_register u_tri_register (clk, c, rst, set, en, e2, sel, d, e, q[27:24]);
+    tri_registered u_tri_registered (clk, c, rst, set, en, e2, sel, d, e, q[31:28]);
+    tri_registered_reset u_tri_registered_reset (clk, c, rst, set, en, e2, sel, d, e, q[35:32]);
+    tri_registered_float u_tri_registered_float (clk, c, rst, set, en, e2, sel, d, e, q[39:36]);
+    tri_some_bits u_tri_some_bits (clk, c, rst, set, en, e2, sel, d, e, q[43:40]);
+    tri_gate u_tri_gate (clk, c, rst, set, en, e2, sel, d, e, q[47:44]);
 endmodule

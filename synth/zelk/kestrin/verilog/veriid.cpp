@@ -227,15 +227,9 @@ void VeriVariable::Reset() {
   _state_table = nullptr;
 }
 
-void VeriVariable::PushMutable() {
-  VeriValuedId::PushMutable();
-  _saved_state_tables.push_back(std::exchange(_state_table, nullptr));
-}
-
-void VeriVariable::PopMutable() {
-  VeriValuedId::PopMutable();
-  _state_table = _saved_state_tables.back();
-  _saved_state_tables.pop_back();
+void VeriVariable::SwapMutable(VeriIdDef& other) {
+  VeriValuedId::SwapMutable(other);
+  std::swap(_state_table, static_cast<VeriVariable&>(other)._state_table);
 }
 
 const void* VeriVariable::nowhere() {

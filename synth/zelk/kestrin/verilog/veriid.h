@@ -316,8 +316,7 @@ public:
   void Reset() override;
   /// Makes the nets, named by the path, and the power-up value of the declaration.
   void Initialize() override;
-  void PushMutable() override;
-  void PopMutable() override;
+  void SwapMutable(VeriIdDef& other) override;
 
   /// The encoding by states, borrowed; null for a variable that is a plain number.
   const VeriStateTable* FsmStateTable() const { return _state_table; }
@@ -334,7 +333,6 @@ private:
   class Set _loop_processes;
   std::vector<Reference> _references;
   const VeriStateTable* _state_table = nullptr;
-  std::vector<const VeriStateTable*> _saved_state_tables;
 };
 
 class VeriFunctionId : public VeriVariable {
