@@ -143,7 +143,6 @@ public:
   void SetIsInside() { _is_inside = true; }
   void Initialize() override;
   unsigned MutuallyExclusive(const VeriTreeNode* a, const VeriTreeNode* b) const override;
-  VeriExpression* Expression() const { return _expression; }
 
 private:
   friend class VeriCaseAnalysis;
