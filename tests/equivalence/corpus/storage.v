@@ -232,7 +232,7 @@ module tristate_case (input [1:0] s, input [3:0] a, b, output reg [3:0] y);
     endcase
 endmodule
 
-// prove: a state machine in two processes
+// simulate: a state machine in two processes
 module fsm_two (input clk, rst, go, stop, output busy, done);
   localparam IDLE = 2'd0, RUN = 2'd1, LAST = 2'd2;
   reg [1:0] state, next;

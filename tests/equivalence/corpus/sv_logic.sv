@@ -62,7 +62,7 @@ module typedef_vector (input logic [3:0] a, output logic [3:0] y);
   assign y = t;
 endmodule
 
-// prove: an enumeration with its own codes
+// simulate: an enumeration with its own codes
 module enum_codes (input logic clk, rst, input logic go, output logic [1:0] y);
   typedef enum logic [1:0] {IDLE = 2'd2, RUN = 2'd0, STOP = 2'd3} state_t;
   state_t state;
