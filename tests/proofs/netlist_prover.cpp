@@ -1,7 +1,7 @@
 // Reads netlists that are written as text, changes each as the name of its cell tells, and writes both forms as Verilog
 // for an independent tool. Netlists of few inputs are evaluated for all of their values before and after the change.
 //
-// Before that all of them are saved, and what comes back is what is changed.
+// Before that all of them are saved, and what comes back is what is changed; damaged files of them do no harm.
 //
 // usage: netlist_prover NETLISTS GOLD.v GATE.v [fault]
 //
@@ -21,7 +21,7 @@
 #include "database/operators.h"
 #include "database/views.h"
 #include "msg.h"
-#include "support/database_file.h"
+#include "support/damaged_file.h"
 #include "support/netlist_evaluator.h"
 #include "support/netlist_verilog.h"
 #include "zelk_netlist_creator.h"
@@ -310,6 +310,19 @@ private:
   int _result = 0;
 };
 
+/// Tries damaged files of all netlists, which are gone then.
+void TryDamage() {
+  std::vector<DamagedFile> damaged;
+  for (Cell* cell : CellsOf(Libset::Global()->GetLibrary("text")))
+    for (Netlist* netlist : NetlistsOf(cell)) damaged.emplace_back(netlist);
+  ForgetDesigns();
+  std::mt19937 random(1);
+  kestrin_set_report_handler([](const char*, const char*, int) {});
+  for (DamagedFile& file : damaged) file.Try(random);
+  kestrin_set_report_handler(nullptr);
+  DamagedFile::PrintTries();
+}
+
 /// Saves all netlists and goes on with what comes back, from a file of this machine's byte order and of the other one.
 bool ComeBackAsTheyWere(const std::string& path) {
   for (const bool swapped : {false, true}) {
@@ -320,13 +333,16 @@ bool ComeBackAsTheyWere(const std::string& path) {
       const ByteSwapper swap(bytes);
       WriteBytes(path, bytes);
     }
-    ForgetDesigns();
+    if (swapped)
+      ForgetDesigns();
+    else
+      TryDamage();
     SaveRestore stream(path.c_str(), 1);
     auto* restored = new Library(stream);
     restored = restored->InstallRestored(stream, Libset::Global());
     if (!restored || DumpOf(restored) != before) return false;
   }
-  return true;
+  return !testing::UnitTest::GetInstance()->Failed();
 }
 
 /// Mistakes in the text of the netlists.
@@ -346,8 +362,9 @@ int main(int argc, char** argv) {
   ERRORS errors;
   msg_get_default_report()->set_sink(&errors);
   if (!ZELK_NETLIST_CREATOR(argv[1]).create("last")) return 3;
+  Message::SetConsoleOutput(0); // damaged files tell what they are
   if (!ComeBackAsTheyWere(std::string(argv[1]) + ".db")) {
-    std::cerr << "what was saved came back as something else\n";
+    std::cerr << "what was saved came back as something else, or a damaged file did harm\n";
     return 4;
   }
   Prover prover(argv[2], argv[3], argc > 4);
