@@ -197,6 +197,17 @@ unsigned SumOfProducts(Netlist* n) {
   return changes;
 }
 
+/// Loads of registers that never happen lose their nets.
+unsigned Unload(Netlist* n) {
+  unsigned changes = 0;
+  for (Instance* inst : All(n)) {
+    const unsigned connections = inst->NumOfPortRefs();
+    inst->Propagate();
+    changes += connections - inst->NumOfPortRefs();
+  }
+  return changes;
+}
+
 /// Repeats a change of single instances until none changes any more.
 template <class Change> unsigned UntilStable(Netlist* n, Change change) {
   unsigned changes = 0;
@@ -233,19 +244,19 @@ struct Change {
   const char* cell;
   unsigned (*apply)(Netlist*);
 };
-constexpr Change changes[] = {{"expand", Expand}, {"fold", Fold},   {"propagate", Propagate},
-                              {"push", Push},     {"merge", Merge}, {"sop", SumOfProducts}};
+constexpr Change changes[] = {{"expand", Expand}, {"fold", Fold},         {"propagate", Propagate}, {"push", Push},
+                              {"merge", Merge},   {"sop", SumOfProducts}, {"unload", Unload}};
 
 constexpr unsigned max_evaluated_bits = 11;
 
-/// All outputs for all values of the inputs; nothing for netlists with unknown values or too many inputs.
+/// All outputs for all values of the inputs; nothing for netlists with unknown values, storage or too many inputs.
 std::optional<std::vector<uint64_t>> Table(const Netlist* netlist) {
   std::vector<const Net*> inputs;
   std::vector<const Net*> outputs;
   for (const Port* port : PortsOf(netlist)) (port->IsInput() ? inputs : outputs).push_back(port->GetNet());
   bool unknown = inputs.size() > max_evaluated_bits;
   for (const Instance* inst : InstancesOf(netlist)) {
-    unknown |= inst->Type() == PRIM_X || inst->Type() == PRIM_Z;
+    unknown |= inst->Type() == PRIM_X || inst->Type() == PRIM_Z || kestrin_is_storage_type(inst->Type());
     for (const Port* port : PortsOf(inst->View())) unknown |= port->IsInput() && !inst->GetNet(port);
   }
   if (unknown) return {};

@@ -3,7 +3,8 @@
 usage: prove_netlists.py PROVER [--self-test] [--keep FOLDER]
 
 Expansions into gates are proven at small and at large widths, folding and merging on all patterns of constant, shared
-and inverted inputs, selections with every kind of gate in front of them.
+and inverted inputs, selections with every kind of gate in front of them. Registers and latches are merged, and lose
+loads that never happen; those proofs go over all sequences of inputs by induction.
 """
 import itertools
 import pathlib
@@ -219,6 +220,37 @@ def mergings():
     yield netlist
 
 
+def registers():
+    """Registers and latches whose data, clocks and asynchronous inputs are the same net, equal ones, or others."""
+    for kind in ("DFF", "DFFRS", "DLATCH", "DLATCHRS"):
+        for initial in ("", "1") if kind.startswith("DFF") else ("",):
+            netlist = Text("merge", f"merge_{kind.lower()}{'_from_1' if initial else ''}")
+            netlist.inputs(a=None, b=None, k=None, c=None)
+            zero, other_zero, one = (netlist.gate(constant) for constant in ("GND", "GND", "PWR"))
+            buffered, inverted = netlist.gate("BUF", input="k"), netlist.gate("INV", input="k")
+            # Of the same data under another clock; registers that these clock are equal in a second step.
+            divided = [netlist.gate("DFFRS", input="a", clk="k", set=net, reset=zero) for net in (zero, other_zero, "c")]
+            for net in divided:
+                netlist.result(net)
+            clocks = ["k", buffered, inverted, *divided]
+            forcing = [(zero, zero), (other_zero, zero), ("c", zero), ("c", one), (zero, "c"), ("c", "b")]
+            names = ("set", "reset") if kind.endswith("RS") else ("async_cond", "async_val")
+            for count, (data, clock, pair) in enumerate(itertools.product(("a", "b"), clocks, forcing)):
+                name = f"r{count}"
+                netlist.result(netlist.gate(kind, name=name, input=data, clk=clock, **dict(zip(names, pair))))
+                if initial and count % 3 == 0:
+                    netlist.lines.append(f"ATTRIBUTE OBJECT={name} NAME=\" :initial_value\" VALUE=1")
+            yield netlist
+    netlist = Text("unload", "unload_dffrs")
+    netlist.inputs(a=None, b=None, k=None, c=None)
+    zero, one = netlist.gate("GND"), netlist.gate("PWR")
+    for load, data, forcing in itertools.product((zero, one, "b"), (zero, "a", "b"),
+                                                 itertools.product((zero, "c"), (zero, "c", "b"))):
+        netlist.result(netlist.gate("DFFRS", input="a", clk="k", set=forcing[0], reset=forcing[1], aload=load,
+                                    adata=data))
+    yield netlist
+
+
 def pushes():
     """Selections among gates with one, two or no common inputs, and among adders with and without carries."""
     for selection in ("NTO1MUX", "SELECTOR"):
@@ -310,25 +342,29 @@ def write(netlists, path):
     path.write_text("\n".join(lines) + "\n")
 
 
-def proof(name):
+def proof(netlist):
+    name = netlist.name
+    if any(word in netlist.name for word in ("dff", "dlatch")):
+        return (f"miter -equiv -flatten -make_outputs gold_{name} gate_{name} miter_{name}; "
+                f"clk2fflogic miter_{name}; sat -verify -tempinduct -maxsteps 4 -prove trigger 0 miter_{name}")
     return (f"miter -equiv -flatten -ignore_gold_x -make_outputs gold_{name} gate_{name} miter_{name}; "
             f"sat -verify -enable_undef -set-def-inputs -prove trigger 0 miter_{name}")
 
 
-def yosys(folder, names):
+def yosys(folder, netlists):
     script = folder / "prove.ys"
-    script.write_text("read_verilog gold.v gate.v\nproc\nopt_clean\n" + "".join(proof(name) + "\n" for name in names))
+    script.write_text("read_verilog -icells gold.v gate.v\nproc\nopt_clean\n" + "".join(proof(netlist) + "\n" for netlist in netlists))
     return subprocess.run(["yosys", "-q", "-s", str(script)], cwd=folder, capture_output=True, text=True)
 
 
 def prove(prover, folder):
-    netlists = [*expansions(), *foldings(), *mergings(), *pushes(), *sums()]
+    netlists = [*expansions(), *foldings(), *mergings(), *registers(), *pushes(), *sums()]
     write(netlists, folder / "netlists.txt")
     run = subprocess.run([prover, "netlists.txt", "gold.v", "gate.v"], cwd=folder, capture_output=True, text=True)
     print(run.stderr, end="")
     if run.returncode:
         return 1
-    done = yosys(folder, [netlist.name for netlist in netlists])
+    done = yosys(folder, netlists)
     print(f"{len(netlists)} netlists handed to yosys")
     if done.returncode:
         print(done.stdout[-2000:], done.stderr[-2000:])
@@ -338,11 +374,11 @@ def prove(prover, folder):
 def self_test(prover, folder):
     """An inverted output has to be noticed in one netlist of each kind."""
     netlists = [operator("adder", "ADDER", {"a": 9, "b": 9}, 9, input1="a", input2="b"),
-                next(foldings()), next(mergings()), next(pushes()), next(sums())]
+                next(foldings()), next(mergings()), next(registers()), *[*registers()][-1:], next(pushes()), next(sums())]
     write(netlists, folder / "netlists.txt")
     run = subprocess.run([prover, "netlists.txt", "gold.v", "gate.v", "fault"], cwd=folder, capture_output=True,
                          text=True)
-    unnoticed = [netlist.name for netlist in netlists if not yosys(folder, [netlist.name]).returncode]
+    unnoticed = [netlist.name for netlist in netlists if not yosys(folder, [netlist]).returncode]
     print(run.stderr, unnoticed)
     return 1 if run.returncode or unnoticed else 0
 

@@ -1,5 +1,6 @@
-// Writes a combinational netlist as one Verilog module, for proofs by independent tools. Every primitive and operator
-// is written by its definition as an expression; nothing is shared with what builds, folds or hands over netlists.
+// Writes a netlist as one Verilog module, for proofs by independent tools. Every gate and operator is written by its
+// definition as an expression, a register or latch as the tool's own cell for one, which begins at 0 unless it has
+// another initial value; nothing is shared with what builds, folds or hands over netlists.
 #ifndef TESTS_SUPPORT_NETLIST_VERILOG_H
 #define TESTS_SUPPORT_NETLIST_VERILOG_H
 
@@ -81,9 +82,38 @@ private:
       return true;
     }
     if (inst->IsOperator()) return WriteOperator(inst);
+    if (kestrin_is_storage_type(inst->Type())) return WriteStorage(inst);
     const std::string value = Gate(inst);
     if (inst->GetOutput() && !value.empty()) Assign(Bit(inst->GetOutput()), value);
     return !value.empty();
+  }
+
+  /// What forces the output without the clock, and the value that it gets then.
+  bool WriteStorage(const Instance* inst) {
+    auto off_if_open = [this](const Net* net) { return net ? Bit(net) : "1'b0"; };
+    std::string forced = off_if_open(inst->GetAsyncCond());
+    std::string value = off_if_open(inst->GetAsyncVal());
+    if (inst->Type() == PRIM_DFFRS || inst->Type() == PRIM_DLATCHRS) {
+      const std::string set = off_if_open(inst->GetSet());
+      const std::string reset = off_if_open(inst->GetReset());
+      const std::string load = off_if_open(inst->GetALoad());
+      forced = set + " | " + reset + " | " + load;
+      value = reset + " ? 1'b0 : " + set + " ? 1'b1 : " + off_if_open(inst->GetAData());
+    }
+    if (inst->GetZ()) return false;
+    const char* initial = inst->GetAttValue(ATT_INITIAL_VALUE);
+    const std::string q = "q" + std::to_string(_temporaries++);
+    _out << "(* init = 1'b" << (initial ? initial : "0") << " *) wire " << q << ";\n";
+    const std::string data = Read(inst->GetInput());
+    if (kestrin_is_register_type(inst->Type()))
+      _out << "\\$aldff #(.WIDTH(1), .CLK_POLARITY(1), .ALOAD_POLARITY(1)) c" << q << " (.CLK("
+           << Read(inst->GetClock()) << "), .ALOAD(" << forced << "), .AD(" << value << "), .D(" << data;
+    else
+      _out << "\\$dlatch #(.WIDTH(1), .EN_POLARITY(1)) c" << q << " (.EN(" << Read(inst->GetClock()) << " | " << forced
+           << "), .D((" << forced << ") ? (" << value << ") : " << data;
+    _out << "), .Q(" << q << "));\n";
+    if (inst->GetOutput()) Assign(Bit(inst->GetOutput()), q);
+    return true;
   }
 
   std::string Gate(const Instance* inst) const {
