@@ -95,10 +95,11 @@ DebussyDump::DebussyDump(const Netlist* netlist, std::ostream& out) : _netlist(n
 
 void DebussyDump::Run() {
   _taken.insert(unconnected);
-  NetlistDump();
+  ModuleName(_netlist); // no view takes it
   // Gates are written as Verilog's own; all other views get a module.
   for (const Instance* inst : InstancesOf(_netlist))
     if (inst->View() && IsComponent(inst) && _symbols.Insert(inst->View())) SymbolDump(inst->View());
+  NetlistDump();
 }
 
 /// What was left out of two names may have been their difference.

@@ -1,6 +1,6 @@
-// DebussyDump: a netlist as structural Verilog for a viewer, with the views of its instances as empty modules. Every
-// name is an escaped identifier whose prefix tells its kind: \N: a net, \O: an operator or its output, \I: an instance
-// or a scalar input, \AI: an array input.
+// DebussyDump: a netlist as structural Verilog for a viewer, behind the views of its instances as empty modules.
+// Every name is an escaped identifier whose prefix tells its kind: \N: a net, \O: an operator or its output, \I: an
+// instance or a scalar input, \AI: an array input.
 #ifndef KESTRIN_DATABASE_DEBUSSYDUMP_H
 #define KESTRIN_DATABASE_DEBUSSYDUMP_H
 
