@@ -17,6 +17,10 @@
 
 namespace {
 
+void (*last_words)(const char*) = nullptr;
+
+#ifndef HOST_HAS_SANITIZER
+
 struct FAULT {
   int signal;
   const char* text;
@@ -29,10 +33,6 @@ constexpr FAULT faults[] = {
     {SIGILL, "illegal instruction"},
     {SIGABRT, "aborted"},
 };
-
-void (*last_words)(const char*) = nullptr;
-
-#ifndef HOST_HAS_SANITIZER
 
 constexpr int STATUS = 3;
 

@@ -6,7 +6,6 @@
 #include <cctype>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <sstream>
 
 #include "database/net.h"
@@ -63,6 +62,17 @@ std::string Describe(const Instance* inst) {
   }
 }
 
+/// A text with "[]" in place of "[3]".
+std::string WithoutBits(const std::string& text) {
+  std::string rest;
+  for (size_t at = 0; at < text.size(); at++) {
+    rest += text[at];
+    const size_t end = text[at] == '[' ? text.find_first_not_of("0123456789", at + 1) : at;
+    if (end != std::string::npos && end > at + 1 && text[end] == ']') at = end - 1;
+  }
+  return rest;
+}
+
 /// Instances whose descriptions differ in the numbers of bits only are told once, with the names of the first and the
 /// number of them.
 std::vector<std::string> Shape(const Netlist* netlist) {
@@ -72,7 +82,7 @@ std::vector<std::string> Shape(const Netlist* netlist) {
     const prim_type_enum type = inst->Type();
     if (!kestrin_is_storage_type(type) && type != PRIM_TRI) continue;
     const std::string text = Describe(inst);
-    const std::string key = std::regex_replace(text, std::regex("\\[[0-9]+\\]"), "[]");
+    const std::string key = WithoutBits(text);
     auto [group, is_new] = groups.try_emplace(key, key, 0);
     group->second.second++;
     if (is_new) order.push_back(key);
