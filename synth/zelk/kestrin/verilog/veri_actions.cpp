@@ -6,12 +6,14 @@
 #include <cstring>
 #include <sstream>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "util/message.h"
 #include "util/services.h"
 #include "verilog/veri_file.h"
 #include "verilog/veri_message.h"
 #include "verilog/veri_number.h"
+#include "verilog/veri_recovery.h"
 #include "verilog/veri_tokens.h"
 #include "verilog/verivisitor.h"
 
@@ -24,8 +26,6 @@ struct Imported {
   const char* name;
 };
 
-constexpr unsigned max_open_constructs = 10000;
-
 struct ParserState {
   VeriLibrary* work = nullptr;
   VeriScope* scope = nullptr;
@@ -36,10 +36,24 @@ struct ParserState {
   std::unordered_map<const VeriScope*, unsigned> generate_constructs; // numbers used up in a scope
   unsigned port_direction = 0;                                        // that a port without direction takes over
   unsigned modport_direction = 0;                                     // likewise in a modport
-  // Tokens: one that was taken too early, and the last two that the parser got.
-  veri_token kept;
-  bool has_kept = false;
-  unsigned unread_count = 0; // since a token came from the scanner
+  // Tokens: those that come before the scanner's, the next one last; the last one that the parser got.
+  std::vector<veri_token> kept;
+  veri_location former_place = 0; // of the token before the last one
+  veri_location last_place = 0;
+  int former_code = 0;               // likewise
+  const char* former_text = nullptr; // likewise, of a name
+  const char* item_text = nullptr;   // of the name that begins a declaration or statement
+  const char* called_text = nullptr; // of the last name in front of a parenthesis
+  veri_location refused_place = 0;   // of what an action refused, a construct of another dialect say
+  veri_token last;
+  // Syntax errors: the last one, and what was handed out since for it.
+  VeriBreak broken;
+  std::unordered_set<const char*> lost_types;    // names that are types, as it seems, of a definition that is missing
+  std::unordered_set<const char*> lost_packages; // likewise
+  unsigned supplied = 0;                         // words that the source lacks, still to be handed out
+  bool is_supplied = false;
+  bool resumes_next = false;
+  bool has_resumed = false; // the last token is the one behind what was skipped
   int last_code = 0;
   int head_code = 0; // of the word that begins a design unit, behind the unit's name
   int stray_unit = VERI_MODULE;
@@ -48,6 +62,12 @@ struct ParserState {
 };
 
 ParserState parser;
+
+/// Packages that were refused for their mistakes, with the names of their types: who uses them is read all the same.
+std::unordered_map<std::string, std::vector<std::string>>& refused_packages() {
+  static std::unordered_map<std::string, std::vector<std::string>> packages;
+  return packages;
+}
 
 } // namespace
 
@@ -61,6 +81,8 @@ int VeriParser::Parse(VeriLibrary* work) {
   parser = ParserState();
   return result;
 }
+
+void VeriParser::FreeStaticMemory() { refused_packages().clear(); }
 
 VeriScope* VeriParser::PresentScope() { return parser.scope; }
 
@@ -98,22 +120,32 @@ VeriIdDef* find_visible(const char* name) {
 }
 
 void scan(veri_token* token) {
-  if (!parser.has_kept) {
-    parser.unread_count = 0;
-    return VeriLex::NextToken(token);
-  }
-  *token = parser.kept;
-  parser.has_kept = false;
+  if (parser.kept.empty()) return VeriLex::NextToken(token);
+  *token = parser.kept.back();
+  parser.kept.pop_back();
 }
 
-void keep(const veri_token& token) {
-  KESTRIN_ASSERT(!parser.has_kept);
-  parser.kept = token;
-  parser.has_kept = true;
-}
+void keep(const veri_token& token) { parser.kept.push_back(token); }
 
 int name_code(const VeriIdDef* id) {
   if (id && id->IsDataType()) return VERI_TYPE_ID;
+  return VERI_ID;
+}
+
+/// Of a name in a package that was not read: a type where a name follows.
+int lost_name_code(const char* name) {
+  const auto refused = refused_packages().find(parser.package);
+  if (refused != refused_packages().end()) {
+    const std::vector<std::string>& types = refused->second;
+    if (std::find(types.begin(), types.end(), name) != types.end()) return VERI_TYPE_ID;
+  } else if (parser.lost_types.contains(name)) {
+    return VERI_TYPE_ID;
+  } else if (parser.lost_packages.contains(parser.package)) {
+    veri_token next;
+    scan(&next);
+    keep(next);
+    if (next.code == VERI_ID) return VERI_TYPE_ID;
+  }
   return VERI_ID;
 }
 
@@ -122,10 +154,13 @@ int classify_name(const veri_token& token) {
   if (parser.last_code == VERI_DOT) return VERI_ID;
   if (parser.last_code == VERI_SCOPE_OP) {
     const VeriIdDef* id = parser.package ? find_in_package(parser.package, token.text) : nullptr;
-    return name_code(id);
+    return id || !parser.package ? name_code(id) : lost_name_code(token.text);
   }
   if (const VeriIdDef* id = find_visible(token.text)) return name_code(id);
-  if (!veri_file::FindPackage(token.text, parser.work)) return VERI_ID;
+  if (parser.lost_types.contains(token.text)) return VERI_TYPE_ID;
+  const bool is_package = veri_file::FindPackage(token.text, parser.work) || refused_packages().contains(token.text) ||
+                          parser.lost_packages.contains(token.text);
+  if (!is_package) return VERI_ID;
   veri_token next;
   scan(&next);
   keep(next);
@@ -174,25 +209,131 @@ veri_token veri_next_token() {
   if (token.code == VERI_ID && VeriNode::IsSystemVerilog()) token.code = classify_name(token);
   if (token.code == VERI_SCOPE_OP) parser.package = parser.last_text;
   parser.head_code = begins_head(parser.last_code) && token.text ? parser.last_code : 0;
+  parser.former_code = parser.last_code;
+  parser.former_text = parser.last_code == VERI_ID ? parser.last_text : nullptr;
+  if (parser.last_code == VERI_SEMICOLON) parser.item_text = token.code == VERI_ID ? token.text : nullptr;
+  if (token.code == VERI_OPAREN) parser.called_text = parser.former_text;
+  parser.former_place = parser.last_place;
   parser.last_code = token.code;
   parser.last_text = token.text;
+  parser.last_place = token.linefile;
   if (is_stray_unit(token.code)) {
     parser.stray_unit = token.code;
     token.code = VERI_STRAY_UNIT;
   }
+  parser.last = token;
+  parser.is_supplied = parser.supplied != 0;
+  parser.has_resumed = !parser.is_supplied && parser.resumes_next;
+  if (parser.is_supplied)
+    parser.supplied--;
+  else
+    parser.resumes_next = false;
   return token;
 }
 
-int veri_stray_unit() { return parser.stray_unit; }
+namespace {
 
-void veri_unread(int code, veri_location place) {
-  // Each time, a construct ends; there cannot be more of these than the parser's stack holds.
-  if (++parser.unread_count > max_open_constructs) return;
+bool is_same_line(veri_location a, veri_location b) {
+  return LineFile::GetLineNo(a) == LineFile::GetLineNo(b) && LineFile::GetFileName(a) == LineFile::GetFileName(b);
+}
+
+/// The scanner's token behind the last one that the parser had from it.
+struct RestOfSource : VeriTokenSource {
+  explicit RestOfSource(veri_location place) : last(place) {}
+  VeriReadToken Next() override {
+    VeriReadToken next;
+    scan(&next.token);
+    if (!next.token.linefile) next.token.linefile = static_cast<veri_location>(VeriLex::GetLineFile());
+    next.begins_line = !is_same_line(next.token.linefile, last);
+    last = next.token.linefile;
+    return next;
+  }
+  veri_location last;
+};
+
+int scanned_code(const veri_token& token) {
+  if (token.code == VERI_TYPE_ID || token.code == VERI_PACKAGE_ID) return VERI_ID;
+  return token.code == VERI_STRAY_UNIT ? parser.stray_unit : token.code;
+}
+
+veri_token supplied_token(int code, veri_location place) {
   veri_token token;
   token.code = code;
   token.linefile = place;
   token.text = veri_token_text(static_cast<unsigned>(code));
-  keep(token);
+  return token;
+}
+
+} // namespace
+
+namespace {
+
+/// Whether the error comes from a name whose definition is missing: the next time it is read as what it seems to be.
+void remember_lost_name(const std::vector<int>& open) {
+  if (!VeriNode::IsSystemVerilog()) return;
+  // package::type, where a type must stand
+  if (parser.last.code == VERI_ID && parser.former_code == VERI_SCOPE_OP) parser.lost_types.insert(parser.last.text);
+  const char* name = parser.former_text;
+  if (!name) return;
+  if (parser.last.code == VERI_SCOPE_OP) {
+    parser.lost_packages.insert(name);
+    return;
+  }
+  // `type name`, `type [`, and in front of what cannot follow an instance: `type name;`
+  const bool begins_object = parser.last.code == VERI_ID || parser.last.code == VERI_OBRACKET;
+  if (begins_object && !find_visible(name)) parser.lost_types.insert(name);
+  const bool ends_name =
+      parser.last.code == VERI_SEMICOLON || parser.last.code == VERI_COMMA || parser.last.code == VERI_ASSIGN_OP;
+  const bool has_type = parser.item_text && parser.item_text != name && !find_visible(parser.item_text);
+  const bool is_instance =
+      std::find(open.end() - std::min<ptrdiff_t>(4, std::ssize(open)), open.end(), VERI_ID) != open.end();
+  if (ends_name && has_type && is_instance) parser.lost_types.insert(parser.item_text);
+}
+
+} // namespace
+
+bool veri_broken(std::vector<int> open, bool wants_semicolon) {
+  remember_lost_name(open);
+  VeriBreak& broken = parser.broken;
+  broken.open = std::move(open);
+  broken.wants_semicolon = wants_semicolon;
+  broken.is_second = parser.has_resumed || parser.is_supplied;
+  broken.token.token = parser.last;
+  broken.token.token.code = scanned_code(parser.last);
+  broken.token.begins_line = !is_same_line(parser.last.linefile, parser.former_place);
+  broken.before = parser.former_text;
+  broken.called = parser.called_text;
+  // A word of another dialect was told already.
+  const bool is_refused = parser.refused_place && is_same_line(parser.refused_place, parser.last.linefile);
+  return !broken.is_second && !is_refused;
+}
+
+bool veri_recover(size_t kept) {
+  VeriBreak& broken = parser.broken;
+  VeriLex::SetQuiet(true);
+  RestOfSource source(broken.token.token.linefile);
+  if (parser.is_supplied) {
+    parser.kept.erase(parser.kept.end() - parser.supplied, parser.kept.end());
+    broken.token = source.Next();
+  }
+  VeriResumption resumption = veri_resume(broken, kept, source);
+  VeriLex::SetQuiet(false);
+  while (resumption.next.token.code == VERI_END && !resumption.begins) {
+    VeriLex::ReportSurplusEnd();
+    resumption.next = source.Next();
+    resumption.is_at_end = resumption.next.token.code == VERI_END_OF_INPUT;
+  }
+  if (resumption.is_at_end) return false;
+  if (resumption.type_name && VeriNode::IsSystemVerilog()) parser.lost_types.insert(resumption.type_name);
+  const veri_token& next = resumption.next.token;
+  VeriLex::SetOpenBlocks(resumption.begins + (next.code == VERI_BEGIN) - (next.code == VERI_END && resumption.begins));
+  keep(next);
+  for (auto closing = resumption.closing.rbegin(); closing != resumption.closing.rend(); ++closing)
+    keep(supplied_token(*closing, next.linefile));
+  keep(supplied_token(resumption.is_declaration ? VERI_RESUMED_DECLARATION : VERI_RESUMED, next.linefile));
+  parser.supplied = static_cast<unsigned>(resumption.closing.size()) + 1;
+  parser.resumes_next = true;
+  return true;
 }
 
 void veri_skip_to(int code, int opening) {
@@ -213,7 +354,9 @@ void veri_skip_to(int code, int opening) {
 void veri_report_stack_overflow(veri_location place) { veri_error(place, "parser stack overflow"); }
 
 void veri_need_systemverilog(veri_location place, const char* feature) {
-  if (!VeriNode::IsSystemVerilog()) veri_error(place, "%s is a SystemVerilog feature", feature);
+  if (VeriNode::IsSystemVerilog()) return;
+  veri_error(place, "%s is a SystemVerilog feature", feature);
+  parser.refused_place = place;
 }
 
 namespace {
@@ -814,11 +957,16 @@ VeriModuleItems* veri_close_type_params(VeriModuleItems* params, unsigned token)
 
 VeriModuleItem* veri_import(const char* package, const char* name, veri_location place) {
   parser.imports.push_back({declaring_scope(), package, name});
+  const auto refused = refused_packages().find(package);
+  if (refused != refused_packages().end())
+    for (const std::string& type : refused->second)
+      if (!name || type == name) parser.lost_types.insert(VeriLex::Intern(type.c_str()));
   return new VeriImport(package, name, place);
 }
 
 VeriIdDecls* veri_misplaced_value(VeriIdDecls* ids, VeriExpression* value, veri_location place) {
   veri_error(place, "syntax error near %s", "\"=\", expecting an identifier or \",\"");
+  parser.refused_place = place;
   delete value;
   return ids ? ids : new VeriIdDecls;
 }
@@ -1037,6 +1185,17 @@ VeriDesignUnit* veri_new_config(const char* name, VeriNodes<VeriName>* design, V
   return new VeriConfiguration(std::move(id), design, rules, place);
 }
 
+namespace {
+
+std::vector<std::string> type_names(const VeriScope* scope) {
+  std::vector<std::string> names(parser.lost_types.begin(), parser.lost_types.end());
+  for (const VeriIdDef* id : ValuesOf<VeriIdDef*>(&scope->Ids()))
+    if (id->IsDataType()) names.emplace_back(id->Name());
+  return names;
+}
+
+} // namespace
+
 void veri_finish_unit(VeriDesignUnit* unit, Map* attributes) {
   if (!unit) return VeriTreeNode::DeleteAttributes(attributes);
   unit->AddAttributes(attributes);
@@ -1046,7 +1205,9 @@ void veri_finish_unit(VeriDesignUnit* unit, Map* attributes) {
   }
   // The host knows of no configurations.
   if (!unit->IsConfiguration()) veri_file::NewlyFound().Insert(unit->GetId());
+  if (unit->IsPackage()) refused_packages().erase(unit->Name());
   if (parser.work->AddDesignUnit(unit)) return;
+  if (unit->IsPackage()) refused_packages()[unit->Name()] = type_names(unit->GetScope());
   veri_file::NewlyFound().Remove(unit->GetId());
   delete unit;
 }

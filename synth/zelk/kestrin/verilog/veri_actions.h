@@ -25,6 +25,8 @@ using VeriRanges = VeriNodes<VeriRange>;
 
 /// Codes of names that the parser tells apart, above those of the scanner.
 enum veri_name_code : int { VERI_TYPE_ID = 1001, VERI_PACKAGE_ID = 1002, VERI_STRAY_UNIT = 1003 };
+/// What the parser gets behind a syntax error.
+enum veri_resume_code : int { VERI_RESUMED = 1004, VERI_RESUMED_DECLARATION = 1005 };
 
 class VeriParser {
 public:
@@ -32,6 +34,8 @@ public:
   static int Parse(VeriLibrary* work);
   /// The scope that declarations go to now: that of the library between design units; null outside of a parse.
   static VeriScope* PresentScope();
+  /// Forgets which packages were refused.
+  static void FreeStaticMemory();
 };
 
 /// A pattern of keys and values on its way.
@@ -80,10 +84,12 @@ struct VeriScopeHead {
 // The scanner's side.
 /// With the code of the name that an identifier is.
 veri_token veri_next_token();
-/// The token comes again; nothing may have been read behind it.
-void veri_unread(int code, veri_location place);
-/// The word of the last token that was one of a design unit where none can begin.
-int veri_stray_unit();
+/// A syntax error at the last token, with what the parser has open. Whether it is news: at a token where reading went
+/// on after another error it is not.
+bool veri_broken(std::vector<int> open, bool wants_semicolon);
+/// Skips what the error spoils, when the parser keeps so many of the open parts; the tokens that follow begin with
+/// VERI_RESUMED or VERI_RESUMED_DECLARATION. False at the end of the input.
+bool veri_recover(size_t kept);
 /// Drops tokens up to this one, which comes next; pairs of `opening` and this one in between are skipped as a whole.
 void veri_skip_to(int code, int opening = 0);
 

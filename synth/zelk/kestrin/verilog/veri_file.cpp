@@ -303,6 +303,7 @@ void veri_file::FreeStaticMemory() {
   delete state;
   state = nullptr;
   VeriLex::RegisterMsgDirectives(nullptr);
+  VeriParser::FreeStaticMemory();
   VeriLex::FreeStaticMemory();
   VeriTreeNode::FreeStaticMemory();
 }

@@ -228,11 +228,11 @@ VeriScanner::Step VeriScanner::TakeKeyword(veri_token* token, const VeriWord* wo
   switch (word->keyword) {
   case VERI_BEGIN: _begins++; break;
   case VERI_END:
-    if (!_begins) {
-      Error("; \"end\" without \"begin\" ");
+    if (!_begins && !_is_quiet) {
+      ReportSurplusEnd();
       return Step::Again;
     }
-    _begins--;
+    if (_begins) _begins--;
     break;
   case VERI_EDGE: Push(State::EdgeDescriptors); break;
   case VERI_TABLE: Push(State::UdpTable); break;
@@ -373,7 +373,7 @@ VeriScanner::Step VeriScanner::ScanOperator(veri_token* token) {
   } else if (candidate->token == VERI_CPAREN) {
     if (_parentheses) {
       _parentheses--;
-    } else {
+    } else if (!_is_quiet) {
       Error("; mismatched closing parenthesis ");
       _is_reported = true;
     }
@@ -468,6 +468,8 @@ void VeriScanner::ReportEnd() {
   if (_levels.size() > 1) veri_error(_in.linefile, "unexpected EOF : missing `endif");
 }
 
+void VeriScanner::ReportSurplusEnd() { Error("; \"end\" without \"begin\" "); }
+
 void VeriScanner::Error(const char* text) {
   if (_in.IsEmpty()) return veri_error(_in.linefile, "syntax near EOF %s", text);
   std::string_view near(_text, _text_length);
@@ -534,6 +536,18 @@ void VeriLex::FreeStaticMemory() {
 
 void VeriLex::Error(const char* text) {
   if (scanner && !scanner->IsReported()) scanner->Error(text);
+}
+
+void VeriLex::SetQuiet(bool is_quiet) {
+  if (scanner) scanner->SetQuiet(is_quiet);
+}
+
+void VeriLex::ReportSurplusEnd() {
+  if (scanner) scanner->ReportSurplusEnd();
+}
+
+void VeriLex::SetOpenBlocks(unsigned count) {
+  if (scanner) scanner->SetOpenBlocks(count);
 }
 
 linefile_type VeriLex::GetLineFile() { return scanner ? scanner->Linefile() : 0; }

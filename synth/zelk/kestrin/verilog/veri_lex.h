@@ -63,6 +63,14 @@ public:
   /// `text` behind it.
   static void Error(const char* text);
 
+  // While the parser skips what a syntax error spoils.
+  /// Mistakes of nesting are not told, and an `end` without `begin` is a token like others.
+  static void SetQuiet(bool is_quiet);
+  /// The last token is an `end` that nothing opened.
+  static void ReportSurplusEnd();
+  /// So many blocks are open, whatever was read so far.
+  static void SetOpenBlocks(unsigned count);
+
   // Where the scanner is.
   /// 0 when no file is open.
   static linefile_type GetLineFile();

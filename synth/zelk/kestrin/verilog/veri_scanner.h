@@ -44,6 +44,9 @@ public:
   void Error(const char* text);
   /// The present token has had its syntax error; the parser, which cannot take it either, need not tell again.
   bool IsReported() const { return _is_reported; }
+  void ReportSurplusEnd();
+  void SetQuiet(bool is_quiet) { _is_quiet = is_quiet; }
+  void SetOpenBlocks(unsigned count) { _begins = count; }
 
   linefile_type Linefile() const { return _in.linefile; }
   veri_dialect Dialect() const { return _dialect; }
@@ -178,6 +181,7 @@ private:
   veri_dialect _dialect;
   bool _ended = false;
   bool _is_reported = false;
+  bool _is_quiet = false;
   bool _after_semicolon = false;
   bool _read_comments = false; // as source
   bool _keep_escapes;

@@ -12,7 +12,10 @@
 %expect 0
 
 %code top {
+#include <algorithm>
+
 #include "verilog/veri_actions.h"
+#include "verilog/veri_recovery.h"
 
 /* A location, as four numbers because the skeleton fills that many. */
 struct veri_place {
@@ -36,6 +39,9 @@ struct veri_place {
 %code {
 namespace {
 
+/// What is open on the parser's stack up to this state, from the outside to the inside.
+template <class State> std::vector<int> open_constructs(const State* top);
+
 unsigned empty_reductions = 0; // since the last reduction of another rule
 
 int verilex(VERISTYPE* value, veri_place* place) {
@@ -49,6 +55,7 @@ int verilex(VERISTYPE* value, veri_place* place) {
     value->text = token.text;
   return token.code;
 }
+
 
 void verierror(const veri_place* place, const char*) { veri_report_stack_overflow(*place); }
 
@@ -123,6 +130,9 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %token VERI_PACKAGE_ID 1002
 /* The word that begins a design unit, where none can begin: the end of the one around is missing. */
 %token VERI_STRAY_UNIT 1003
+/* Behind a mistake: from here on the source is read again, where statements or items, or where declarations may stand. */
+%token VERI_RESUMED 1004
+%token VERI_RESUMED_DECLARATION 1005
 
 %type <text> VERI_ID VERI_TYPE_ID VERI_PACKAGE_ID VERI_BASE VERI_BASED_VALUE VERI_UNSIZED_LITERAL
   VERI_STRING_LITERAL VERI_SYSTEM_ID VERI_EDGE_DESCRIPTOR VERI_UDP_EDGE VERI_UDP_WILDCARD_EDGE VERI_UDP_VALUE VERI_TIME_LITERAL
@@ -131,7 +141,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <text> any_id package_id label_opt closing_label edge_list foreach_name
 %type <token> module_keyword direction net_type signing signing_opt vector_type atom_type gate_type case_keyword
   lifetime_opt packed_opt operator_assign increment always_keyword unique_priority unique_priority_opt join_keyword
-  scalared_opt struct_keyword unit_end strength_word config_suffix path_edge path_arrow polarity data_polarity
+  scalared_opt struct_keyword strength_word config_suffix path_edge path_arrow polarity data_polarity
   pulse_keyword timing_edge assert_keyword repetition tagged_opt
 %type <attributes> attrs trailing_attrs inner_attrs attribute_instances attribute_specs operand_attrs
 %type <expr> expr primary literal concat mintypmax lvalue index port_expr port_expr_opt port_reference connection
@@ -180,7 +190,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <defparams> defparam_assigns
 %type <gen_case_item> gen_case_item
 %type <gen_case_items> gen_case_items
-%type <stmt> statement substatement statement_item single_statement for_step blocking_assign jump_statement
+%type <stmt> statement statement_item single_statement for_step blocking_assign jump_statement
   assert_statement property_assertion seq_block
   par_block case_statement
   conditional loop_statement timed_statement procedural_continuous for_init_assign
@@ -193,7 +203,7 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 %type <string> udp_row udp_symbols
 %type <unit> design_unit module_decl primitive_decl package_decl interface_decl module_end primitive_end package_end
   interface_end extern_module config_decl
-%type <body> body body_decls body_stmts broken_block broken_fork broken_function broken_task
+%type <body> body body_decls body_stmts
 %type <scope> unit_head block_head par_head function_head task_head gen_begin_head gen_single_head
   for_head gen_for_head primitive_head package_head interface_head modport_head specify_head property_head
   sequence_head foreach_head
@@ -238,7 +248,27 @@ void verierror(const veri_place* place, const char*) { veri_report_stack_overflo
 source
   : %empty
   | source description
-  | source error
+  | source broken
+  ;
+
+/* What a syntax error spoils, as one part of the list where it stands. The parser drops what was read of it; the rest is
+   skipped up to where reading can go on, and what is missing there to end the constructs that are still open is handed
+   to the parser as if it had been written. So a mistake is told once, and what follows is read. */
+
+broken
+  : recovery VERI_RESUMED { yyerrok; }
+  ;
+
+broken_declaration
+  : recovery VERI_RESUMED_DECLARATION { yyerrok; }
+  ;
+
+recovery
+  : error
+    {
+      if (!veri_recover(open_constructs(yyssp - 1).size())) YYABORT;
+      yyclearin;
+    }
   ;
 
 description
@@ -278,18 +308,12 @@ module_decl
 module_end
   : unit_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items "endmodule"
     { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
-  | unit_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items error "endmodule"
-    { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
-  | unit_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items error VERI_STRAY_UNIT
-    { $$ = veri_new_module($1, $2, $3, $4, $7, $5); veri_unread(veri_stray_unit(), @9); }
-  | unit_head error ";" module_items "endmodule" { $$ = veri_new_module($1, nullptr, nullptr, nullptr, $4, nullptr); }
-  | unit_head error ";" module_items error "endmodule"
-    { $$ = veri_new_module($1, nullptr, nullptr, nullptr, $4, nullptr); }
+  | unit_head broken module_items "endmodule" { $$ = veri_new_module($1, nullptr, nullptr, nullptr, $3, nullptr); }
   ;
 
 unit_head
   : module_keyword lifetime_opt any_id { $$ = veri_open_unit($1, $3, @3, $2); }
-  | module_keyword lifetime_opt error { $$ = veri_open_unit($1, "", @1); }
+  | module_keyword lifetime_opt broken { $$ = veri_open_unit($1, "", @1); }
   ;
 
 extern_module
@@ -304,8 +328,8 @@ interface_decl
 interface_end
   : interface_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items "endinterface"
     { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
-  | interface_head unit_imports param_ports_opt ports_opt trailing_attrs ";" module_items error "endinterface"
-    { $$ = veri_new_module($1, $2, $3, $4, $7, $5); }
+  | interface_head broken module_items "endinterface"
+    { $$ = veri_new_module($1, nullptr, nullptr, nullptr, $3, nullptr); }
   ;
 
 interface_head
@@ -318,7 +342,7 @@ package_decl
 
 package_end
   : package_head trailing_attrs ";" module_items "endpackage" { $$ = veri_new_package($1, $4, $2); }
-  | package_head trailing_attrs ";" module_items error "endpackage" { $$ = veri_new_package($1, $4, $2); }
+  | package_head broken module_items "endpackage" { $$ = veri_new_package($1, $3, nullptr); }
   ;
 
 package_head
@@ -362,7 +386,7 @@ unit_imports
 config_decl
   : "config" any_id ";" config_design config_rules "endconfig" closing_label
     { $$ = veri_new_config($2, $4, $5, @2); veri_check_unit_label($$, $7); }
-  | "config" any_id error "endconfig" closing_label { $$ = nullptr; }
+  | "config" any_id broken "endconfig" closing_label { $$ = nullptr; }
   ;
 
 config_design
@@ -558,7 +582,6 @@ direction
 
 /* Module items. */
 
-/* Behind the semicolon of a broken item the next one is read with errors told, which is sooner than three tokens on. */
 module_items
   : %empty { $$ = new VeriModuleItems; }
   | module_items attrs module_item { $$ = veri_append_item($1, $3, $2); }
@@ -566,7 +589,7 @@ module_items
   | module_items attrs module_decl { $$ = veri_append_item($1, veri_nested_module($3, @3), $2); }
   | module_items attrs interface_decl { $$ = veri_append_item($1, veri_nested_module($3, @3), $2); }
   | module_items attrs ";" { $$ = veri_null_item($1, $2, @3); }
-  | module_items error ";" { yyerrok; $$ = $1; }
+  | module_items broken { $$ = $1; }
   ;
 
 module_item
@@ -950,7 +973,6 @@ mintypmaxes
 
 function_decl
   : function_head tf_ports_opt ";" body "endfunction" closing_label { $$ = veri_end_subprogram($1, $2, $4, $6, @6); }
-  | function_head tf_ports_opt ";" broken_function closing_label { $$ = veri_end_subprogram($1, $2, $4, $5, @5); }
   ;
 
 function_head
@@ -964,7 +986,6 @@ void_or_data_type
 
 task_decl
   : task_head tf_ports_opt ";" body "endtask" closing_label { $$ = veri_end_subprogram($1, $2, $4, $6, @6); }
-  | task_head tf_ports_opt ";" broken_task closing_label { $$ = veri_end_subprogram($1, $2, $4, $5, @5); }
   ;
 
 task_head
@@ -1005,6 +1026,8 @@ body
 body_decls
   : attrs block_declaration { $$ = veri_add_declaration(nullptr, $2, $1); }
   | attrs item_group { $$ = veri_add_imports(nullptr, $2, $1); }
+  | broken_declaration { $$ = nullptr; }
+  | body_decls broken_declaration { $$ = $1; }
   | body_decls attrs block_declaration { $$ = veri_add_declaration($1, $3, $2); }
   | body_decls attrs item_group { $$ = veri_add_imports($1, $3, $2); }
   ;
@@ -1013,69 +1036,6 @@ body_stmts
   : statement { $$ = veri_add_statement(nullptr, $1); }
   | body_decls statement { $$ = veri_add_statement($1, $2); }
   | body_stmts statement { $$ = veri_add_statement($1, $2); }
-  ;
-
-/* Bodies that a syntax error ends. Where the closing word is missing, the end of the module closes them and stays to be
-   read. */
-
-unit_end
-  : "endmodule" { $$ = VERI_ENDMODULE; }
-  | "endinterface" { $$ = VERI_ENDINTERFACE; }
-  | "endpackage" { $$ = VERI_ENDPACKAGE; }
-  ;
-
-broken_block
-  : block_break { $$ = nullptr; }
-  | body_decls block_break { $$ = $1; }
-  | body_stmts block_break { $$ = $1; }
-  ;
-
-block_break
-  : error "end"
-  | error "endfunction" { veri_unread(VERI_ENDFUNCTION, @2); }
-  | error "endtask" { veri_unread(VERI_ENDTASK, @2); }
-  | error "endgenerate" { veri_unread(VERI_ENDGENERATE, @2); }
-  | error unit_end { veri_unread($2, @2); }
-  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
-  ;
-
-broken_fork
-  : fork_break { $$ = nullptr; }
-  | body_decls fork_break { $$ = $1; }
-  | body_stmts fork_break { $$ = $1; }
-  ;
-
-fork_break
-  : error join_keyword
-  | error "end" { veri_unread(VERI_END, @2); }
-  | error "endfunction" { veri_unread(VERI_ENDFUNCTION, @2); }
-  | error "endtask" { veri_unread(VERI_ENDTASK, @2); }
-  | error unit_end { veri_unread($2, @2); }
-  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
-  ;
-
-broken_function
-  : function_break { $$ = nullptr; }
-  | body_decls function_break { $$ = $1; }
-  | body_stmts function_break { $$ = $1; }
-  ;
-
-function_break
-  : error "endfunction"
-  | error unit_end { veri_unread($2, @2); }
-  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
-  ;
-
-broken_task
-  : task_break { $$ = nullptr; }
-  | body_decls task_break { $$ = $1; }
-  | body_stmts task_break { $$ = $1; }
-  ;
-
-task_break
-  : error "endtask"
-  | error unit_end { veri_unread($2, @2); }
-  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); }
   ;
 
 block_declaration
@@ -1104,9 +1064,9 @@ net_assign
   ;
 
 process
-  : "initial" substatement { $$ = new VeriInitialConstruct($2, @1); }
-  | always_keyword substatement { $$ = new VeriAlwaysConstruct($1, $2, @1); }
-  | "final" substatement { veri_discard($2); $$ = new VeriIgnoredItem(VERI_FINAL, @1); }
+  : "initial" statement { $$ = new VeriInitialConstruct($2, @1); }
+  | always_keyword statement { $$ = new VeriAlwaysConstruct($1, $2, @1); }
+  | "final" statement { veri_discard($2); $$ = new VeriIgnoredItem(VERI_FINAL, @1); }
   ;
 
 always_keyword
@@ -1221,7 +1181,6 @@ gate_type
 
 generate_region
   : "generate" gen_items "endgenerate" { $$ = new VeriGenerateConstruct($2, @1); }
-  | "generate" gen_items error "endgenerate" { $$ = new VeriGenerateConstruct($2, @1); }
   ;
 
 gen_items
@@ -1230,7 +1189,7 @@ gen_items
   | gen_items attrs module_item { $$ = veri_append_item($1, $3, $2); }
   | gen_items attrs item_group { $$ = veri_append_items($1, $3, $2); }
   | gen_items attrs ";" { $$ = veri_null_item($1, $2, @3); }
-  | gen_items error ";" { yyerrok; $$ = $1; }
+  | gen_items broken { $$ = $1; }
   ;
 
 gen_conditional
@@ -1256,7 +1215,9 @@ gen_case
 
 gen_case_items
   : gen_case_item { $$ = veri_list<VeriGenerateCaseItem>($1); }
+  | broken { $$ = new VeriNodes<VeriGenerateCaseItem>; }
   | gen_case_items gen_case_item { $$ = veri_append($1, $2); }
+  | gen_case_items broken { $$ = $1; }
   ;
 
 gen_case_item
@@ -1288,7 +1249,6 @@ gen_body
 
 gen_begin_block
   : gen_begin_head gen_items "end" closing_label { $$ = veri_end_generate_block($1, $2, $4, @4); }
-  | gen_begin_head gen_items block_break closing_label { $$ = veri_end_generate_block($1, $2, $4, @4); }
   ;
 
 gen_begin_head
@@ -1317,7 +1277,7 @@ primitive_decl
 primitive_end
   : primitive_head ports_opt trailing_attrs ";" udp_items udp_table "endprimitive"
     { $$ = veri_new_module($1, nullptr, nullptr, $2, veri_append_item($5, $6, nullptr), $3); }
-  | primitive_head error "endprimitive" { veri_discard($1); $$ = nullptr; }
+  | primitive_head broken "endprimitive" { veri_discard($1); $$ = nullptr; }
   ;
 
 primitive_head
@@ -1372,7 +1332,7 @@ specify_head
 specify_items
   : %empty { $$ = new VeriModuleItems; }
   | specify_items specify_item { $$ = veri_append($1, $2); }
-  | specify_items error ";" { yyerrok; $$ = $1; }
+  | specify_items broken { $$ = $1; }
   ;
 
 specify_item
@@ -1565,20 +1525,20 @@ assert_keyword
   ;
 
 assert_statement
-  : assert_keyword "(" expr ")" substatement %prec LOWER_THAN_ELSE
+  : assert_keyword "(" expr ")" statement %prec LOWER_THAN_ELSE
     { $$ = new VeriAssertion($1, false, $3, $5, nullptr, @1); }
-  | assert_keyword "(" expr ")" substatement "else" substatement
+  | assert_keyword "(" expr ")" statement "else" statement
     { $$ = new VeriAssertion($1, false, $3, $5, $7, @1); }
-  | assert_keyword "(" expr ")" "else" substatement { $$ = new VeriAssertion($1, false, $3, nullptr, $6, @1); }
+  | assert_keyword "(" expr ")" "else" statement { $$ = new VeriAssertion($1, false, $3, nullptr, $6, @1); }
   | property_assertion
   ;
 
 property_assertion
-  : assert_keyword "property" "(" property_expr ")" substatement %prec LOWER_THAN_ELSE
+  : assert_keyword "property" "(" property_expr ")" statement %prec LOWER_THAN_ELSE
     { $$ = new VeriAssertion($1, true, $4, $6, nullptr, @1); }
-  | assert_keyword "property" "(" property_expr ")" substatement "else" substatement
+  | assert_keyword "property" "(" property_expr ")" statement "else" statement
     { $$ = new VeriAssertion($1, true, $4, $6, $8, @1); }
-  | assert_keyword "property" "(" property_expr ")" "else" substatement
+  | assert_keyword "property" "(" property_expr ")" "else" statement
     { $$ = new VeriAssertion($1, true, $4, nullptr, $7, @1); }
   ;
 
@@ -1695,19 +1655,7 @@ assignment_list
 
 statement
   : attrs statement_item { $$ = veri_with($2, $1); }
-  | error ";" { $$ = new VeriNullStatement(@1); }
-  ;
-
-/* A statement that is the last part of another one: where it is broken, the end of what is around ends it and stays to
-   be read. */
-substatement
-  : statement
-  | error "end" { veri_unread(VERI_END, @2); $$ = new VeriNullStatement(@1); }
-  | error "endcase" { veri_unread(VERI_ENDCASE, @2); $$ = new VeriNullStatement(@1); }
-  | error "endfunction" { veri_unread(VERI_ENDFUNCTION, @2); $$ = new VeriNullStatement(@1); }
-  | error "endtask" { veri_unread(VERI_ENDTASK, @2); $$ = new VeriNullStatement(@1); }
-  | error unit_end { veri_unread($2, @2); $$ = new VeriNullStatement(@1); }
-  | error VERI_STRAY_UNIT { veri_unread(veri_stray_unit(), @2); $$ = new VeriNullStatement(@1); }
+  | broken { $$ = new VeriNullStatement(@1); }
   ;
 
 statement_item
@@ -1734,7 +1682,7 @@ single_statement
   | timed_statement
   | jump_statement ";"
   | assert_statement
-  | "expect" "(" property_expr ")" { veri_discard($3); veri_error(@1, "expect statements are not supported"); } substatement
+  | "expect" "(" property_expr ")" { veri_discard($3); veri_error(@1, "expect statements are not supported"); } statement
     { $$ = $6; }
   | "randcase" { veri_skip_to(VERI_ENDCASE, VERI_CASE); } "endcase"
     { veri_error(@1, "random choices of statements are not supported"); $$ = new VeriNullStatement(@1); }
@@ -1827,9 +1775,9 @@ event_expr
   ;
 
 timed_statement
-  : delay substatement { $$ = veri_delayed_statement($1, $2, @1); }
-  | event_control substatement { $$ = veri_event_statement($1, $2, @1); }
-  | "wait" "(" expr ")" substatement { $$ = new VeriWait($3, $5, @1); }
+  : delay statement { $$ = veri_delayed_statement($1, $2, @1); }
+  | event_control statement { $$ = veri_event_statement($1, $2, @1); }
+  | "wait" "(" expr ")" statement { $$ = new VeriWait($3, $5, @1); }
   | "wait" "fork" ";" { veri_error(@1, "wait fork is not supported"); $$ = new VeriNullStatement(@1); }
   ;
 
@@ -1880,9 +1828,9 @@ predicate
   ;
 
 conditional
-  : unique_priority_opt "if" "(" predicate ")" substatement %prec LOWER_THAN_ELSE
+  : unique_priority_opt "if" "(" predicate ")" statement %prec LOWER_THAN_ELSE
     { $$ = new VeriConditionalStatement($4, $6, nullptr, $1, @2); }
-  | unique_priority_opt "if" "(" predicate ")" substatement "else" substatement
+  | unique_priority_opt "if" "(" predicate ")" statement "else" statement
     { $$ = new VeriConditionalStatement($4, $6, $8, $1, @2); }
   ;
 
@@ -1896,8 +1844,6 @@ case_keyword
 case_statement
   : unique_priority_opt case_keyword "(" expr ")" trailing_attrs case_items "endcase"
     { $$ = veri_with<VeriStatement>(new VeriCaseStatement($2, $1, $4, $7, @2), $6); }
-  | unique_priority_opt case_keyword "(" expr ")" trailing_attrs case_items error "endcase"
-    { $$ = veri_with<VeriStatement>(new VeriCaseStatement($2, $1, $4, $7, @2), $6); }
   | unique_priority_opt case_keyword "(" expr ")" "inside" trailing_attrs inside_items "endcase"
     {
       auto* statement = new VeriCaseStatement($2, $1, $4, $8, @2);
@@ -1908,34 +1854,38 @@ case_statement
 
 inside_items
   : inside_item { $$ = veri_list<VeriCaseItem>($1); }
+  | broken { $$ = new VeriNodes<VeriCaseItem>; }
   | inside_items inside_item { $$ = veri_append($1, $2); }
+  | inside_items broken { $$ = $1; }
   ;
 
 inside_item
-  : inside_ranges ":" substatement { $$ = new VeriCaseItem($1, $3, @1); }
-  | "default" substatement { $$ = new VeriCaseItem(nullptr, $2, @1); }
-  | "default" ":" substatement { $$ = new VeriCaseItem(nullptr, $3, @1); }
+  : inside_ranges ":" statement { $$ = new VeriCaseItem($1, $3, @1); }
+  | "default" statement { $$ = new VeriCaseItem(nullptr, $2, @1); }
+  | "default" ":" statement { $$ = new VeriCaseItem(nullptr, $3, @1); }
   ;
 
 case_items
   : case_item { $$ = veri_list<VeriCaseItem>($1); }
+  | broken { $$ = new VeriNodes<VeriCaseItem>; }
   | case_items case_item { $$ = veri_append($1, $2); }
+  | case_items broken { $$ = $1; }
   ;
 
 case_item
-  : exprs ":" substatement { $$ = new VeriCaseItem($1, $3, @1); }
-  | "default" substatement { $$ = new VeriCaseItem(nullptr, $2, @1); }
-  | "default" ":" substatement { $$ = new VeriCaseItem(nullptr, $3, @1); }
+  : exprs ":" statement { $$ = new VeriCaseItem($1, $3, @1); }
+  | "default" statement { $$ = new VeriCaseItem(nullptr, $2, @1); }
+  | "default" ":" statement { $$ = new VeriCaseItem(nullptr, $3, @1); }
   ;
 
 loop_statement
-  : "forever" substatement { $$ = new VeriForever($2, nullptr, @1); }
-  | "repeat" "(" expr ")" substatement { $$ = new VeriRepeat($3, $5, nullptr, @1); }
-  | "while" "(" expr ")" substatement { $$ = new VeriWhile($3, $5, nullptr, false, @1); }
+  : "forever" statement { $$ = new VeriForever($2, nullptr, @1); }
+  | "repeat" "(" expr ")" statement { $$ = new VeriRepeat($3, $5, nullptr, @1); }
+  | "while" "(" expr ")" statement { $$ = new VeriWhile($3, $5, nullptr, false, @1); }
   | "do" statement "while" "(" expr ")" ";" { $$ = new VeriWhile($5, $2, nullptr, true, @1); }
-  | "for" "(" for_inits ";" expr_opt ";" for_steps ")" substatement { $$ = veri_for(nullptr, $3, $5, $7, $9, @1); }
-  | "for" "(" for_head ";" expr_opt ";" for_steps ")" substatement { $$ = veri_for($3, nullptr, $5, $7, $9, @1); }
-  | foreach_head substatement { $$ = veri_foreach($1, $2); }
+  | "for" "(" for_inits ";" expr_opt ";" for_steps ")" statement { $$ = veri_for(nullptr, $3, $5, $7, $9, @1); }
+  | "for" "(" for_head ";" expr_opt ";" for_steps ")" statement { $$ = veri_for($3, nullptr, $5, $7, $9, @1); }
+  | foreach_head statement { $$ = veri_foreach($1, $2); }
   ;
 
 foreach_head
@@ -1986,7 +1936,6 @@ for_step
 
 seq_block
   : block_head body "end" closing_label { $$ = veri_end_block($1, $2, $4, @4); }
-  | block_head broken_block closing_label { $$ = veri_end_block($1, $2, $3, @3); }
   ;
 
 block_head
@@ -1996,7 +1945,6 @@ block_head
 
 par_block
   : par_head body join_keyword closing_label { $1->join_token = $3; $$ = veri_end_block($1, $2, $4, @4); }
-  | par_head broken_fork closing_label { $$ = veri_end_block($1, $2, $3, @3); }
   ;
 
 par_head
@@ -2212,6 +2160,78 @@ literal
 
 %%
 
+namespace {
+
+/// What tells, of the symbols on the parser's stack, where it is.
+struct OpenPart {
+  yysymbol_kind_t symbol;
+  int part;
+};
+
+constexpr OpenPart open_parts[] = {
+    {YYSYMBOL_source, VERI_OPEN_LIST},
+    {YYSYMBOL_module_items, VERI_OPEN_LIST},
+    {YYSYMBOL_gen_items, VERI_OPEN_LIST},
+    {YYSYMBOL_specify_items, VERI_OPEN_LIST},
+    {YYSYMBOL_case_items, VERI_OPEN_LIST},
+    {YYSYMBOL_inside_items, VERI_OPEN_LIST},
+    {YYSYMBOL_gen_case_items, VERI_OPEN_LIST},
+    {YYSYMBOL_body_stmts, VERI_OPEN_LIST},
+    {YYSYMBOL_body_decls, VERI_OPEN_BODY},
+    {YYSYMBOL_module_keyword, VERI_MODULE},
+    {YYSYMBOL_unit_head, VERI_MODULE},
+    {YYSYMBOL_interface_head, VERI_INTERFACE},
+    {YYSYMBOL_package_head, VERI_PACKAGE},
+    {YYSYMBOL_primitive_head, VERI_PRIMITIVE},
+    {YYSYMBOL_function_head, VERI_FUNCTION},
+    {YYSYMBOL_task_head, VERI_TASK},
+    {YYSYMBOL_specify_head, VERI_SPECIFY},
+    {YYSYMBOL_property_head, VERI_PROPERTY},
+    {YYSYMBOL_sequence_head, VERI_SEQUENCE},
+    {YYSYMBOL_gen_begin_head, VERI_BEGIN},
+    {YYSYMBOL_block_head, VERI_BEGIN},
+    {YYSYMBOL_par_head, VERI_FORK},
+    {YYSYMBOL_case_keyword, VERI_CASE},
+    {YYSYMBOL_struct_keyword, VERI_STRUCT},
+    {YYSYMBOL_always_keyword, VERI_ALWAYS},
+    {YYSYMBOL_assert_keyword, VERI_ASSERT},
+    {YYSYMBOL_foreach_head, VERI_FOREACH},
+    {YYSYMBOL_event_control, VERI_AT},
+};
+
+/// Tokens that tell it by themselves; those of operators and values do not.
+constexpr int open_tokens[] = {
+    VERI_CONFIG,  VERI_FUNCTION, VERI_TASK,  VERI_BEGIN,  VERI_FORK,   VERI_GENERATE, VERI_INITIAL,  VERI_FINAL,
+    VERI_IF,      VERI_ELSE,     VERI_FOR,   VERI_WHILE,  VERI_REPEAT, VERI_FOREVER,  VERI_WAIT,     VERI_AT,
+    VERI_OPAREN,  VERI_CPAREN,   VERI_OBRACE, VERI_CBRACE, VERI_OBRACKET, VERI_CBRACKET, VERI_MODPORT, VERI_IMPORT,
+    VERI_EXTERN,  VERI_EXPORT,   VERI_PROPERTY, VERI_ID, VERI_TABLE, VERI_SEQUENCE, VERI_COLON, VERI_TYPEDEF,
+};
+
+/// 0 for parts that may be empty.
+int open_part(yysymbol_kind_t symbol) {
+  if (symbol == YYSYMBOL_attrs || symbol == YYSYMBOL_trailing_attrs || symbol == YYSYMBOL_lifetime_opt ||
+      symbol == YYSYMBOL_gen_single_head)
+    return 0;
+  for (const OpenPart& entry : open_parts)
+    if (entry.symbol == symbol) return entry.part;
+  for (const int token : open_tokens)
+    if (YYTRANSLATE(token) == symbol) return token;
+  return VERI_OPEN_OTHER;
+}
+
+template <class State> std::vector<int> open_constructs(const State* top) {
+  std::vector<int> parts;
+  for (; *top; top--) {
+    const auto symbol = YY_ACCESSING_SYMBOL(*top);
+    const bool begins_body = symbol == YYSYMBOL_VERI_SEMICOLON && YY_ACCESSING_SYMBOL(top[-1]) == YYSYMBOL_tf_ports_opt;
+    if (const int part = begins_body ? VERI_OPEN_BODY : open_part(symbol)) parts.push_back(part);
+  }
+  std::reverse(parts.begin(), parts.end());
+  return parts;
+}
+
+} // namespace
+
 /* A syntax error names what would have been legal. Default reductions of empty rules may have left states where more
    was legal, so those below are asked as well; a token that was shifted in between ends the search. */
 static int yyreport_syntax_error(const yypcontext_t* context) {
@@ -2228,10 +2248,13 @@ static int yyreport_syntax_error(const yypcontext_t* context) {
     }
     if (!left || YY_ACCESSING_SYMBOL(*state) < YYNTOKENS) break;
   }
+  std::vector<int> open = open_constructs(context->yyssp);
   std::vector<unsigned> expected;
   for (unsigned code = VERI_FIRST_TOKEN; code < VERI_AFTER_LAST_TOKEN; code++)
-    if (is_legal[code] && VeriTreeNode::PrintErrorToken(code) && VeriTreeNode::IsLegalToken(code))
+    if (is_legal[code] && VeriTreeNode::PrintErrorToken(code) && VeriTreeNode::IsLegalToken(code) &&
+        veri_can_close(static_cast<int>(code), open))
       expected.push_back(code);
-  VeriLex::Error(veri_expected_hint(std::move(expected)).c_str());
+  if (veri_broken(std::move(open), is_legal[VERI_SEMICOLON]))
+    VeriLex::Error(veri_expected_hint(std::move(expected)).c_str());
   return 0;
 }
