@@ -19,7 +19,7 @@ module jumps(input logic c, output logic q);
     one(c); // expect: warning SV-1013 10885 "result of function \"one\" is not used"
     q = none(c); // expect: error SV-1060 10826 "function \"none\" has no value"
     break; // expect: error SV-1035 10707 "\"break\" stands outside of a loop"
-    for (int i = 0; i < 3; i++) begin
+    for (int i = 0; i < 3; i++) begin // expect: warning VERI-2053 10764 "statement is never reached"
       if (c) continue;
       break;
     end

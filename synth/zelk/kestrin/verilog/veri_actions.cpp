@@ -50,6 +50,7 @@ struct ParserState {
   VeriBreak broken;
   std::unordered_set<const char*> lost_types;    // names that are types, as it seems, of a definition that is missing
   std::unordered_set<const char*> lost_packages; // likewise
+  std::unordered_set<std::string> refused_units; // design units of this file that the library does not have
   unsigned supplied = 0;                         // words that the source lacks, still to be handed out
   bool is_supplied = false;
   bool resumes_next = false;
@@ -268,6 +269,10 @@ veri_token supplied_token(int code, veri_location place) {
 
 namespace {
 
+bool is_unknown(const char* name) {
+  return !find_visible(name) && !parser.work->GetDefinition(name) && !parser.refused_units.contains(name);
+}
+
 /// Whether the error comes from a name whose definition is missing: the next time it is read as what it seems to be.
 void remember_lost_name(const std::vector<int>& open) {
   if (!VeriNode::IsSystemVerilog()) return;
@@ -281,10 +286,10 @@ void remember_lost_name(const std::vector<int>& open) {
   }
   // `type name`, `type [`, and in front of what cannot follow an instance: `type name;`
   const bool begins_object = parser.last.code == VERI_ID || parser.last.code == VERI_OBRACKET;
-  if (begins_object && !find_visible(name)) parser.lost_types.insert(name);
+  if (begins_object && is_unknown(name)) parser.lost_types.insert(name);
   const bool ends_name =
       parser.last.code == VERI_SEMICOLON || parser.last.code == VERI_COMMA || parser.last.code == VERI_ASSIGN_OP;
-  const bool has_type = parser.item_text && parser.item_text != name && !find_visible(parser.item_text);
+  const bool has_type = parser.item_text && parser.item_text != name && is_unknown(parser.item_text);
   const bool is_instance =
       std::find(open.end() - std::min<ptrdiff_t>(4, std::ssize(open)), open.end(), VERI_ID) != open.end();
   if (ends_name && has_type && is_instance) parser.lost_types.insert(parser.item_text);
@@ -1208,6 +1213,7 @@ void veri_finish_unit(VeriDesignUnit* unit, Map* attributes) {
   if (unit->IsPackage()) refused_packages().erase(unit->Name());
   if (parser.work->AddDesignUnit(unit)) return;
   if (unit->IsPackage()) refused_packages()[unit->Name()] = type_names(unit->GetScope());
+  parser.refused_units.insert(unit->Name());
   veri_file::NewlyFound().Remove(unit->GetId());
   delete unit;
 }
@@ -1368,6 +1374,8 @@ void assign_initial_values(VeriBody* body) {
     for (VeriIdDecl* declaration : *decl->Ids()) {
       VeriExpression* value = declaration->TakeValue();
       if (!value) continue;
+      if (decl->Lifetime() == 0 && parser.subprogram && !parser.subprogram->is_automatic && !decl->IsConstant())
+        declaration->Warning("static variable %s gets its initial value at each call", declaration->GetId()->Name());
       declaration->IdAs<VeriVariable>()->SetInitialValue(nullptr);
       const auto place = static_cast<veri_location>(declaration->Linefile());
       auto* target = new VeriIdRef(VeriLex::Intern(declaration->GetId()->Name()), place);

@@ -307,6 +307,10 @@ bool VeriScanner::ReadDefine(char* argument) {
     if (c == '\\' && (&c)[1] == '\n') c = ' '; // a list may be continued like the body
   }
   if (!_define_refused) _define_args = veri_check_formal_args(formals.c_str(), _define_linefile);
+  if (_define_args)
+    if (const std::string repeated = veri_repeated_formal(_define_args.get()); !repeated.empty())
+      veri_error(_define_linefile, "formal argument %s of macro %s is repeated", repeated.c_str(),
+                 _define_name.c_str());
   _in.pos = close + 1;
   return true;
 }

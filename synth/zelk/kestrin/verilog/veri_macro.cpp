@@ -2,6 +2,7 @@
 #include "verilog/veri_macro.h"
 
 #include <cstring>
+#include <sstream>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -190,4 +191,12 @@ OwnedString veri_check_formal_args(const char* text, linefile_type linefile) {
   }
   veri_error(linefile, "near %s : illegal macro parameter", text ? text : "");
   return nullptr;
+}
+
+std::string veri_repeated_formal(const char* formals) {
+  std::unordered_set<std::string> seen;
+  std::istringstream names(formals);
+  for (std::string name; std::getline(names, name, ',');)
+    if (!seen.insert(name).second) return name;
+  return {};
 }

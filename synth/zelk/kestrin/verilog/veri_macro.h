@@ -75,6 +75,8 @@ private:
   unsigned long _state = 1; // grows with each change
 };
 
+/// The first formal that stands twice in a checked list; empty for none.
+std::string veri_repeated_formal(const char* formals);
 /// Checks a list of formals, opening parenthesis included, and compacts it to names and commas. Null after a mistake,
 /// which is an error at `linefile`.
 OwnedString veri_check_formal_args(const char* text, linefile_type linefile);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "verilog/verilibrary.h"
@@ -39,6 +41,12 @@ template <class F> void for_each_name(const VeriExpression* target, const F& vis
 
 const VeriVariable* to_variable(const VeriIdDef* id) {
   return id && id->IsVar() ? static_cast<const VeriVariable*>(id) : nullptr;
+}
+
+/// Declared with `const`.
+bool is_constant(const VeriVariable& object) {
+  const auto* decl = dynamic_cast<const VeriDataDecl*>(object.GetModuleItem());
+  return decl && decl->IsConstant();
 }
 
 bool has_type(const VeriValuedId* id, unsigned token) { return id && id->Type() && id->Type()->Type() == token; }
@@ -110,6 +118,88 @@ bool is_empty_process(const VeriStatement* statement) {
   return is_nothing(static_cast<const VeriEventControlStatement*>(statement)->Statement());
 }
 
+/// Which paths through the body of a function assign its result. A loop counts as entered.
+class ResultPaths : public VeriVisitor {
+public:
+  explicit ResultPaths(const VeriIdDef& result) : _result(result) {}
+  using VeriVisitor::Visit;
+  /// On all paths up to here.
+  bool IsAssigned() const { return _is_assigned; }
+
+  void Visit(VeriBlockingAssign& assign) override { Assign(assign.Assignment()->Target()); }
+  void Visit(VeriNonBlockingAssign& assign) override { Assign(assign.Assignment()->Target()); }
+  void Visit(VeriJumpStatement& jump) override { _is_assigned = _is_assigned || jump.Value(); }
+  void Visit(VeriConditionalStatement& statement) override {
+    const bool then = AfterBranch(statement.Then());
+    const bool otherwise = AfterBranch(statement.Else());
+    _is_assigned = _is_assigned || (then && otherwise);
+  }
+  void Visit(VeriCaseStatement& statement) override {
+    bool is_complete = statement.Qualifier() || statement.GetAttribute("full_case");
+    bool all = true;
+    unsigned choices = 0;
+    for (const VeriCaseItem* item : ItemsOf<const VeriCaseItem*>(statement.Items())) {
+      all = AfterBranch(item->Statement()) && all;
+      if (!item->Conditions()) is_complete = true;
+      if (item->Conditions()) choices += item->Conditions()->Size();
+    }
+    // As many as there are values, it seems.
+    if (choices > 1 && (choices & (choices - 1)) == 0) is_complete = true;
+    _is_assigned = _is_assigned || (all && is_complete);
+  }
+  // What is called may assign it by a reference to the name, as a task in the function does.
+  void Visit(VeriTaskEnable&) override { _is_assigned = true; }
+  void Visit(VeriDisable&) override { _is_assigned = true; }
+
+private:
+  bool AfterBranch(VeriStatement* branch) {
+    const bool before = _is_assigned;
+    if (branch) branch->Accept(*this);
+    return std::exchange(_is_assigned, before);
+  }
+  void Assign(const VeriExpression* target) {
+    for_each_name(target, [this](const VeriName* name) { _is_assigned = _is_assigned || object_of(name) == &_result; });
+  }
+
+  const VeriIdDef& _result;
+  bool _is_assigned = false;
+};
+
+bool assigns_on_all_paths(const VeriFunctionDecl& function) {
+  ResultPaths paths(*function.GetId());
+  for (VeriStatement* statement : ItemsOf<VeriStatement*>(function.Statements()))
+    if (statement) statement->Accept(paths);
+  return paths.IsAssigned();
+}
+
+/// What stands behind a jump.
+void check_reached(const VeriStatements* statements) {
+  const VeriStatement* former = nullptr;
+  for (const VeriStatement* statement : ItemsOf<const VeriStatement*>(statements)) {
+    if (former && former->GetClassId() == ID_VeriJumpStatement && !is_nothing(statement))
+      return statement->Warning("statement is never reached");
+    former = statement;
+  }
+}
+
+/// A system function whose call is worth its result only.
+bool is_pure_function(std::string_view name) {
+  constexpr std::string_view names[] = {"$signed", "$unsigned", "$clog2", "$bits",      "$size",   "$left",
+                                        "$right",  "$low",      "$high",  "$countones", "$onehot", "$onehot0"};
+  return std::find(std::begin(names), std::end(names), name) != std::end(names);
+}
+
+/// The enumeration of a value that stands alone; null for none, and for what has no type of its own.
+const VeriTypeDef* enum_of(const VeriExpression* value) {
+  const VeriName* name = value ? value->AsName() : nullptr;
+  if (!name || (name->GetClassId() != ID_VeriIdRef && name->GetClassId() != ID_VeriScopedIdRef)) return nullptr;
+  const auto* valued = dynamic_cast<const VeriValuedId*>(name->GetId());
+  const VeriVariable* variable = to_variable(valued);
+  if (!valued || (variable && variable->NumUnpacked())) return nullptr;
+  const VeriTypeDef* type = veri_real_type(valued->Type());
+  return type && type->GetClassId() == ID_VeriEnumTypeDef ? type : nullptr;
+}
+
 class UnitChecker : public VeriVisitor {
 public:
   explicit UnitChecker(const VeriDesignUnit& unit) : _unit(unit), _has_port_declarations(has_port_declarations(unit)) {}
@@ -142,6 +232,8 @@ public:
   void Visit(VeriDisable& disable) override;
   void Visit(VeriEventTrigger& trigger) override;
   void Visit(VeriJumpStatement& jump) override;
+  void Visit(VeriSeqBlock& block) override;
+  void Visit(VeriSystemTaskEnable& enable) override;
 
   // Operators hold no statements.
   void Visit(VeriBinaryOperator&) override {}
@@ -159,6 +251,7 @@ private:
   void VisitLoop(VeriLoop& loop);
   void CheckDeclared(const VeriDataDecl& decl) const;
   void CheckEnumTarget(const VeriAssignmentOperator& assignment) const;
+  void CheckEnumTypes(const VeriExpression* target, const VeriExpression* value) const;
   void CheckReferences(const VeriSubprogram& subprogram) const;
   void CheckDriver(const VeriVariable& object, const VeriName& name, bool is_continuous);
   void CheckPlace(const VeriSubprogram& subprogram) const;
@@ -251,6 +344,7 @@ void UnitChecker::CheckDeclared(const VeriDataDecl& decl) const {
       id->Error("net %s cannot have type %s", name, VeriTreeNode::PrintToken(type->Type()));
     if (decl.Lifetime() == VERI_AUTOMATIC && !_subprogram && !_is_in_process)
       id->Error("variable %s outside of subprograms and processes cannot be automatic", name);
+    if (decl.IsConstant() && !decl.Direction() && !id->Value()) id->Error("constant %s has no value", name);
     if (decl.Direction() == VERI_INOUT && decl.IsVar() && !_subprogram)
       id->Error("inout port %s cannot be a variable", name);
   }
@@ -279,6 +373,11 @@ void UnitChecker::Visit(VeriFunctionDecl& function) {
   if (!is_void(function) && !function.GetId()->Is(IDF_ASSIGNED) && !function.GetId()->Is(IDF_IN_ERROR) &&
       !has_return(function))
     function.Warning("function %s never assigns its result", function.GetId()->Name());
+  else if (!is_void(function) && !function.GetId()->Is(IDF_IN_ERROR) && !assigns_on_all_paths(function))
+    function.Warning("function %s could return x because it may not be assigned an output value in every possible "
+                     "path through the function",
+                     function.GetId()->Name());
+  check_reached(function.Statements());
   if (!IsSystemVerilog()) CheckFormals(function);
   const VeriTreeNode* former = std::exchange(_function, &function);
   VisitInside(function, _subprogram);
@@ -295,6 +394,7 @@ void UnitChecker::CheckReferences(const VeriSubprogram& subprogram) const {
 void UnitChecker::Visit(VeriTaskDecl& task) {
   CheckPlace(task);
   CheckReferences(task);
+  check_reached(task.Statements());
   VisitInside(task, _subprogram);
 }
 
@@ -318,7 +418,10 @@ void UnitChecker::Visit(VeriGenerateFor& loop) {
 
 // Assignments.
 
-void UnitChecker::Visit(VeriNetRegAssign& assign) { CheckTarget(assign.Target(), /*is_continuous=*/true); }
+void UnitChecker::Visit(VeriNetRegAssign& assign) {
+  CheckTarget(assign.Target(), /*is_continuous=*/true);
+  CheckEnumTypes(assign.Target(), assign.Value());
+}
 
 void UnitChecker::Visit(VeriBlockingAssign& assign) {
   CheckTarget(assign.Assignment()->Target(), /*is_continuous=*/false);
@@ -338,12 +441,21 @@ void UnitChecker::Visit(VeriNonBlockingAssign& assign) {
 }
 
 /// IEEE 1800-2005 clause 4.10.3.
+void UnitChecker::CheckEnumTypes(const VeriExpression* target, const VeriExpression* value) const {
+  const VeriTypeDef* wanted = enum_of(target);
+  const VeriTypeDef* given = enum_of(value);
+  if (wanted && given && wanted != given)
+    value->Error("%s is assigned to %s, which has another enum type", value->GetName(), target->GetName());
+}
+
 void UnitChecker::CheckEnumTarget(const VeriAssignmentOperator& assignment) const {
   const VeriName* name = assignment.Target() ? assignment.Target()->AsName() : nullptr;
   const VeriVariable* object = name && name->GetClassId() == ID_VeriIdRef ? to_variable(name->GetId()) : nullptr;
   const VeriTypeDef* type = object && !object->NumUnpacked() ? veri_real_type(object->Type()) : nullptr;
   if (type && type->GetClassId() == ID_VeriEnumTypeDef && assignment.Value() && assignment.Value()->IsConst())
     assignment.Warning("enum variable %s is assigned a number without a cast", object->Name());
+  if (assignment.Token() == VERI_ASSIGN_OP || assignment.Token() == VERI_LESS_EQ)
+    CheckEnumTypes(assignment.Target(), assignment.Value());
 }
 
 /// A variable has one continuous driver, and what a process for hardware assigns, no other process assigns (IEEE
@@ -363,7 +475,9 @@ void UnitChecker::CheckTarget(const VeriExpression* target, bool is_continuous) 
     const VeriVariable* object = to_variable(object_of(name));
     if (!object) return;
     if (IsSystemVerilog() && !object->InDynamicScope()) CheckDriver(*object, *name, is_continuous);
-    if (object->IsPort() && object->Dir() == VERI_INPUT)
+    if (is_constant(*object))
+      name->Error("cannot assign to constant %s", object->Name());
+    else if (object->IsPort() && object->Dir() == VERI_INPUT)
       name->Error("cannot assign to input port %s", object->Name());
     else if (!is_continuous && object->IsNet() && !object->Is(IDF_IN_SUBPROGRAM))
       name->Error("cannot assign to non-variable %s", object->Name());
@@ -459,6 +573,15 @@ void UnitChecker::Visit(VeriConditionalStatement& statement) {
 void UnitChecker::VisitLoop(VeriLoop& loop) {
   if (is_nothing(loop.Body())) loop.Warning("loop has no statement");
   loop.VisitChildren(*this);
+}
+
+void UnitChecker::Visit(VeriSeqBlock& block) {
+  check_reached(block.Statements());
+  block.VisitChildren(*this);
+}
+
+void UnitChecker::Visit(VeriSystemTaskEnable& enable) {
+  if (is_pure_function(enable.Name())) enable.Warning("result of system function %s is not used", enable.Name());
 }
 
 void UnitChecker::Visit(VeriDisable& disable) {

@@ -1,6 +1,7 @@
 // The store of analysed design units, and the resolve and elaboration of global declarations.
 #include "verilog/verilibrary.h"
 
+#include <algorithm>
 #include <ostream>
 #include <string_view>
 
@@ -64,11 +65,36 @@ bool VeriLibrary::AddNamed(Map& names, VeriDesignUnit* unit) {
   return true;
 }
 
+namespace {
+
+/// Direction and name of each port of a list of declarations.
+std::vector<std::pair<unsigned, std::string>> listed_ports(const VeriModule& module) {
+  std::vector<std::pair<unsigned, std::string>> ports;
+  for (const VeriExpression* port : ItemsOf<const VeriExpression*>(module.PortExpressions())) {
+    const auto* ansi = dynamic_cast<const VeriAnsiPortDecl*>(port);
+    if (!ansi) continue;
+    for (const VeriIdDecl* id : ItemsOf<const VeriIdDecl*>(ansi->Decl()->Ids()))
+      ports.emplace_back(ansi->Decl()->Direction(), id->GetId()->Name());
+  }
+  return ports;
+}
+
+/// IEEE 1800-2005 clause 19.4: both have the same ports. Lists of names only tell too little.
+void check_extern(const VeriModule& module, const VeriModule& declaration) {
+  if (module.IsExtern() || !declaration.IsExtern() || !module.HasAnsiPorts() || !declaration.HasAnsiPorts()) return;
+  if (listed_ports(module) != listed_ports(declaration))
+    module.GetId()->Error("ports of module %s differ from those of its extern declaration", module.Name());
+}
+
+} // namespace
+
 /// A declaration without body gives way to the module itself, whichever comes first.
 bool VeriLibrary::AddModule(VeriModule* module) {
   auto* unit = FromWord<VeriDesignUnit*>(_names.GetValue(module->Name()));
   if (!unit || !unit->IsModule()) return AddNamed(_names, module);
   auto* former = static_cast<VeriModule*>(unit);
+  check_extern(*module, *former);
+  check_extern(*former, *module);
   if (module->IsExtern()) {
     former->AddExternDecl(module);
     return true;

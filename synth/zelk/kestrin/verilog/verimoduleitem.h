@@ -152,6 +152,7 @@ public:
   void SetNetType(VeriNetType* net_type) { _net = Adopt(net_type); }
   const VeriNetType* NetTypeNode() const { return _net; }
   void SetIsConst() { _is_const = true; }
+  bool IsConstant() const { return _is_const; }
   void SetIsVar() { _is_var = true; }
   bool IsVar() const { return _is_var; }
   /// VERI_AUTOMATIC, VERI_STATIC or 0, as the declaration says.
@@ -254,6 +255,7 @@ public:
   const std::vector<VeriVariable*>& Formals() const { return _formals; }
   VeriIdDef* GetId() const { return _id->GetId(); }
   unsigned IsAutomatic() const { return _is_automatic; }
+  const VeriNodes<VeriStatement>* Statements() const { return _statements; }
   /// Runs the body: binds the actuals, executes, and hands outputs back to the actuals. The result of a function, null
   /// for a task and after an error. `from` is the call.
   OwnedValue Call(const VeriExpressions* args, VeriDataFlow* flow, const VeriTreeNode* from);

@@ -233,6 +233,7 @@ public:
   VERI_STATEMENT_CLASS(VeriSeqBlock)
   /// The statement of a block that holds no other one and no declaration; null otherwise.
   VeriStatement* OnlyStatement() const;
+  const VeriStatements* Statements() const { return _statements; }
   VeriScope* GetScope() const override { return _scope.get(); }
   void Initialize() override;
 
@@ -311,6 +312,7 @@ public:
   VeriSystemTaskEnable(const char* name, VeriExpressions* args, unsigned long linefile = 0);
   ~VeriSystemTaskEnable() override;
   VERI_STATEMENT_CLASS(VeriSystemTaskEnable)
+  const char* Name() const { return _name.c_str(); }
 
 private:
   void ReadMemory(VeriDataFlow* flow, bool is_binary);
