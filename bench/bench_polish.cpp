@@ -1,12 +1,12 @@
 // Polish on netlists of three sizes: registers behind trees of branches, as elaboration leaves them, and gates at
 // random. The lines that end in BigO tell how the time of the whole pipeline, and of each scope that it names to the
-// profiler, grows. With ZELK_BENCH_SOURCE set, the largest netlist of gates is left in that file as Verilog, for a
-// comparison with other tools.
+// profiler, grows. With ZELK_BENCH_RTLIL set to a folder, the netlists of gates are left there as yosys reads them, in
+// gates_<count>.il, for compare_polish.py.
 #include <benchmark/benchmark.h>
 
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -81,29 +81,32 @@ void PolishRegisters(benchmark::State& state) {
 BENCHMARK(PolishRegisters)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 /// Gates over 64 inputs and a register behind each eighth gate. One gate in sixteen has a constant input, one in
-/// sixteen does what another does, and what nothing reads is a tenth.
+/// sixteen does what another does, and what nothing reads is a tenth. Each is written as a cell of yosys on the way.
 class Gates {
 public:
-  explicit Gates(int64_t gates, std::ostream* verilog) : _verilog(verilog) {
-    for (int i = 0; i < 64; i++) AddNet(PortNet("i" + std::to_string(i), DIR_INPUT));
+  explicit Gates(int64_t gates, std::ostream* cells) : _cells(cells) {
+    Write("module \\gates\n");
+    for (int i = 0; i < 64; i++) AddNet(PortNet("i" + std::to_string(i), DIR_INPUT), " input " + std::to_string(i + 1));
     _clock = PortNet("c", DIR_INPUT);
-    Write("module gates(input c, input [63:0] i, output [63:0] o);\n");
-    for (int i = 0; i < 64; i++) Write("wire n" + std::to_string(i) + " = i[" + std::to_string(i) + "];\n");
+    Write("wire input 65 \\c\n");
     while (_netlist->NumOfInsts() < gates) AddGate();
     for (int i = 0; i < 64; i++) {
       const size_t source = _nets.size() - 1 - i * (_nets.size() / 640);
-      Net* output = PortNet("o" + std::to_string(i), DIR_OUTPUT);
+      const std::string name = "o" + std::to_string(i);
+      Net* output = PortNet(name, DIR_OUTPUT);
       output->Wire(_nets[source]->Isolate(output, 1));
-      Write("assign o[" + std::to_string(i) + "] = n" + std::to_string(source) + ";\n");
+      Write("wire output " + std::to_string(66 + i) + " \\" + name + "\nconnect \\" + name + " " + NameOf(source) +
+            "\n");
     }
-    Write("endmodule\n");
+    Write("end\n");
   }
   Netlist* netlist() { return _netlist.get(); }
 
 private:
   void Write(const std::string& text) {
-    if (_verilog) *_verilog << text;
+    if (_cells) *_cells << text;
   }
+  static std::string NameOf(size_t net) { return "$n" + std::to_string(net); }
   Net* PortNet(const std::string& name, port_dir direction) {
     auto* port = new Port(name.c_str(), direction, 1);
     auto* net = new Net(name.c_str(), 1);
@@ -112,7 +115,19 @@ private:
     net->Connect(port);
     return net;
   }
-  void AddNet(Net* net) { _nets.push_back(net); }
+  void AddNet(Net* net, const std::string& options = "") {
+    const std::string name = options.empty() ? NameOf(_nets.size()) : "\\" + std::string(net->Name());
+    Write("wire" + options + " " + name + "\n");
+    if (!options.empty())
+      Write("wire " + NameOf(_nets.size()) + "\nconnect " + NameOf(_nets.size()) + " " + name + "\n");
+    _nets.push_back(net);
+  }
+  /// The net that is added next is its output.
+  void WriteCell(const std::string& type, const std::string& inputs, const std::string& output) {
+    const std::string name = NameOf(_nets.size() - 1);
+    Write("cell " + type + " $g" + std::to_string(_nets.size()) + "\n" + inputs + "connect \\" + output + " " + name +
+          "\nend\n");
+  }
 
   void AddGate() {
     if (_random() % 16) // near ones, so that depth and fanout are those of a design
@@ -120,23 +135,18 @@ private:
                _random() % 4, !(_random() % 16)};
     const size_t a = _nets.size() - 1 - _last.back_a;
     const size_t b = _nets.size() - 1 - _last.back_b;
-    const std::string name = "n" + std::to_string(_nets.size());
-    const std::string left = "n" + std::to_string(a);
-    const std::string right = _last.has_constant ? "1'b1" : "n" + std::to_string(b);
-    Net* other = _last.has_constant ? _netlist->Pwr(0) : _nets[b];
     if (_nets.size() % 8 == 0) {
-      Write("reg " + name + "; always @(posedge c) " + name + " <= " + left + ";\n");
       AddNet(_netlist->Dffrs(_nets[a], _clock, _netlist->Gnd(0), _netlist->Gnd(0), 0));
+      WriteCell("$_DFF_P_", "connect \\C \\c\nconnect \\D " + NameOf(a) + "\n", "Q");
       return;
     }
-    static constexpr const char* operators[] = {" & ", " | ", " ^ ", " ~^ "};
-    Write("wire " + name + " = " + left + operators[_last.kind] + right + ";\n");
-    switch (_last.kind) {
-    case 0: AddNet(Gate(PRIM_AND, _nets[a], other)); break;
-    case 1: AddNet(Gate(PRIM_OR, _nets[a], other)); break;
-    case 2: AddNet(Gate(PRIM_XOR, _nets[a], other)); break;
-    default: AddNet(Gate(PRIM_XNOR, _nets[a], other)); break;
-    }
+    static constexpr struct {
+      prim_type_enum type;
+      const char* cell;
+    } kinds[] = {{PRIM_AND, "$_AND_"}, {PRIM_OR, "$_OR_"}, {PRIM_XOR, "$_XOR_"}, {PRIM_XNOR, "$_XNOR_"}};
+    AddNet(Gate(kinds[_last.kind].type, _nets[a], _last.has_constant ? _netlist->Pwr(0) : _nets[b]));
+    WriteCell(kinds[_last.kind].cell,
+              "connect \\A " + NameOf(a) + "\nconnect \\B " + (_last.has_constant ? "1'1" : NameOf(b)) + "\n", "Y");
   }
   /// Not the operations that fold on the way: the passes are to find what folds.
   Net* Gate(prim_type_enum type, Net* a, Net* b) {
@@ -155,24 +165,23 @@ private:
     bool has_constant;
   };
   std::unique_ptr<Netlist> _netlist = std::make_unique<Netlist>("gates");
-  std::ostream* _verilog;
+  std::ostream* _cells;
   std::mt19937 _random{7};
   Net* _clock;
   std::vector<Net*> _nets;
   Choice _last{};
 };
 
-/// Adds up the time of the scopes that the kernel names to its profiler.
+/// Adds up the processor time of the scopes that the kernel names to its profiler.
 class ScopeTimes : public KernelServices {
 public:
-  using Clock = std::chrono::steady_clock;
   ScopeTimes() { KernelServices::Set(this); }
   ~ScopeTimes() override { KernelServices::Set(nullptr); }
-  void* ProfileBegin(const char* name) override { return new std::pair(std::string(name), Clock::now()); }
+  void* ProfileBegin(const char* name) override { return new std::pair(std::string(name), std::clock()); }
   void ProfileEnd(void* scope) override {
-    const std::unique_ptr<std::pair<std::string, Clock::time_point>> begun(
-        static_cast<std::pair<std::string, Clock::time_point>*>(scope));
-    _seconds[begun->first] += std::chrono::duration<double>(Clock::now() - begun->second).count();
+    const std::unique_ptr<std::pair<std::string, std::clock_t>> begun(
+        static_cast<std::pair<std::string, std::clock_t>*>(scope));
+    _seconds[begun->first] += static_cast<double>(std::clock() - begun->second) / CLOCKS_PER_SEC;
   }
   const std::map<std::string, double>& Seconds() const { return _seconds; }
 
@@ -188,10 +197,11 @@ const std::map<std::string, double>& PolishGates(int64_t gates) {
   auto [run, is_new] = runs.try_emplace(gates);
   if (!is_new) return run->second;
   Message::SetConsoleOutput(0);
-  const char* path = gates == gate_counts[2] ? std::getenv("ZELK_BENCH_SOURCE") : nullptr;
+  const char* folder = std::getenv("ZELK_BENCH_RTLIL");
   std::ofstream file;
-  if (path) file.open(path);
-  Gates design(gates, path ? &file : nullptr);
+  if (folder) file.open(std::string(folder) + "/gates_" + std::to_string(gates) + ".il");
+  Gates design(gates, folder ? &file : nullptr);
+  file.close();
   ScopeTimes times;
   design.netlist()->Polish();
   return run->second = times.Seconds();
