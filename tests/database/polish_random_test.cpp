@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <sstream>
 
 #include "database/netlistchecker.h"
 #include "database/polishpass.h"
@@ -145,6 +146,12 @@ void ExpectUnchanged(unsigned seed, bool floats) {
   ASSERT_EQ(Show(design.n, seed), before) << "seed " << seed;
 }
 
+std::string Text(const Netlist* netlist) {
+  std::ostringstream text;
+  netlist->Dump(text);
+  return text.str();
+}
+
 /// No pass alone changes what is shown.
 void ExpectEachPassKeeps(unsigned seed, bool floats) {
   MessageLog log;
@@ -229,6 +236,27 @@ TEST(Polish, EndsOnAnyGraph) {
 TEST(Polish, KeepsWhatRandomDesignsShowWithEachPass) {
   for (unsigned seed = 1; seed <= 30 && !HasFatalFailure(); seed++)
     for (bool floats : {false, true}) ExpectEachPassKeeps(seed, floats);
+}
+
+/// Polishing what is polished changes nothing.
+void ExpectStable(unsigned seed, Netlist* netlist) {
+  MessageLog log;
+  netlist->Polish();
+  if (Message::ErrorCount()) return; // a conflict has ended the pipeline
+  const std::string polished = Text(netlist);
+  netlist->Polish();
+  EXPECT_EQ(Text(netlist), polished) << "seed " << seed;
+}
+
+TEST(Polish, ChangesNothingTheSecondTime) {
+  for (unsigned seed = 1; seed <= 200; seed++) {
+    for (bool floats : {false, true}) {
+      RandomDesign design(seed, floats);
+      ExpectStable(seed, design.n);
+    }
+    RandomGraph graph(seed);
+    ExpectStable(seed, graph.n);
+  }
 }
 
 TEST(Polish, KeepsWhatRandomDesignsShow) {

@@ -1,5 +1,6 @@
 // Folding of logic: constants, equal instances, operators around selections, transistors that constants control; and
 // the names of operators.
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -157,35 +158,78 @@ unsigned Instance::EliminateCommonSubexpressions(Set& visited, Map& signatures) 
   return merged;
 }
 
+namespace {
+/// Merges what is equal in one sweep over a netlist.
+class MergeSweep {
+public:
+  explicit MergeSweep(Netlist* netlist)
+      : _netlist(netlist), _visited(HASH_POINTER, netlist->NumOfInsts() + 1),
+        _signatures(HASH_NUM, netlist->NumOfInsts() + 1) {}
+
+  void Run() {
+    for (Port* port : PortsOf(_netlist)) {
+      Instance* driver = port->GetNet() ? port->GetNet()->Driver() : nullptr;
+      if (driver && driver->Owner() == _netlist) Merge(driver);
+    }
+    for (bool is_for_endpoints : {true, false})
+      for (Instance* inst : InstancesOf(_netlist))
+        if (IsEndpoint(inst) == is_for_endpoints) Merge(inst);
+  }
+  unsigned NumMerged() const { return _merged; }
+  unsigned long MemUsage() const { return _visited.MemUsage() + _signatures.MemUsage(); }
+
+private:
+  static bool IsEndpoint(const Instance* inst) {
+    return inst->Type() == PRIM_NONE || kestrin_is_storage_type(inst->Type());
+  }
+  void Merge(Instance* inst) { _merged += inst->EliminateCommonSubexpressions(_visited, _signatures); }
+
+  Netlist* _netlist;
+  Set _visited;
+  Map _signatures;
+  unsigned _merged = 0;
+};
+} // namespace
+
 void Netlist::EliminateCommonSubexpressions() {
   ProfileScope scope("***Merging common sub-expressions***");
-  Set visited(HASH_POINTER, NumOfInsts() + 1);
-  Map signatures(HASH_NUM, NumOfInsts() + 1);
   unsigned merged = 0;
-  for (Port* port : PortsOf(this)) {
-    Instance* driver = port->GetNet() ? port->GetNet()->Driver() : nullptr;
-    if (driver && driver->Owner() == this) merged += driver->EliminateCommonSubexpressions(visited, signatures);
+  unsigned long memory = 0;
+  // Registers and constants that have become one decide gates that a sweep has passed, which makes others equal; and
+  // they decide multiplexers of named nets, which only the reduction of trees removes.
+  for (;;) {
+    const unsigned before = NumOfInsts();
+    MergeSweep sweep(this);
+    sweep.Run();
+    merged += sweep.NumMerged();
+    memory = std::max(memory, sweep.MemUsage());
+    if (NumOfInsts() == before) break;
+    PropagateConstants();
+    OptimizeMuxTrees();
   }
-  auto is_endpoint = [](const Instance* inst) {
-    return inst->Type() == PRIM_NONE || kestrin_is_storage_type(inst->Type());
-  };
-  for (bool is_for_endpoints : {true, false})
-    for (Instance* inst : InstancesOf(this))
-      if (is_endpoint(inst) == is_for_endpoints) merged += inst->EliminateCommonSubexpressions(visited, signatures);
   kestrin_debug("Merged %d duplicate instances.  Data structures for algorithm consumed %u bytes", merged,
-                static_cast<unsigned>(visited.MemUsage() + signatures.MemUsage()));
+                static_cast<unsigned>(memory));
 }
 
-void Netlist::OptimizeOperators() {
-  ProfileScope scope("***Optimizing operators***");
+namespace {
+/// One sweep over the operators; the number changed.
+unsigned OptimizeEachOperator(const Netlist* netlist) {
   std::vector<PendingInstance> operators;
-  for (Instance* inst : InstancesOf(this))
+  for (Instance* inst : InstancesOf(netlist))
     if (inst->IsOperator()) operators.emplace_back(inst);
   unsigned optimized = 0;
   for (const PendingInstance& next : operators)
     if (next.IsAlive()) optimized += static_cast<Operator*>(next.view)->Optimize(next.inst) != 0;
-  if (optimized) {
-    RemoveDanglingLogic();
+  return optimized;
+}
+} // namespace
+
+void Netlist::OptimizeOperators() {
+  ProfileScope scope("***Optimizing operators***");
+  if (const unsigned optimized = OptimizeEachOperator(this)) {
+    // What the selections have become can be constant, or equal to what was there.
+    PropagateConstants();
+    EliminateCommonSubexpressions();
     kestrin_debug("Optimized %d operators", optimized);
   }
   for (Instance* inst : InstancesOf(this)) inst->SetControlNet(nullptr);
