@@ -311,6 +311,20 @@ TEST(Import, AUnitDependsOnThePackagesThatItUsesAndOnTheirFiles) {
   EXPECT_NE(std::string(FromWord<const char*>(module->Dependencies()->GetAt(0))).find("p.sv"), std::string::npos);
 }
 
+TEST(Dependencies, AGenericPortMakesEachInterfaceOne) {
+  Analysis analysis;
+  ASSERT_TRUE(analysis.Read("interface i; logic a; endinterface\n", VERI_SV, "i.sv"));
+  EXPECT_EQ(analysis.Errors("interface j; logic a; endinterface\n"
+                            "module generic(interface p); endmodule\nmodule named(j p); endmodule\n",
+                            VERI_SV),
+            Lines());
+  ASSERT_EQ(Analysis::Module("generic")->Dependencies()->Size(), 1U);
+  EXPECT_NE(std::string(FromWord<const char*>(Analysis::Module("generic")->Dependencies()->GetAt(0))).find("i.sv"),
+            std::string::npos);
+  const Set* none = Analysis::Module("named")->Dependencies();
+  EXPECT_TRUE(!none || none->Size() == 0);
+}
+
 // Heads.
 
 TEST(Module, BodyParametersBecomeLocalBesideAListInTheHead) {

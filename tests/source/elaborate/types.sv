@@ -134,3 +134,9 @@ module dimension_negative(input logic c, output logic q);
   logic a [-1]; // expect: error SV-1056 10643 "size \"-1\" of a dimension must be positive"
   assign q = c;
 endmodule
+module of_any_type #(parameter int N = 4, parameter type T = logic [3:0]) (input T c, output T q);
+  assign q = c;
+endmodule
+module type_parameter(input logic [1:0] c, output logic [1:0] q);
+  of_any_type #(.N(2), .T(logic [1:0])) u(.c(c), .q(q)); // expect: error SV-1008 10875 "no support for values for parameters of a module with type parameters"
+endmodule

@@ -2,7 +2,6 @@
 #include "verilog/veri_recovery.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 
 namespace {

@@ -242,6 +242,10 @@ bool VeriInstantiation::ConsolidateParameters() {
     _inst->Error("primitive %s does not have named parameters", _module_name);
     return false;
   }
+  if (_module && !_module->TypeParams().empty()) {
+    _inst->Error("no support for %s (SystemVerilog)", "values for parameters of a module with type parameters");
+    return false;
+  }
   if (_module && formals.empty()) {
     _inst->Error("module %s does not expect any parameters", _module_name);
     return false;

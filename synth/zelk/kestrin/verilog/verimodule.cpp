@@ -1,6 +1,7 @@
 // Design units: what they declare, the frame of their resolve, and their text.
 #include "verilog/verimodule.h"
 
+#include <algorithm>
 #include <functional>
 #include <ostream>
 
@@ -296,6 +297,22 @@ void VeriModule::ResolveContents() {
   ResolveParameterPorts();
   ResolvePorts();
   ResolveItems();
+  DependOnInterfaces();
+}
+
+// Which interface a generic port stands for is known with its instance only, so any of them may change the module.
+void VeriModule::DependOnInterfaces() {
+  const bool is_generic = std::any_of(_ports.begin(), _ports.end(), [](const VeriVariable* port) {
+    return port->InterfaceType() && !port->InterfaceType()->Name();
+  });
+  if (!is_generic) return;
+  const char* own_file = LineFile::GetFileName(Linefile());
+  for (const VeriLibrary* library : ValuesOf<const VeriLibrary*>(&veri_file::AllLibraries()))
+    for (const VeriDesignUnit* unit : library->Units()) {
+      const char* file = LineFile::GetFileName(unit->Linefile());
+      if (unit->IsModule() && static_cast<const VeriModule*>(unit)->IsInterface() && file != own_file)
+        AddImplicitDependency(file);
+    }
 }
 
 void VeriModule::ResolveParameterPorts() {

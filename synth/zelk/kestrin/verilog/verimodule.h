@@ -154,6 +154,7 @@ private:
   void CollectParams();
   void ResolveParameterPorts();
   void ResolvePorts();
+  void DependOnInterfaces();
   void AddPort(VeriVariable* port);
   void ResolveItems();
   VeriModuleItems* _parameter_ports;
