@@ -12,7 +12,7 @@ namespace {
 // Ahead of a location: a file name follows. No location is this word.
 constexpr unsigned new_file_mark = 0xFFFFFFFFU;
 constexpr long null_string_size = -1;
-constexpr unsigned long free_objects = 1UL << 21;
+constexpr unsigned long free_objects = 1UL << 19;
 constexpr unsigned long objects_per_byte = 16;
 
 } // namespace

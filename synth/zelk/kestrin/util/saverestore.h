@@ -60,7 +60,7 @@ public:
 
   // What a damaged file must not do.
   /// Whether the file may ask for so many objects that it does not spell out, such as the ports of an operator of a
-  /// given size. The first millions are free, more must be backed by the size of the file; otherwise the stream goes
+  /// given size. The first half million is free, more must be backed by the size of the file; otherwise the stream goes
   /// bad.
   unsigned Afford(unsigned long objects);
   /// Notes how to take back a change made outside of what the caller holds.
