@@ -375,7 +375,7 @@ TEST(Interface, PortsOfferWhatTheInterfaceOrItsModportLists) {
                           "endmodule\n"
                           "module n; endmodule\n",
                       VERI_SV),
-      (Lines{"5: error: foo is not declared under this prefix", "5: error: unknown is not declared",
+      (Lines{"5: error: interface bus has no modport foo", "5: error: unknown is not declared",
              "5: error: n is not declared", "6: error: x is not declared under this prefix",
              "8: error: v is not declared under this prefix", "9: error: clk is not declared under this prefix"}));
   const VeriVariable* port = Analysis::Variable("m", "p");

@@ -453,6 +453,16 @@ VeriExpression* VeriInstantiation::ActualOf(const VeriVariable* port, unsigned p
   return *implicit;
 }
 
+namespace {
+
+/// As many bits; what is connected without being written must fit as it is.
+bool IsEquivalent(VeriExpression& actual, const VeriConstraint* type) {
+  const OwnedConstraint own = actual.EvaluateConstraint(nullptr);
+  return !own || !type || !own->IsPacked() || !type->IsPacked() || own->Size() == type->Size();
+}
+
+} // namespace
+
 bool VeriInstantiation::ConnectAll() {
   unsigned position = 0;
   for (VeriVariable* port : _module->Ports()) {
@@ -465,6 +475,11 @@ bool VeriInstantiation::ConnectAll() {
       continue;
     }
     OwnedConstraint type = _module->PortType(_view, port->Name());
+    if (implicit && _count <= 1 && !IsEquivalent(*actual, type.get())) {
+      _inst->Error("can't implicitly bind port %s on instance %s of module %s - %s", port->Name(), _inst->Name(),
+                   _module_name, "matching object in present scope does not have an equivalent data type");
+      continue;
+    }
     Connect(port->Name(), actual, port->Dir(), type.get());
     if (veri_file::CheckForInterrupt(actual->Linefile())) return false;
   }
@@ -611,12 +626,15 @@ bool VeriInstantiation::AddInterfaceParameters() {
     VeriExpression* actual = ActualOf(port, position++, &implicit);
     std::unique_ptr<VeriIdRef> owner(implicit);
     if (!port->InterfaceType()) continue;
-    InterfaceActual found = actual ? FindInterface(actual) : InterfaceActual();
+    if (!actual) {
+      _inst->Error("interface port %s must be connected", port->Name());
+      return false;
+    }
+    InterfaceActual found = FindInterface(actual);
     VeriModule* interface = found.scope ? InterfaceOf(found.scope) : nullptr;
     VeriModule* formal = port->GetInterface();
     if (!interface || (formal && formal != interface)) {
-      (actual ? static_cast<const VeriTreeNode*>(actual) : _inst)
-          ->Error("can't connect expression with incompatible type to formal %s", port->Name());
+      actual->Error("can't connect expression with incompatible type to formal %s", port->Name());
       return false;
     }
     const VeriModport* modport = port->GetModport();

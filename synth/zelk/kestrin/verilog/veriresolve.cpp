@@ -412,6 +412,8 @@ void VeriSelectedName::ResolveInInterface(const VeriInterfaceTypeDef& type, cons
     if (!may_be_undeclared(env)) Error("%s is not declared under this prefix", _suffix.c_str());
     return;
   }
+  if (port && env.IsWrite() && port->Direction() == VERI_INPUT)
+    Error("%s cannot be written through modport %s", _suffix.c_str(), modport->Name());
   if (object) AnalyzeReference(object, env);
 }
 
@@ -651,7 +653,20 @@ void VeriFunctionCall::Resolve(VeriScope* scope, const VeriEnv& env) {
   resolve_arguments(_args, to_subprogram(id), scope, env);
 }
 
+namespace {
+
+/// Has no result, IEEE 1364-2005 clause 17.
+bool is_system_task(std::string_view name) {
+  constexpr std::string_view names[] = {"$display",  "$write",    "$strobe",   "$monitor", "$finish",   "$stop",
+                                        "$readmemb", "$readmemh", "$fdisplay", "$fwrite",  "$dumpfile", "$dumpvars",
+                                        "$error",    "$warning",  "$info",     "$fatal"};
+  return std::find(std::begin(names), std::end(names), name) != std::end(names);
+}
+
+} // namespace
+
 void VeriSystemFunctionCall::Resolve(VeriScope* scope, const VeriEnv& env) {
+  if (is_system_task(_name)) Error("system task %s cannot be called like a function", _name.c_str());
   resolve_all(_args, scope, may_be_undeclared(env) ? env : env.With(ENV_READ));
 }
 
@@ -768,7 +783,7 @@ void VeriInterfaceTypeDef::Resolve(VeriScope* scope, const VeriEnv&) {
     return;
   }
   interface->Resolve();
-  if (ModportName() && !GetModport()) Error("%s is not declared under this prefix", ModportName());
+  if (ModportName() && !GetModport()) Error("interface %s has no modport %s", interface->Name(), ModportName());
 }
 
 VeriModule* VeriInterfaceTypeDef::GetInterface() const {
