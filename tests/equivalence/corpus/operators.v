@@ -257,6 +257,14 @@ module shift_amount (input [7:0] a, input signed [2:0] n, output [7:0] y, z);
   assign z = a << (n + 3'sd1);
 endmodule
 
+// prove: a signed constant as a shift amount is unsigned in its own width
+module shift_signed_constant (input [7:0] a, input signed [7:0] b, output [7:0] y, z, output signed [7:0] w, output v);
+  assign y = a << 3'sb111;
+  assign z = a >> 3'sb110;
+  assign w = b >>> 2'sb10;
+  assign v = (a <<< 4'sb1000) == 0;
+endmodule
+
 // prove: unary minus and plus
 module unary_signs (input [3:0] a, input signed [3:0] s, output [5:0] y, output signed [5:0] z, w);
   assign y = -a;

@@ -158,6 +158,18 @@ module array_in_struct (input logic [3:0] a, b, input logic i, output logic [3:0
   end
 endmodule
 
+// verilate: elements of a packed array have the sign of their named type, the array has none
+module signed_elements (input signed [1:0] a, input [5:0] b, output [9:0] y, z, w);
+  typedef logic signed [2:0] small_t;
+  small_t [1:0] d;
+  byte e;
+  assign d = b;
+  assign e = {b, 2'b0};
+  assign y = a ^ d[0];
+  assign z = a ^ d;
+  assign w = a ^ e[7];
+endmodule
+
 // verilate: signed members of a structure
 module struct_signed (input logic signed [3:0] a, output logic signed [7:0] y);
   typedef struct packed { logic signed [3:0] s; logic [3:0] u; } mixed_t;

@@ -1349,17 +1349,14 @@ VeriTypeInfo VeriIndexedName::TypeInfer(VeriDataFlow* flow) {
   OwnedConstraint prefix = _prefix->EvaluateConstraint(flow);
   if (!prefix) return {};
   const VeriConstraint* element = prefix->ElementConstraintAtDim(_indices.Size());
-  if (element && !_indices.GetLast()->AsRange()) {
-    VeriTypeInfo info = InfoOf(*element);
-    // A select of a packed object is unsigned (IEEE 1364-2005 5.5.1).
-    info.is_signed = info.is_signed && _indices.Size() <= prefix->NumUnpacked();
-    return info;
-  }
+  // A bit or element of a packed object is unsigned, unless the element is of a named type that is signed, which its
+  // constraint knows (IEEE 1364-2005 5.5.1, IEEE 1800-2017 7.4.1).
+  if (element && !_indices.GetLast()->AsRange()) return InfoOf(*element);
   OwnedConstraint type = EvaluateConstraint(flow);
   if (!type) return {};
   VeriTypeInfo info = InfoOf(*type);
-  if (_indices.Size() > prefix->NumUnpacked() || type->IsPacked())
-    info.is_signed = info.is_signed && !_indices.GetLast()->AsRange() && _indices.Size() <= prefix->NumUnpacked();
+  if (_indices.GetLast()->AsRange() && (_indices.Size() > prefix->NumUnpacked() || type->IsPacked()))
+    info.is_signed = false;
   return info;
 }
 
@@ -1385,7 +1382,7 @@ OwnedValue VeriIndexedName::Read(VeriDataFlow* flow) {
 OwnedValue VeriIndexedName::EvaluateIn(VeriDataFlow* flow, const VeriTypeInfo& type) {
   OwnedValue value = Read(flow);
   if (!value || value->IsAggregate()) return value;
-  if (!TypeInfer(flow).is_signed) value->SetUnsigned();
+  if (!value->IsReal()) TypeInfer(flow).is_signed ? value->SetSigned() : value->SetUnsigned();
   return FitTo(std::move(value), type, this);
 }
 
@@ -1513,7 +1510,8 @@ OwnedConstraint VeriTypeName::CreateConstraint() const {
   VeriIdDef* id = _name->EvaluateId();
   const VeriConstraint* type = id ? id->GetConstraint() : nullptr;
   if (!type) return nullptr;
-  return AddPackedRanges(type->Copy(), _ranges, type->IsSigned(), this);
+  // The elements have the sign of their type, the vector of them has none (IEEE 1800-2017 7.4.1).
+  return AddPackedRanges(type->Copy(), _ranges, false /* is_signed */, this);
 }
 
 OwnedConstraint VeriArrayTypeDef::CreateConstraint() const {

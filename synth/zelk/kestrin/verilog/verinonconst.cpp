@@ -502,9 +502,11 @@ void VeriNonConstVal::Shift(const VeriValue& amount, bool is_right, bool arithme
   if (amount.HasXZ()) return SetTo(VERI_DIGIT_X);
   Net* fill = is_right && arithmetic && IsSigned() ? GetBit(width - 1) : zero();
   if (amount.IsConstant()) {
-    int64_t count = 0;
-    // An amount is unsigned, so that a negative one is larger than any width.
-    if (!amount.ToInt64(&count) || count < 0 || count > width) count = width;
+    // An amount is unsigned, whatever its sign (IEEE 1364 5.1.12): a negative one is a large one of its width.
+    uint64_t count = 0;
+    for (unsigned bit = 0; bit < amount.Size() && count < width; bit++)
+      if (amount.GetBit(bit) != zero()) count = bit < 32 ? count | 1ULL << bit : width;
+    count = std::min<uint64_t>(count, width);
     std::vector<Net*> nets = from_lsb(*this);
     auto distance = static_cast<unsigned>(count);
     for (unsigned bit = 0; bit < width; bit++) {
