@@ -22,7 +22,7 @@ from pathlib import Path
 
 from design import Port, run
 from prove import ADFF_MAP
-from simulate import VERILATED_SKIP, compare, gate_bench, gold_bench, run_verilator, simulate_one
+from simulate import compare, gate_bench, gold_bench, run_verilator, simulate_one
 
 CORPUS = Path(__file__).with_name("corpus")
 CASE = re.compile(r"^// (prove|simulate|verilate): (.*)\n(?:\(\*.*\*\)\n)?module (\w+)", re.MULTILINE)
@@ -135,7 +135,7 @@ def simulate_gold_all(source, cases, directory):
             continue
         bench = bench_of_all([gold_bench(case, case.ports, f"bench_{case.name}", case.tag) for case in chosen], chosen)
         if method == "verilate":
-            run_verilator(bench, [source], directory)
+            run_verilator(bench, [source], directory, [f"{case.tag}gold.txt" for case in chosen])
         else:
             dialect = "2012" if source.suffix == ".sv" else "2005"
             simulate_one(bench, [source], [], directory, "gold", dialect)
@@ -152,8 +152,7 @@ def differences(cases, directory):
     failures = {}
     for case in cases:
         try:
-            skipped = VERILATED_SKIP if case.method == "verilate" else 0
-            compare(case.ports, directory, tag=case.tag, skipped=skipped)
+            compare(case.ports, directory, tag=case.tag)
         except RuntimeError as problem:
             failures[case.name] = str(problem)
     return failures

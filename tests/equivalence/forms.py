@@ -2,7 +2,7 @@
 source, and each must give its outputs. JSON goes through yosys, which reads that format, and comes back as Verilog."""
 
 from design import run, synthesize, top_module_name
-from simulate import compare, gate_bench, simulate_gold, simulate_one
+from simulate import compare, gate_bench, run_verilator, simulate_gold, simulate_one
 
 CYCLES = 2000  # the Verilog of the hierarchy has gone through the whole stimulus
 
@@ -32,7 +32,11 @@ def check_forms(design, host, ports, directory):
     sources = [flat, read_back(netlist, "json", directory), read_back(flat_json, "flat_json", directory)]
     if not (directory / "gold.txt").exists():
         simulate_gold(design, ports, directory)
-    simulate_one(gate_bench(duts, ports, CYCLES), sources, [], directory, "forms")
+    bench = gate_bench(duts, ports, CYCLES)
+    if design.method == "verilate":
+        run_verilator(bench, sources, directory, [f"{name}.txt" for name in duts])
+    else:
+        simulate_one(bench, sources, [], directory, "forms")
     for name in duts:
         try:
             compare(ports, directory, name, CYCLES)

@@ -7,7 +7,7 @@ import random
 from dataclasses import dataclass, field
 
 from genexpr import Signal
-from genstmt import Statements
+from genextra import EXTRA_ITEMS, Extras
 from gentree import Node, listing
 
 CONTROLS = ["clk0", "clk1", "arst", "arst_n", "srst", "srst_n", "le0", "le1"]
@@ -31,7 +31,7 @@ class Design:
     counts: dict = field(default_factory=dict)
 
 
-class Module(Statements):
+class Module(Extras):
     """One module: items are added one by one, each over the signals of those before."""
 
     def __init__(self, maker, name, is_top):
@@ -45,6 +45,7 @@ class Module(Statements):
         self.parameters = []  # (name, value, larger value that also fits)
         self.controls = set()
         self.observed = []  # signals that leave through outputs
+        self.outputs = []  # what no reduction may take away: an output without a value would be unknown inside
         self.subroutines = []
 
     # Frame
@@ -62,7 +63,7 @@ class Module(Statements):
         if self.maker.imports:
             self.use_package()
         for _ in range(size):
-            self.grouped_item(self.pick(ITEMS)[1])
+            self.grouped_item(self.pick(self.maker.items)[1])
         if not self.observed:
             self.grouped_item(Module.add_wire)
         self.add_outputs()
@@ -114,13 +115,13 @@ class Module(Statements):
             number += 1
             self.ports.append(("output", port, "wire"))
             elements = [Node("expr", s.name) for s in chosen]
-            self.items.append(Node("", f"assign {port.name} = {{", listing(elements) if self.is_top else self.joined(elements), "};\n"))
+            self.outputs.append(Node("", f"assign {port.name} = {{", listing(elements) if self.is_top else self.joined(elements), "};\n"))
 
     def add_array_output(self, array):
         port = Signal(self.fresh("oa"), array.total(), False, (array.total() - 1, 0))
         self.ports.append(("output", port, "wire"))
         path = "".join(f"[{self.index(min(d), max(d))}]" for d in array.unpacked)
-        self.items.append(Node("", f"assign {port.name} = {array.name}{path};\n"))
+        self.outputs.append(Node("", f"assign {port.name} = {array.name}{path};\n"))
 
     def port_list(self):
         rows = [("input", Signal(name, 1), "wire") for name in CONTROLS if name in self.controls]
@@ -134,11 +135,11 @@ class Module(Statements):
             parameters = [f"parameter {name} = {value};\n" for name, value, _ in self.parameters]
             declarations = [Node("", self.port_text(row), ";\n") for row in rows]
             return Node("item", f"module {self.name}(", names, ");\n", *parameters, *declarations,
-                        Node("list", *self.items), "endmodule\n")
+                        Node("list", *self.items), *self.outputs, "endmodule\n")
         self.note("ports ANSI")
         parameters = ", ".join(f"parameter {name} = {value}" for name, value, _ in self.parameters)
         return Node("item", f"module {self.name}", self.maker.import_text(), f" #({parameters})" if parameters else "", " (\n  ",
-                    self.joined([self.port_text(row) for row in rows], ",\n  "), ");\n", Node("list", *self.items), "endmodule\n")
+                    self.joined([self.port_text(row) for row in rows], ",\n  "), ");\n", Node("list", *self.items), *self.outputs, "endmodule\n")
 
     def port_text(self, row):
         direction, signal, kind = row
@@ -192,6 +193,7 @@ class Module(Statements):
             self.note("packed dimensions")
             signal.bounds = signal.bounds or (0, 0)
             signal.packed = [self.random.choice([(1, 0), (0, 2), (3, 0)])]
+            signal.signed = False  # elements of a signed array are unsigned, but both simulators give them a sign
         elif kind == "type" and self.maker.types:
             return self.maker.typed(self, name)
         return signal
@@ -734,6 +736,8 @@ class Maker:
         self.imports = []
         self.package_functions = []
         self.package = None
+        self.extra = []  # primitives, interfaces and modules that an item brings
+        self.items = ITEMS + [(weight, item) for weight, marks, item in EXTRA_ITEMS if dialect in marks]
 
     def typed(self, module, name):
         type_name, prototype = self.random.choice(self.types)
@@ -754,7 +758,7 @@ class Maker:
             parts.append(leaf.text())
             self.leaves.append(leaf)
         top = Module(self, f"m{self.seed}_top", True).build(self.random.randint(2, 8))
-        parts.append(top.text())
+        parts += [top.text(), *self.extra]
         ports = [Port(s.name, s.width, direction) for direction, s, _ in top.port_list()]
         return Design(self.seed, self.dialect, top.name, Node("list", *parts, separator="\n"), ports, self.is_initialised)
 
@@ -762,6 +766,7 @@ class Maker:
         self.package = f"m{self.seed}_p"
         helper = Module(self, "", False)
         helper.note("package")
+        helper.serial = 900  # its names stand beside those of the modules
         items = []
         for number in range(self.random.randint(1, 4)):
             items.append(Node("item", self.make_type(helper, f"type{number}_t"), "\n"))
@@ -805,7 +810,7 @@ class Maker:
         width = self.random.randint(2, 6)
         for number in range(self.random.randint(2, 3)):
             size = width if kind == "union" else self.random.randint(1, 6)
-            signed = self.random.random() < 0.3
+            signed = self.dialect == "w" and self.random.random() < 0.3  # iverilog forgets the sign of members
             members.append(Signal(f"m{number}", size, signed, (size - 1, 0)))
             texts.append(f"logic {'signed ' if signed else ''}[{size - 1}:0] m{number};")
         total = width if kind == "union" else sum(m.width for m in members)

@@ -207,7 +207,10 @@ class Expressions(Counted):
         operator = self.random.choice(["==?", "!=?"])
         self.note(f"compare {operator}")
         node, width, _ = self.read()
-        pattern = "".join(self.random.choice("01xz?") for _ in range(min(width, 8)))
+        size = min(width, 8)
+        # A wild bit at the head of a shorter pattern is extended by some tools and not by others.
+        head = self.random.choice("01" if size < width else "01xz?")
+        pattern = head + "".join(self.random.choice("01xz?") for _ in range(size - 1))
         return Node("expr", "(", node, f" {operator} {len(pattern)}'b{pattern})")
 
     def logical(self, depth, sized):

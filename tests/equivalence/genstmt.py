@@ -65,7 +65,7 @@ class Statements(Expressions):
         if self.dialect == "s" and str(target) != signal.name:
             return self.assign(target, self.expression(depth), operator)  # iverilog shifts parts of vectors wrongly in place
         if operator == "=" and self.dialect != "v" and self.chance(25) and signal in self.readable and signal is not self.result:
-            return self.compound(target, depth)
+            return self.compound(target, signal.total(), depth)
         return self.assign(target, self.expression(depth), operator)
 
     def target_pair(self, first, second):
@@ -75,12 +75,14 @@ class Statements(Expressions):
         self.readable = kept
         return node
 
-    def compound(self, target, depth):
+    def compound(self, target, target_width, depth):
         if self.chance(35):
             operator = self.random.choice(["++", "--"])
             self.note(f"operator {operator}")
             return Node("stmt", target, f"{operator};")
         operator = self.random.choice(["+=", "-=", "*=", "&=", "|=", "^=", "<<=", ">>=", "<<<=", ">>>="])
+        if self.dialect == "s" and target_width == 1 and operator.startswith(("<", ">")):
+            operator = "^="  # iverilog shifts a bit with a sign wrongly in place
         self.note(f"operator {operator}")
         value = self.small() if operator.startswith(("<", ">")) else self.expression(depth)
         return Node("stmt", target, f" {operator} ", value, ";")
@@ -139,7 +141,7 @@ class Statements(Expressions):
             return self.branch(depth, body if must_cover else None)
         keyword = self.random.choice(["case", "case", "casez", "casex"])
         labels = self.plain_labels(width) if keyword == "case" or self.chance(30) else self.wild_labels(width, keyword)
-        is_plain = all(set(label.split("'")[1]) <= set("b01") for label in labels)
+        is_plain = len(set(labels)) == len(labels) and all(set(label.split("'")[1]) <= set("b01") for label in labels)
         is_full = is_plain and len(labels) == 1 << width
         groups = self.grouped(labels)
         has_default = (must_cover and not (is_full and self.chance(50))) or self.chance(60)
