@@ -16,8 +16,9 @@ public:
   static bool Write(const Netlist* netlist, const std::string& module, std::ostream& out) {
     return NetlistVerilog(netlist, out).Run(module);
   }
+  virtual ~NetlistVerilog() = default;
 
-private:
+protected:
   NetlistVerilog(const Netlist* netlist, std::ostream& out) : _netlist(netlist), _out(out) {
     for (const Net* net : NetsOf(netlist)) _numbers.emplace(net, _numbers.size());
   }
@@ -75,7 +76,7 @@ private:
     return name;
   }
 
-  bool WriteInstance(const Instance* inst) {
+  virtual bool WriteInstance(const Instance* inst) {
     if (inst->Type() == PRIM_FADD) {
       Assign("{" + Output(inst->GetCout()) + ", " + Output(inst->GetOutput()) + "}",
              Read(inst->GetInput1()) + " + " + Read(inst->GetInput2()) + " + " + Read(inst->GetCin()));
@@ -89,7 +90,7 @@ private:
   }
 
   /// What forces the output without the clock, and the value that it gets then.
-  bool WriteStorage(const Instance* inst) {
+  virtual bool WriteStorage(const Instance* inst) {
     auto off_if_open = [this](const Net* net) { return net ? Bit(net) : "1'b0"; };
     std::string forced = off_if_open(inst->GetAsyncCond());
     std::string value = off_if_open(inst->GetAsyncVal());

@@ -82,6 +82,8 @@ void PrintFigures(const Netlist* netlist) {
   if (kestrin_flag("zelk_analyze_netlists")) netlist->PrintConnectivityStats();
 }
 
+PolishObserver* observer = nullptr;
+
 /// Whether all passes ran.
 bool RunPasses(Netlist* netlist) {
   for (const PolishPass& pass : passes) {
@@ -90,6 +92,7 @@ bool RunPasses(Netlist* netlist) {
     const bool goes_on = pass.run(netlist);
     // In builds with assertions no pass leaves an inconsistent netlist behind.
     kestrin_check_netlist(netlist, pass.name);
+    if (observer) observer->AfterPass(netlist, pass);
     if (!goes_on) return false;
     if (pass.dump_after) netlist->NetlistDump(pass.dump_after);
   }
@@ -103,6 +106,7 @@ void Netlist::Polish() {
   ProfileScope scope("***Polishing the netlist***");
   PrintFigures(this);
   kestrin_check_netlist(this, "elaboration");
+  if (observer) observer->BeforePolish(this);
   if (!RunPasses(this)) return;
   PrintFigures(this);
   const unsigned long after = MemUsage();
@@ -115,3 +119,5 @@ bool PolishPass::IsWanted() const {
 }
 
 PolishPasses kestrin_polish_passes() { return {std::begin(passes), std::end(passes)}; }
+
+void kestrin_observe_polish(PolishObserver* new_observer) { observer = new_observer; }

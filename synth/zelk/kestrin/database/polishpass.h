@@ -26,4 +26,14 @@ struct PolishPasses {
 };
 PolishPasses kestrin_polish_passes();
 
+/// Sees every netlist on its way through the passes.
+class PolishObserver {
+public:
+  virtual ~PolishObserver() = default;
+  virtual void BeforePolish(Netlist* netlist) = 0;
+  virtual void AfterPass(Netlist* netlist, const PolishPass& pass) = 0;
+};
+/// The one that is told from now on, null for none; the caller keeps it.
+void kestrin_observe_polish(PolishObserver* observer);
+
 #endif
