@@ -95,3 +95,25 @@ module gates_array (input [3:0] a, b, input c, output [3:0] x, y);
   and g1 [3:0] (x, a, b);
   xor g2 [3:0] (y, a, c);
 endmodule
+
+// simulate: ports with other names inside, of several ports, and of parts
+module port_expressions (input p, s, input [2:0] q, input [1:0] r, input [3:0] a, output [6:0] y, z, output [3:0] v);
+  inside_ports named (.p(p), .r(r), .s(s), .y(y));
+  inside_ports ordered (p, q, r, s, z);
+  outside_ports out (.low(v[1:0]), .high(v[3:2]), .a(a));
+endmodule
+module inside_ports (.p(a), {b, c}, .r(d[3:2]), .s(d[0]), y);
+  input a;
+  input b;
+  input [1:0] c;
+  input [3:0] d;
+  output [6:0] y;
+  assign y = {a, b, c, d[3:2], d[0]};
+endmodule
+module outside_ports (.low(v[1:0]), .high({w, v[2]}), a);
+  input [3:0] a;
+  output [2:0] v;
+  output w;
+  assign v = a[2:0];
+  assign w = ^a;
+endmodule

@@ -648,7 +648,7 @@ void UnitChecker::CheckConnections(const VeriInst& inst, const VeriModule* modul
     return;
   }
   if (stars > 1) inst.Error("instance %s has more than one .*", inst.Name());
-  if (module && !module->IsPrimitive() && !module->IsInterface() && !stars)
+  if (module && !module->IsPrimitive() && !module->IsInterface() && !stars && !veri_has_port_expressions(*module))
     CheckOpenInputs(inst, *module, by_name != 0);
 }
 
@@ -674,6 +674,12 @@ void UnitChecker::CheckOpenInputs(const VeriInst& inst, const VeriModule& module
 }
 
 } // namespace
+
+bool veri_has_port_expressions(const VeriModule& module) {
+  for (const VeriExpression* entry : ItemsOf<const VeriExpression*>(module.PortExpressions()))
+    if (entry && !dynamic_cast<const VeriAnsiPortDecl*>(entry) && !dynamic_cast<const VeriIdRef*>(entry)) return true;
+  return false;
+}
 
 void veri_check_unit(VeriDesignUnit& unit) {
   UnitChecker checker(unit);

@@ -11,6 +11,7 @@
 #include "util/services.h"
 #include "verilog/veri_file.h"
 #include "verilog/veri_lex.h"
+#include "verilog/vericheck.h"
 #include "verilog/verielabstate.h"
 #include "verilog/verimodule.h"
 #include "verilog/verinets.h"
@@ -126,6 +127,30 @@ bool IsNamed(const VeriExpression* given) {
   return connect && connect->NamedFormal();
 }
 
+/// The name by which an instance connects an entry of a list of ports; empty when it can be connected by place only.
+std::string NameOfPort(const VeriExpression& entry) {
+  if (const auto* named = dynamic_cast<const VeriPortConnect*>(&entry)) return named->NamedFormal();
+  const auto* plain = dynamic_cast<const VeriIdRef*>(&entry);
+  return plain && plain->GetId() ? plain->GetId()->Name() : "";
+}
+
+/// The bounds of a select by constants, both the same for a single bit.
+bool EvaluateIndex(VeriExpression& index, int* left, int* right) {
+  if (const auto* range = dynamic_cast<VeriRange*>(&index)) return range->EvaluateBounds(left, right);
+  OwnedValue value = index.Evaluate(nullptr);
+  int64_t number = 0;
+  if (!value || !value->IsConstant() || !value->ToInt64(&number)) return false;
+  *left = *right = static_cast<int>(number);
+  return true;
+}
+
+/// The entry of a list of ports that an instance connects by a name.
+const VeriExpression* FindPortExpression(const VeriModule& module, const std::string& name) {
+  for (const VeriExpression* entry : ItemsOf<const VeriExpression*>(module.PortExpressions()))
+    if (entry && NameOfPort(*entry) == name) return entry;
+  return nullptr;
+}
+
 bool IsArray(const VeriInst& inst) { return inst.Ranges() && inst.Ranges()->Size(); }
 
 } // namespace
@@ -155,7 +180,10 @@ private:
   void Instantiate(const std::string& name, unsigned place, unsigned count);
   bool ConnectAll();
   bool ConnectAllUnknown();
+  bool ConnectPortExpressions();
+  unsigned CollectPortExpression(const VeriExpression* entry, Array& ports) const;
   VeriExpression* ActualOf(const VeriVariable* port, unsigned position, VeriIdRef** implicit) const;
+  VeriExpression* ActualOf(const std::string& port, bool is_interface, unsigned position, VeriIdRef** implicit) const;
   void Connect(const char* port_name, VeriExpression* actual, unsigned direction, const VeriConstraint* type);
   bool CheckType(const char* port, VeriExpression& actual, unsigned direction, const VeriConstraint& type) const;
   void ConnectInput(const char* name, VeriExpression* actual, const VeriConstraint* type, const Array& ports);
@@ -326,7 +354,8 @@ bool VeriInstantiation::CheckConnects() const {
       continue;
     }
     if (named->IsDotStar()) continue;
-    if (!_module->GetPort(named->NamedFormal())) {
+    if (veri_has_port_expressions(*_module) ? !FindPortExpression(*_module, named->NamedFormal())
+                                            : !_module->GetPort(named->NamedFormal())) {
       connect->Error("cannot find port %s on this module", named->NamedFormal());
       return false;
     }
@@ -336,9 +365,10 @@ bool VeriInstantiation::CheckConnects() const {
     }
   }
   bool is_empty_list = ordered == 1 && !ConnectionOf(connects->GetFirst());
-  if (ordered <= _module->Ports().size() || (is_empty_list && _module->Ports().empty())) return true;
+  size_t expected = veri_has_port_expressions(*_module) ? _module->PortExpressions()->Size() : _module->Ports().size();
+  if (ordered <= expected || (is_empty_list && _module->Ports().empty())) return true;
   _inst->Error("instance %s specifies %d actual port connections but module %s only expects %d", _inst->Name(),
-               static_cast<int>(ordered), _module_name, static_cast<int>(_module->Ports().size()));
+               static_cast<int>(ordered), _module_name, static_cast<int>(expected));
   return false;
 }
 
@@ -424,6 +454,11 @@ void VeriInstantiation::Connect(const char* port_name, VeriExpression* actual, u
 /// The expression that the instance connects to a port; null when it leaves it open. For `.name` and `.*` a reference
 /// is made, which the caller owns.
 VeriExpression* VeriInstantiation::ActualOf(const VeriVariable* port, unsigned position, VeriIdRef** implicit) const {
+  return ActualOf(port->Name(), port->InterfaceType() != nullptr, position, implicit);
+}
+
+VeriExpression* VeriInstantiation::ActualOf(const std::string& port, bool is_interface, unsigned position,
+                                            VeriIdRef** implicit) const {
   const VeriExpressions* connects = _inst->Connects();
   bool has_star = false;
   for (unsigned pos = 0; connects && pos < connects->Size(); pos++) {
@@ -438,7 +473,7 @@ VeriExpression* VeriInstantiation::ActualOf(const VeriVariable* port, unsigned p
       has_star = true;
       continue;
     }
-    if (std::string(formal) != port->Name()) continue;
+    if (formal != port) continue;
     if (!named->IsImplicit()) return named->Connection();
     has_star = true;
     break;
@@ -446,9 +481,9 @@ VeriExpression* VeriInstantiation::ActualOf(const VeriVariable* port, unsigned p
   if (!has_star) return nullptr;
   // The object of the same name around the instance (IEEE 1800-2005 19.11.4).
   VeriScope* scope = _inst->GetId() ? _inst->GetId()->DeclaringScope() : nullptr;
-  VeriIdDef* id = scope ? scope->Find(port->Name()) : nullptr;
-  if (!id || !(id->IsVar() || (id->IsInst() && port->InterfaceType()))) return nullptr;
-  *implicit = new VeriIdRef(VeriLex::Intern(port->Name()), _inst->Linefile());
+  VeriIdDef* id = scope ? scope->Find(port.c_str()) : nullptr;
+  if (!id || !(id->IsVar() || (id->IsInst() && is_interface))) return nullptr;
+  *implicit = new VeriIdRef(VeriLex::Intern(port.c_str()), _inst->Linefile());
   (*implicit)->SetId(id);
   return *implicit;
 }
@@ -463,7 +498,68 @@ bool IsEquivalent(VeriExpression& actual, const VeriConstraint* type) {
 
 } // namespace
 
+/// Adds the one-bit ports behind an entry of a list of ports, most significant first; the direction of them. A part is
+/// selected by constants, since the module's own names have no values outside of it.
+unsigned VeriInstantiation::CollectPortExpression(const VeriExpression* entry, Array& ports) const {
+  if (const auto* named = dynamic_cast<const VeriPortConnect*>(entry))
+    return CollectPortExpression(named->Connection(), ports);
+  if (entry && entry->IsConcat()) {
+    unsigned direction = 0;
+    for (const VeriExpression* part : ItemsOf<const VeriExpression*>(static_cast<const VeriConcat*>(entry)->Parts()))
+      direction = CollectPortExpression(part, ports);
+    return direction;
+  }
+  const VeriName* name = entry ? entry->AsName() : nullptr;
+  const VeriIdDef* id = name ? name->GetId() : nullptr;
+  if (!id) return 0;
+  OwnedConstraint type = _module->PortType(_view, id->Name());
+  Array whole;
+  FindPorts(_view, id->Name(), type.get(), whole);
+  const auto* indexed = dynamic_cast<const VeriIndexedName*>(name);
+  if (!indexed) {
+    for (unsigned pos = 0; pos < whole.Size(); pos++) ports.Insert(whole.At(pos));
+    return id->Dir();
+  }
+  const VeriRangeConstraint* range = type ? type->IndexConstraint() : nullptr;
+  VeriExpression* index = indexed->Indices().Size() == 1 ? indexed->Indices().GetFirst() : nullptr;
+  int left = 0;
+  int right = 0;
+  if (!range || !index || range->Length() != whole.Size() || !EvaluateIndex(*index, &left, &right)) {
+    entry->Error("illegal port-expression");
+    return 0;
+  }
+  int first = std::abs(left - range->LeftBound());
+  int last = std::abs(right - range->LeftBound());
+  for (int pos = first; pos <= last && pos < static_cast<int>(whole.Size()); pos++)
+    ports.Insert(whole.At(static_cast<unsigned>(pos)));
+  return id->Dir();
+}
+
+bool VeriInstantiation::ConnectPortExpressions() {
+  unsigned position = 0;
+  for (const VeriExpression* entry : ItemsOf<const VeriExpression*>(_module->PortExpressions())) {
+    std::string name = entry ? NameOfPort(*entry) : "";
+    VeriIdRef* implicit = nullptr;
+    VeriExpression* actual = ActualOf(name, false /* is_interface */, position++, &implicit);
+    std::unique_ptr<VeriIdRef> owner(implicit);
+    if (!actual) continue;
+    VeriNodeScope node(actual);
+    Array ports;
+    unsigned direction = CollectPortExpression(entry, ports);
+    if (!ports.Size()) continue;
+    if (direction == VERI_INPUT) {
+      OwnedConstraint type = VeriUniformArrayConstraint::Vector(static_cast<int>(ports.Size()) - 1, 0);
+      ConnectInput(name.c_str(), actual, type.get(), ports);
+    } else {
+      ConnectOutput(name.c_str(), actual, ports, direction == VERI_INOUT, false /* is_signed */);
+    }
+    if (veri_file::CheckForInterrupt(actual->Linefile())) return false;
+  }
+  return true;
+}
+
 bool VeriInstantiation::ConnectAll() {
+  if (veri_has_port_expressions(*_module)) return ConnectPortExpressions();
   unsigned position = 0;
   for (VeriVariable* port : _module->Ports()) {
     VeriIdRef* implicit = nullptr;
