@@ -284,9 +284,9 @@ void remember_lost_name(const std::vector<int>& open) {
     parser.lost_packages.insert(name);
     return;
   }
-  // `type name`, `type [`, and in front of what cannot follow an instance: `type name;`
+  // Where a declaration begins: `type name`, `type [`, and in front of what cannot follow an instance: `type name;`
   const bool begins_object = parser.last.code == VERI_ID || parser.last.code == VERI_OBRACKET;
-  if (begins_object && is_unknown(name)) parser.lost_types.insert(name);
+  if (begins_object && name == parser.item_text && is_unknown(name)) parser.lost_types.insert(name);
   const bool ends_name =
       parser.last.code == VERI_SEMICOLON || parser.last.code == VERI_COMMA || parser.last.code == VERI_ASSIGN_OP;
   const bool has_type = parser.item_text && parser.item_text != name && is_unknown(parser.item_text);
