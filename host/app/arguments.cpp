@@ -43,13 +43,29 @@ std::string replace_variables(const std::string& line) {
   return result;
 }
 
-/// "#" begins a comment at the start of a word, "//" anywhere.
-std::string without_comment(const std::string& line) {
+/// The words of a line. Quotes keep blanks in a word; "#" and "//" begin a comment at the start of one, since a path
+/// may hold them.
+WORDS words_of(const std::string& line) {
+  WORDS words;
+  bool is_quoted = false;
+  bool is_in_word = false;
   for (size_t at = 0; at < line.size(); at++) {
-    bool starts_word = at == 0 || line[at - 1] == ' ' || line[at - 1] == '\t';
-    if ((line[at] == '#' && starts_word) || line.compare(at, 2, "//") == 0) return line.substr(0, at);
+    char c = line[at];
+    bool is_blank = !is_quoted && std::isspace(static_cast<unsigned char>(c));
+    if (!is_in_word && !is_blank && (c == '#' || line.compare(at, 2, "//") == 0)) break;
+    if (is_blank) {
+      is_in_word = false;
+      continue;
+    }
+    if (!is_in_word) words.emplace_back();
+    is_in_word = true;
+    if (c == '"')
+      is_quoted = !is_quoted;
+    else
+      words.back() += c;
   }
-  return line;
+  if (is_quoted) throw USAGE_ERROR("a quote in a file list is not closed: " + line);
+  return words;
 }
 
 WORDS split(const std::string& text, char separator) {
@@ -89,7 +105,8 @@ bool FLATTENER::add_plus_option(const std::string& word, const std::string& dire
       add_pair(option, has_path(option) ? resolve(part, directory) : part);
     return true;
   }
-  return false;
+  if (word.size() < 2 || word[0] != '+') return false;
+  throw USAGE_ERROR("unknown option " + word + "; of the options with a plus there are +define+ and +incdir+");
 }
 
 void FLATTENER::add(const WORDS& words, const std::string& directory) {
@@ -131,8 +148,7 @@ void FLATTENER::add_list(const std::string& path) {
     throw USAGE_ERROR("can't read file list \"" + path + "\"");
   WORDS words;
   for (std::string line; std::getline(stream, line);) {
-    std::istringstream text(replace_variables(without_comment(line)));
-    for (std::string word; text >> word;) words.push_back(word);
+    for (const std::string& word : words_of(line)) words.push_back(replace_variables(word));
   }
   m_open.push_back(full);
   add(words, FIO_PATH(path).directory());

@@ -35,14 +35,16 @@ bool warnings_count(const COMMAND_LINE& command) {
 
 /// Reports come last, so that they can tell the time of the others.
 void write_outputs(const COMMAND_LINE& command, const DESIGN_VIEW& view, std::vector<STAGE_TIME>& times) {
+  OUTPUT_FILES files;
   for (const std::string& path : command.outputs) {
     if (is_report(path)) continue;
     STAGE stage(times, "write " + path);
-    if (!write_output(path, view, {})) return;
+    if (!files.write(path, view, {})) return;
   }
   const std::vector<STAGE_TIME> shown = command.time ? times : std::vector<STAGE_TIME>();
   for (const std::string& path : command.outputs)
-    if (is_report(path)) write_output(path, view, shown);
+    if (is_report(path) && !files.write(path, view, shown)) return;
+  if (!files.commit()) return;
   if (command.stats) std::cout << write_report(view, shown);
 }
 

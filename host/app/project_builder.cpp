@@ -1,9 +1,12 @@
 // What the options of the command line and the entries of a project file do.
 #include "project_builder.h"
 
+#include <charconv>
+
 #include "arguments.h"
 #include "cfg.h"
 #include "gen.h"
+#include "msg.h"
 #include "output/writer.h"
 #include "parameter_notation.h"
 
@@ -61,12 +64,53 @@ void PROJECT_BUILDER::set_variable(const std::string& text) {
   cfg_set_value(name, value);
 }
 
+namespace {
+
+bool is_bool(const std::string& value) {
+  return gen_stricmp(value.c_str(), "on") == 0 || gen_stricmp(value.c_str(), "off") == 0;
+}
+
+bool is_integer(const std::string& value) {
+  int number = 0;
+  auto [end, problem] = std::from_chars(value.data(), value.data() + value.size(), number);
+  return problem == std::errc() && end == value.data() + value.size();
+}
+
+void check_option_value(int variable, const std::string& name, const std::string& value) {
+  std::string expected;
+  switch (acf_get_variable_kind(variable)) {
+  case ACF_KIND_BOOL:
+    if (!is_bool(value)) expected = "on or off";
+    break;
+  case ACF_KIND_INTEGER:
+    if (!is_integer(value)) expected = "a number";
+    break;
+  case ACF_KIND_ENUM_VALUE: {
+    std::vector<int> known;
+    acf_get_variable_enum_value_types(&known, variable, 0, 0);
+    bool is_known = acf_convert_old_value_to_new(variable, value.c_str(), 0) != nullptr;
+    for (int number : known) {
+      is_known = is_known || gen_stricmp(acf_enum_type_to_user_string(number), value.c_str()) == 0;
+      expected += std::string(expected.empty() ? "" : ", ") + acf_enum_type_to_user_string(number);
+    }
+    if (is_known) return;
+    break;
+  }
+  case ACF_KIND_STRING:
+  case ACF_KIND_MULTI_STRING: break;
+  }
+  if (!expected.empty()) throw USAGE_ERROR("setting " + name + " is " + expected + ", not \"" + value + "\"");
+}
+
+} // namespace
+
 void PROJECT_BUILDER::set_option(const std::string& text) {
   auto [name, value] = split_assignment(text, "--option");
   int variable = acf_get_variable_by_name(name.c_str());
   int section = acf_get_variable_section(variable);
   if (variable == ACF_VARIABLE_NONE || section < ACF_SECTION_EDA_TOOLS)
     throw USAGE_ERROR("--option knows no setting \"" + name + "\"");
+  check_option_value(variable, name, value);
   HDB_OPTION* option = m_project.create_section(section)->create_option(variable);
   if (acf_get_variable_kind(variable) == ACF_KIND_MULTI_STRING)
     option->add_value(value);
@@ -99,9 +143,30 @@ void PROJECT_BUILDER::add_message(int variable, const std::string& number) {
   m_project.create_section(ACF_SECTION_HDL_INPUT)->create_option(variable)->add_value(number);
 }
 
-void PROJECT_BUILDER::enable_message(const std::string& number) { add_message(ACF_VARIABLE_HDL_MESSAGE_ON, number); }
+namespace {
 
-void PROJECT_BUILDER::disable_message(const std::string& number) { add_message(ACF_VARIABLE_HDL_MESSAGE_OFF, number); }
+/// The library takes the numbers of messages on the languages only; it is the report that keeps the others.
+bool is_host_message(const std::string& number, unsigned& id) {
+  constexpr unsigned FIRST_OF_LANGUAGES = 10000;
+  constexpr unsigned LAST_OF_LANGUAGES = 10999;
+  auto [end, problem] = std::from_chars(number.data(), number.data() + number.size(), id);
+  bool is_number = problem == std::errc() && end == number.data() + number.size();
+  return is_number && (id < FIRST_OF_LANGUAGES || id > LAST_OF_LANGUAGES) && MSG_ID_REGISTRAR::is_known(id);
+}
+
+} // namespace
+
+void PROJECT_BUILDER::enable_message(const std::string& number) {
+  unsigned id = 0;
+  if (is_host_message(number, id)) return msg_get_default_report()->enable_message(id);
+  add_message(ACF_VARIABLE_HDL_MESSAGE_ON, number);
+}
+
+void PROJECT_BUILDER::disable_message(const std::string& number) {
+  unsigned id = 0;
+  if (is_host_message(number, id)) return msg_get_default_report()->disable_message(id);
+  add_message(ACF_VARIABLE_HDL_MESSAGE_OFF, number);
+}
 
 void PROJECT_BUILDER::add_output(const std::string& path) {
   if (!is_known_output(path)) throw USAGE_ERROR("-o " + path + ": the extension names no known format");

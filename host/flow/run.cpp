@@ -140,7 +140,10 @@ bool RUN::resolve() {
 HDB_DESIGN_UNIT* RUN::choose_top() {
   if (!m_options.top.empty()) {
     HDB_DESIGN_UNIT* unit = m_project.find_entity(m_options.top.c_str(), 1, nullptr, nullptr);
-    if (!unit) unit = m_project.find_entity(m_options.top.c_str(), 0, nullptr, nullptr);
+    if (!unit) { // only names of VHDL are the same in either case
+      unit = m_project.find_entity(m_options.top.c_str(), 0, nullptr, nullptr);
+      if (unit && unit->get_type() == HDB_DESIGN_UNIT::TYPE_VERILOG_MODULE) unit = nullptr;
+    }
     if (!unit) report_host_message(HOST_MESSAGE_TOP_NOT_FOUND, {m_options.top});
     if (!unit || role_of(*unit) != HDB_ENTITY::ROLE_INTERFACE) return unit;
     report_host_message(HOST_MESSAGE_TOP_IS_INTERFACE, {m_options.top}, unit->get_location().get_file(),

@@ -3,6 +3,11 @@
 #include "writer.h"
 
 #include <algorithm>
+#include <bitset>
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
+#include <limits>
 #include <map>
 #include <unordered_map>
 
@@ -46,6 +51,53 @@ std::string json_integer(unsigned long value) {
   for (unsigned i = 0; i < WIDTH; i++)
     if (value >> i & 1U) digits[WIDTH - 1 - i] = '1';
   return digits;
+}
+
+/// The binary digits of a number in a base that is a power of two.
+std::string binary_digits(const std::string& digits, unsigned bits_per_digit) {
+  std::string binary;
+  for (char digit : digits) {
+    if (digit == '_') continue;
+    auto letter = static_cast<char>(std::tolower(static_cast<unsigned char>(digit)));
+    if (letter == 'x' || letter == 'z' || letter == '?') {
+      binary += std::string(bits_per_digit, letter == '?' ? 'z' : letter);
+      continue;
+    }
+    int value = letter >= 'a' ? letter - 'a' + 10 : letter - '0';
+    for (unsigned bit = bits_per_digit; bit-- > 0;) binary += (value >> bit & 1) != 0 ? '1' : '0';
+  }
+  return binary;
+}
+
+/// A parameter's value: numbers as binary digits, as wide as they are; strings that readers could take for digits with
+/// a blank behind them, which readers drop.
+std::string json_parameter(const std::string& text) {
+  PARAMETER_VALUE value = read_parameter_value(text);
+  if (value.kind != 'i') {
+    size_t end = value.text.find_first_not_of("01xz");
+    bool looks_like_digits = end == std::string::npos || value.text.find_first_not_of(' ', end) == std::string::npos;
+    return value.kind == 's' && looks_like_digits ? value.text + " " : value.text;
+  }
+  size_t quote = value.text.find('\'');
+  if (quote == std::string::npos) {
+    errno = 0;
+    long long number = std::strtoll(value.text.c_str(), nullptr, 10);
+    if (errno == ERANGE) return value.text;
+    bool is_int = number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<unsigned>::max();
+    return is_int ? json_integer(static_cast<unsigned long>(number))
+                  : std::bitset<64>(static_cast<unsigned long long>(number)).to_string();
+  }
+  size_t base = quote + 1;
+  if (std::tolower(static_cast<unsigned char>(value.text[base])) == 's') base++;
+  static const std::map<char, unsigned> widths = {{'b', 1}, {'o', 3}, {'h', 4}};
+  auto found = widths.find(static_cast<char>(std::tolower(static_cast<unsigned char>(value.text[base]))));
+  if (found == widths.end()) return value.text;
+  std::string binary = binary_digits(value.text.substr(base + 1), found->second);
+  size_t width = std::strtoul(value.text.c_str(), nullptr, 10);
+  if (width == 0 || width == binary.size()) return binary;
+  if (width < binary.size()) return binary.substr(binary.size() - width);
+  char fill = binary[0] == 'x' || binary[0] == 'z' ? binary[0] : '0';
+  return std::string(width - binary.size(), fill) + binary;
 }
 
 JSON attributes_of(const SOURCE_PLACE& place) {
@@ -151,7 +203,8 @@ void JSON_MODULE::write(bool is_top) {
   if (is_top) module["attributes"]["top"] = json_integer(1);
   if (!result.used_parameters.empty()) {
     JSON defaults = JSON::object();
-    for (const UNIT_PARAMETER& parameter : result.used_parameters) defaults[parameter.name] = parameter.value;
+    for (const UNIT_PARAMETER& parameter : result.exact_parameters)
+      defaults[parameter.name] = json_parameter(parameter.value);
     module["parameter_default_values"] = defaults;
   }
   write_ports(module);
@@ -426,10 +479,11 @@ void JSON_MODULE::write_component(const CDB_SGATE_COMPONENT& component) {
   CELL cell(component.get_entity_name().c_str());
   for (const CDB_SGATE_COMPONENT::PARAMETER& parameter : component.get_parameters())
     if (!parameter.name.empty() && parameter.name[0] != ' ')
-      cell.parameters[parameter.name] = read_parameter_value(parameter.value).text;
+      cell.parameters[parameter.name] = json_parameter(parameter.value);
   std::vector<BLACK_BOX_PORT> ports = black_box_ports(m_view, component);
   declare_black_box(component, ports);
   for (size_t i = 0; i < ports.size(); i++) {
+    if (ports[i].bits.empty()) continue;
     std::string name = ports[i].name.empty() ? "$" + std::to_string(i + 1) : ports[i].name;
     cell.connect(name, directions[ports[i].direction],
                  ports[i].direction == CDB_IO_INPUT ? ports[i].bits : complete(ports[i].bits));
@@ -437,23 +491,26 @@ void JSON_MODULE::write_component(const CDB_SGATE_COMPONENT& component) {
   add(cell, component);
 }
 
-/// A black box is declared once, with the ports of its first instance, so that readers know the directions.
+/// A black box is declared with the ports that its instances have in all, so that readers know the directions.
 void JSON_MODULE::declare_black_box(const CDB_SGATE_COMPONENT& component, const std::vector<BLACK_BOX_PORT>& ports) {
   static constexpr const char* directions[] = {"input", "output", "inout"};
-  if (m_modules.contains(component.get_entity_name())) return;
-  JSON module = JSON::object();
-  module["attributes"]["blackbox"] = json_integer(1);
-  module["ports"] = JSON::object();
-  module["cells"] = JSON::object();
-  module["netnames"] = JSON::object();
-  int net = FIRST_NET;
-  for (size_t i = 0; i < ports.size(); i++) {
-    JSON& port = module["ports"][ports[i].name.empty() ? "$" + std::to_string(i + 1) : ports[i].name];
-    port["direction"] = directions[ports[i].direction];
-    port["bits"] = JSON::array();
-    for (size_t bit = 0; bit < ports[i].bits.size(); bit++) port["bits"].push_back(net++);
+  JSON& module = m_modules[component.get_entity_name()];
+  if (module.is_null()) {
+    module = JSON::object();
+    module["attributes"]["blackbox"] = json_integer(1);
+    module["ports"] = JSON::object();
+    module["cells"] = JSON::object();
+    module["netnames"] = JSON::object();
   }
-  m_modules[component.get_entity_name()] = std::move(module);
+  if (!module["attributes"].contains("blackbox")) return;
+  int net = FIRST_NET;
+  for (const JSON& port : module["ports"]) net += static_cast<int>(port["bits"].size());
+  for (size_t i = 0; i < ports.size(); i++) {
+    if (ports[i].bits.empty()) continue;
+    JSON& port = module["ports"][ports[i].name.empty() ? "$" + std::to_string(i + 1) : ports[i].name];
+    if (port.is_null()) port = {{"direction", directions[ports[i].direction]}, {"bits", JSON::array()}};
+    while (port["bits"].size() < ports[i].bits.size()) port["bits"].push_back(net++);
+  }
 }
 
 void JSON_MODULE::write_full_adder(const CDB_SGATE_COMPONENT& component) {

@@ -53,15 +53,23 @@ struct PORT_BITS {
   std::vector<std::pair<int, const CDB_SGATE_IO*>> bits; // with their index
 };
 
-std::vector<PORT_BITS> gather_ports(const UNIT_RESULT& result) {
+/// An escaped name may look like a bit of a vector: vectors are what the unit declares. Those of more than two
+/// dimensions are not told, and show by the indices in front of the last.
+INDEXED_NAME split_port_name(const std::string& text, const BUSES_BY_NAME& buses) {
+  INDEXED_NAME name = split_index(text);
+  if (!name.has_index || buses.find(name.base) || split_index(name.base).has_index) return name;
+  return {text, 0, false};
+}
+
+std::vector<PORT_BITS> gather_ports(const UNIT_RESULT& result, const BUSES_BY_NAME& buses) {
   std::vector<PORT_BITS> ports;
-  std::map<std::string, size_t> by_name;
+  std::map<std::pair<std::string, bool>, size_t> by_name; // a scalar may have the name of a row
   for (const auto& node : result.get_netlist()->get_nodes()) {
     if (node->get_sgate_type() != CDB_SGATE_IO_ENUM) continue;
     std::string text = node->get_string_name() ? node->get_string_name() : "";
-    INDEXED_NAME name = split_index(text);
-    auto [at, is_new] = by_name.emplace(name.has_index ? name.base : text, ports.size());
-    if (is_new) ports.push_back({at->first, name.has_index, {}});
+    INDEXED_NAME name = split_port_name(text, buses);
+    auto [at, is_new] = by_name.emplace(std::pair(name.base, name.has_index), ports.size());
+    if (is_new) ports.push_back({name.base, name.has_index, {}});
     ports[at->second].bits.emplace_back(name.index, static_cast<const CDB_SGATE_IO*>(node.get()));
   }
   return ports;
@@ -86,7 +94,7 @@ size_t span_of(const SIGNAL& signal) {
 
 void MODULE_VIEW::make_ports() {
   BUSES_BY_NAME buses(m_result.port_buses);
-  for (const PORT_BITS& port : gather_ports(m_result)) {
+  for (const PORT_BITS& port : gather_ports(m_result, buses)) {
     SIGNAL signal;
     signal.name = port.name;
     signal.is_port = true;

@@ -13,6 +13,13 @@ std::string plural(unsigned count, const char* word) {
   return fmt::format("{} {}{}", count, word, count == 1 ? "" : "s");
 }
 
+/// Names of a source may hold characters that a terminal obeys.
+std::string printable(std::string text) {
+  for (char& c : text)
+    if ((static_cast<unsigned char>(c) < ' ' && c != '\n' && c != '\t') || c == '\x7f') c = '?';
+  return text;
+}
+
 } // namespace
 
 std::string TEXT_DIAGNOSTICS::styled(const char* style, const std::string& text) const {
@@ -24,7 +31,7 @@ void TEXT_DIAGNOSTICS::on_message(const MSG_BASE& message) {
   const char* indent = is_note(message) ? "  " : "";
   const char* word = is_note(message) ? "note" : severity_word(message.get_kind());
   std::string head = styled(styles[message.get_kind()], fmt::format("{} {}", word, message.get_id()));
-  std::string text = fmt::format("{}{}: {}\n", indent, head, message.get_text());
+  std::string text = fmt::format("{}{}: {}\n", indent, head, printable(message.get_text()));
   std::string source;
   if (message.has_location() && m_lines.get(message.get_file(), message.get_line(), source))
     text += fmt::format("{}{} {}\n", indent, styled(STYLE_DIM, fmt::format("{:>6} |", message.get_line())), source);

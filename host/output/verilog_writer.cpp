@@ -358,10 +358,27 @@ std::string VERILOG_MODULE::instance_name(const CDB_SGATE_NODE& node) {
   return verilog_identifier(m_names.make_unique(node.get_string_name() ? node.get_string_name() : "u"));
 }
 
+/// A string literal of the text (IEEE 1364, 2.6.3).
+std::string string_literal(const std::string& text) {
+  std::string literal = "\"";
+  for (char c : text) {
+    auto code = static_cast<unsigned char>(c);
+    if (c == '"' || c == '\\')
+      literal += {'\\', c};
+    else if (c == '\n')
+      literal += "\\n";
+    else if (code < ' ' || code == 127)
+      literal += fmt::format("\\{:03o}", code);
+    else
+      literal += c;
+  }
+  return literal + "\"";
+}
+
 /// A parameter's value as Verilog text.
 std::string parameter_text(const std::string& text) {
   PARAMETER_VALUE value = read_parameter_value(text);
-  return value.kind == 's' ? "\"" + value.text + "\"" : value.text;
+  return value.kind == 's' ? string_literal(value.text) : value.text;
 }
 
 std::string parameter_list(const CDB_SGATE_COMPONENT& component) {

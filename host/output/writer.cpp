@@ -74,6 +74,8 @@ std::vector<BLACK_BOX_PORT> black_box_ports(const MODULE_VIEW& view, const CDB_S
     std::sort(order.begin(), order.end(), [](const KEY& left, const KEY& right) { return left.second < right.second; });
   std::vector<BLACK_BOX_PORT> ports;
   for (const KEY& key : order) {
+    // Positions that the instance leaves open keep their place.
+    while (static_cast<int>(ports.size()) < key.second) ports.push_back({"", CDB_IO_INPUT, {}});
     std::vector<const CDB_COMPONENT_PORT*>& bits = by_port[key];
     std::sort(bits.begin(), bits.end(), [](const CDB_COMPONENT_PORT* left, const CDB_COMPONENT_PORT* right) {
       return left->get_index() < right->get_index();
@@ -182,10 +184,25 @@ bool is_known_output(const std::string& path) { return format_of(path) != nullpt
 
 bool is_report(const std::string& path) { return is_known_output(path) && format_of(path)->write == write_report; }
 
-bool write_output(const std::string& path, const DESIGN_VIEW& design, const std::vector<STAGE_TIME>& times) {
-  FIO_OUTPUT_FILE file(path);
-  if (file.is_open()) file.write(format_of(path)->write(design, times));
-  if (file.is_open() && file.commit()) return true;
+bool OUTPUT_FILES::write(const std::string& path, const DESIGN_VIEW& design, const std::vector<STAGE_TIME>& times) {
+  for (const auto& [name, file] : m_files)
+    if (name == path) return true;
+  auto file = std::make_unique<FIO_OUTPUT_FILE>(path);
+  if (!file->is_open()) return fail(path);
+  file->write(format_of(path)->write(design, times));
+  m_files.emplace_back(path, std::move(file));
+  return true;
+}
+
+bool OUTPUT_FILES::commit() {
+  for (auto& [path, file] : m_files)
+    if (!file->commit()) return fail(path);
+  m_files.clear();
+  return true;
+}
+
+bool OUTPUT_FILES::fail(const std::string& path) {
   report_host_message(HOST_MESSAGE_CANT_WRITE_FILE, {path});
+  m_files.clear();
   return false;
 }

@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "fio.h"
 #include "flow/stage.h"
 #include "flow/unit_result.h"
 #include "module_view.h"
@@ -38,8 +39,20 @@ std::string write_times(const std::vector<STAGE_TIME>& times);
 
 bool is_known_output(const std::string& path);
 bool is_report(const std::string& path);
-/// Writes an output by the extension of its name. False, after a message, when that failed.
-bool write_output(const std::string& path, const DESIGN_VIEW& design, const std::vector<STAGE_TIME>& times);
+
+/// The outputs of a run: they appear together at the end, or none does.
+class OUTPUT_FILES {
+public:
+  /// Writes an output by the extension of its name to a temporary file. False, after a message, when that failed.
+  bool write(const std::string& path, const DESIGN_VIEW& design, const std::vector<STAGE_TIME>& times);
+  /// Moves all outputs into place. False, after a message, when that failed.
+  bool commit();
+
+private:
+  bool fail(const std::string& path);
+
+  std::vector<std::pair<std::string, std::unique_ptr<FIO_OUTPUT_FILE>>> m_files;
+};
 
 /// A parameter's value in the notation of the design database: its kind and its text. Kinds: 'i' a number as Verilog
 /// reads it, 's' a string, 'r' a real number.
@@ -53,7 +66,7 @@ PARAMETER_VALUE read_parameter_value(const std::string& text);
 struct BLACK_BOX_PORT {
   std::string name; // empty for a positional one
   CDB_IO_DIRECTION direction;
-  BITS bits;
+  BITS bits; // none for a position that the instance leaves open
 };
 std::vector<BLACK_BOX_PORT> black_box_ports(const MODULE_VIEW& view, const CDB_SGATE_COMPONENT& component);
 

@@ -173,14 +173,13 @@ bool cut_index(std::string& name, long& index) {
   return true;
 }
 
-/// Ports and buses of the view before this one, each bus counting once.
+/// Ports of ordered connections are named by their positions from 1 on. Instances that leave a position open do not
+/// make its port, so that the ports before this one need not be all.
 int position_of(const Port* port) {
-  Set seen;
-  for (const Port* other : PortsOf(port->Owner())) {
-    if (outermost(other) == outermost(port)) break;
-    seen.Insert(outermost(other));
-  }
-  return static_cast<int>(seen.Size());
+  int number = 0;
+  std::sscanf(outermost(port)->Name(), "p_%d", &number);
+  ZELK_ASSERT_TEXT(number > 0, "Bad port position");
+  return number - 1;
 }
 
 } // namespace

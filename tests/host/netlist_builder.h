@@ -63,6 +63,7 @@ public:
     return add(new CDB_SGATE_IO(CDB_IO_INPUT), name)->retrieve_oterm(CDB_TERM_OUTPUT);
   }
   WIRES inputs(const std::string& name, unsigned width) {
+    declare(name, width);
     WIRES wires(width, WIRE::open());
     for (unsigned i = width; i > 0; i--) wires[i - 1] = input(bit_name(name, i - 1, width));
     return wires;
@@ -71,6 +72,7 @@ public:
     connect(add(new CDB_SGATE_IO(CDB_IO_OUTPUT), name)->retrieve_iterm(CDB_TERM_DATA), wire);
   }
   void outputs(const std::string& name, const WIRES& wires) {
+    declare(name, static_cast<unsigned>(wires.size()));
     for (size_t i = wires.size(); i > 0; i--)
       output(bit_name(name, static_cast<unsigned>(i - 1), static_cast<unsigned>(wires.size())), wires[i - 1]);
   }
@@ -109,6 +111,10 @@ public:
   }
 
 private:
+  void declare(const std::string& name, unsigned width) {
+    if (width != 0) m_result->port_buses.push_back({name, static_cast<int>(width) - 1, 0, false, 0, 0, {}});
+  }
+
   TEST_MODULE m_unit;
   std::unique_ptr<UNIT_RESULT> m_result;
 };

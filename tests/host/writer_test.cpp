@@ -162,7 +162,8 @@ TEST(JsonWriter, HoldsPortsCellsAndNamesOfEveryModule) {
   int a = top["ports"]["a"]["bits"][0];
   EXPECT_EQ(top["cells"]["u 1"]["type"], "child");
   EXPECT_EQ(top["cells"]["u 1"]["connections"]["i"], JSON({"x", a}));
-  EXPECT_EQ(top["cells"]["u2"]["parameters"]["SIZE"], "8");
+  EXPECT_EQ(top["cells"]["u2"]["parameters"]["SIZE"], "00000000000000000000000000001000");
+  EXPECT_EQ(top["cells"]["u2"]["parameters"]["MODE"], "fast");
   EXPECT_EQ(root["modules"]["vendor"]["ports"]["d"]["bits"].size(), 2U);
   EXPECT_EQ(root["modules"]["child"]["ports"]["o"]["bits"], JSON({root["modules"]["child"]["ports"]["i"]["bits"][1],
                                                                   root["modules"]["child"]["ports"]["i"]["bits"][0]}));

@@ -53,7 +53,8 @@ class Program(unittest.TestCase):
     def run_host(self, *arguments, status=0):
         done = subprocess.run([HOST, *arguments], cwd=self.directory, text=True, stdout=subprocess.PIPE,
                               stderr=subprocess.PIPE, timeout=120)
-        self.assertEqual(done.returncode, status, done.stdout + done.stderr)
+        if status is not None:
+            self.assertEqual(done.returncode, status, done.stdout + done.stderr)
         return done
 
     def run_on_terminal(self, *arguments):
@@ -164,6 +165,21 @@ class Settings(Program):
 
 
 
+    def test_the_host_minds_its_own_numbers(self):
+        self.write("module top(input a, output y); box u(.a(a), .y(y)); endmodule\n")
+        self.assertIn("20011", self.run_host("top.v").stderr)
+        self.assertNotIn("20011", self.run_host("--message-off=20011", "top.v").stderr)
+
+    def test_names_of_a_source_do_not_command_the_terminal(self):
+        self.write("module top(output y); assign y = \\a\033[2J ; endmodule\n")
+        self.assertNotIn("\033", self.run_host("top.v", status=None).stderr)
+
+    def test_an_enumeration_may_end_with_its_last_value(self):
+        self.write("module top(output logic [1:0] y); typedef enum logic [1:0] {A, B = 2'd3} t; assign y = B; endmodule\n",
+                   "top.sv")
+        self.assertNotIn("10259", self.run_host("top.sv").stderr)
+
+
 class Terminal(Program):
     ESCAPE = "\033"
 
@@ -183,13 +199,59 @@ class Terminal(Program):
         self.assertNotIn(self.ESCAPE + "[1;31m", self.run_on_terminal("--color=never", "top.v"))
 
 
+class Names(Program):
+    def test_escaped_names_are_no_bits_of_vectors(self):
+        self.write(r"""module top(input p, input \p[0] , input [1:0] v, output \y[1] , output y, output [1:0] w);
+          assign \y[1] = \p[0] ; assign y = p; assign w = v;
+        endmodule
+        """)
+        self.run_host("top.v", "-o", "out.json", "-o", "out.v")
+        ports = json.loads((self.directory / "out.json").read_text())["modules"]["top"]["ports"]
+        self.assertEqual({name: len(port["bits"]) for name, port in ports.items()},
+                         {"p": 1, "p[0]": 1, "v": 2, "y[1]": 1, "y": 1, "w": 2})
+        self.assertIn(r"input \p[0] ;", (self.directory / "out.v").read_text())
+
+    def test_undeclared_modules_keep_places_values_and_all_ports(self):
+        self.write(r"""module top(input a, b, c, output y, z, w);
+          one #(.P(10), .N(-3), .S("a\"b\\n"), .Q(8'h0a), .T("10")) u1(a, , y);
+          one u2(a, b, z);
+          two m1(.a(a), .y(w));
+          two m2(.a(b), .extra(c));
+        endmodule
+        """)
+        self.run_host("top.v", "-o", "out.json", "-o", "out.v")
+        text = (self.directory / "out.v").read_text()
+        self.assertRegex(text, r'\.S\("a\\"b\\\\n"\).* u1\(\\a~ , , \\y~ \);')
+        modules = json.loads((self.directory / "out.json").read_text())["modules"]
+        self.assertEqual(set(modules["two"]["ports"]), {"a", "y", "extra"})
+        self.assertEqual(set(modules["one"]["ports"]), {"$1", "$2", "$3"})
+        self.assertEqual(set(modules["top"]["cells"]["u1"]["connections"]), {"$1", "$3"})
+        self.assertEqual(modules["top"]["cells"]["u1"]["parameters"],
+                         {"P": f"{10:032b}", "N": "1" * 30 + "01", "S": 'a"b\\n', "Q": "00001010", "T": "10 "})
+
+    def test_the_top_is_found_by_exact_case(self):
+        self.write(GOOD)
+        self.assertIn("20004", self.run_host("top.v", "--top", "TOP", status=1).stderr)
+
+    def test_paths_of_lists_may_hold_blanks_and_slashes(self):
+        self.write(GOOD, "some where/top.v")
+        self.write('"some where//top.v" // the only one\n', "all.f")
+        self.run_host("-f", "all.f")
+
+
 class Status(Program):
+    def test_outputs_appear_together_or_not_at_all(self):
+        self.write(GOOD)
+        self.run_host("top.v", "-o", "out.v", "-o", "none/out.json", status=1)
+        self.assertEqual([path.name for path in self.directory.iterdir()], ["top.v"])
+
     def test_status_tells_errors_of_the_design_from_wrong_usage(self):
         self.write(GOOD)
         self.write(TYPO, "typo.v")
         self.run_host("top.v")
         self.run_host("typo.v", status=1)
-        for wrong in (["--sideways", "top.v"], [], ["top.v", "-o", "top.xyz"], ["top.v", "-f", "none.f"]):
+        for wrong in (["--sideways", "top.v"], [], ["top.v", "+libext+.v"], ["top.v", "--option", "INFER_RAMS=maybe"],
+                      ["top.v", "--option", "HDL_MESSAGE_LEVEL=bogus"], ["top.v", "--option", "CONSTANT_LOOP_LIMIT=abc"], ["top.v", "-o", "top.xyz"], ["top.v", "-f", "none.f"]):
             self.assertIn("zelk-host: ", self.run_host(*wrong, status=2).stderr)
 
     def test_warnings_count_as_errors_when_asked(self):
@@ -274,7 +336,8 @@ endmodule
     def values(self, *arguments):
         self.write(self.SOURCE)
         self.run_host("--quiet", *arguments, "top.v", "-o", "out.json")
-        return json.loads((self.directory / "out.json").read_text())["modules"]["top"]["parameter_default_values"]
+        values = json.loads((self.directory / "out.json").read_text())["modules"]["top"]["parameter_default_values"]
+        return {name: str(int(text, 2)) if set(text) <= {"0", "1"} else text for name, text in values.items()}
 
     def constants(self, port):
         """The value of an output that is constant."""

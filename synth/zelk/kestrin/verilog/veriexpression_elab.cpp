@@ -1556,17 +1556,21 @@ void VeriEnumTypeDef::EvaluateMembers() const {
     Error("an enumeration cannot have the base type %s", _base->Image().c_str());
     return;
   }
-  OwnedValue next = VeriValue::FromNumber(0, base->Size(), base->IsSigned());
+  auto number = [&](int value) { return VeriValue::FromNumber(value, base->Size(), base->IsSigned()); };
+  OwnedValue former_value; // of the member before; null for the first
   std::map<std::string, const char*> names;
   for (VeriIdDecl* element : *_elements) {
+    VeriNodeScope node(element);
     VeriIdDef* id = element->GetId()->Current();
-    OwnedValue value = element->Value() ? EvaluateMember(*element, *base) : std::move(next);
+    OwnedValue value = element->Value() ? EvaluateMember(*element, *base)
+                       : former_value   ? VeriValue::Binary(VERI_OPER_PLUS, std::move(former_value), number(1))
+                                        : number(0);
     if (!element->Value() && (!value || value->HasXZ()))
       element->Error("enum name %s needs a value because the one before it is unknown", id->Name());
     if (!value || !value->IsConstant()) value = VeriValue::Digits(base->Size(), VERI_DIGIT_X);
     const auto [former, is_new] = names.emplace(value->BinaryString(), id->Name());
     if (!is_new && !value->HasXZ()) element->Error("enum name %s has the same value as %s", id->Name(), former->second);
-    next = VeriValue::Binary(VERI_OPER_PLUS, value->Copy(), VeriValue::FromNumber(1, base->Size(), base->IsSigned()));
+    former_value = value->Copy();
     id->SetValue(std::make_unique<VeriEnum>(id, std::move(value)));
   }
 }
