@@ -41,18 +41,18 @@ def fails(check, *arguments):
     return False
 
 
-def simulate_beside_gold(mutant, ports, directory):
-    simulate_gate(mutant, ports, directory)
+def simulate_beside_gold(design, mutant, ports, directory):
+    simulate_gate(design, mutant, ports, directory)
     compare(ports, directory)
 
 
 def is_caught(design, mutant, ports, directory):
     """A proof over one step that fails on a mutant whose outputs differ, too, needs no search for longer ones."""
     if design.method == "simulate":
-        return fails(simulate_beside_gold, mutant, ports, directory)
+        return fails(simulate_beside_gold, design, mutant, ports, directory)
     if not fails(prove_at_once, design, mutant, directory):
         return False
-    return (fails(simulate_beside_gold, mutant, ports, directory) or
+    return (fails(simulate_beside_gold, design, mutant, ports, directory) or
             fails(prove, design, mutant, ports, directory))
 
 
