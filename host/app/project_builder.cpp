@@ -70,28 +70,30 @@ bool is_bool(const std::string& value) {
   return gen_stricmp(value.c_str(), "on") == 0 || gen_stricmp(value.c_str(), "off") == 0;
 }
 
-bool is_integer(const std::string& value) {
-  int number = 0;
-  auto [end, problem] = std::from_chars(value.data(), value.data() + value.size(), number);
-  return problem == std::errc() && end == value.data() + value.size();
+/// False when the text is no number or does not fit.
+template <class NUMBER> bool read_number(const std::string& text, NUMBER& number) {
+  auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return problem == std::errc() && end == text.data() + text.size();
 }
 
 void check_option_value(int variable, const std::string& name, const std::string& value) {
   std::string expected;
+  int number = 0;
   switch (acf_get_variable_kind(variable)) {
   case ACF_KIND_BOOL:
     if (!is_bool(value)) expected = "on or off";
     break;
   case ACF_KIND_INTEGER:
-    if (!is_integer(value)) expected = "a number";
+    if (!read_number(value, number)) expected = "a number";
     break;
   case ACF_KIND_ENUM_VALUE: {
     std::vector<int> known;
     acf_get_variable_enum_value_types(&known, variable, 0, 0);
     bool is_known = acf_convert_old_value_to_new(variable, value.c_str(), 0) != nullptr;
-    for (int number : known) {
-      is_known = is_known || gen_stricmp(acf_enum_type_to_user_string(number), value.c_str()) == 0;
-      expected += std::string(expected.empty() ? "" : ", ") + acf_enum_type_to_user_string(number);
+    for (int one : known) {
+      const char* name_of_one = acf_enum_type_to_user_string(one);
+      is_known = is_known || gen_stricmp(name_of_one, value.c_str()) == 0;
+      expected += std::string(expected.empty() ? "" : ", ") + name_of_one;
     }
     if (is_known) return;
     break;
@@ -149,9 +151,8 @@ namespace {
 bool is_host_message(const std::string& number, unsigned& id) {
   constexpr unsigned FIRST_OF_LANGUAGES = 10000;
   constexpr unsigned LAST_OF_LANGUAGES = 10999;
-  auto [end, problem] = std::from_chars(number.data(), number.data() + number.size(), id);
-  bool is_number = problem == std::errc() && end == number.data() + number.size();
-  return is_number && (id < FIRST_OF_LANGUAGES || id > LAST_OF_LANGUAGES) && MSG_ID_REGISTRAR::is_known(id);
+  return read_number(number, id) && (id < FIRST_OF_LANGUAGES || id > LAST_OF_LANGUAGES) &&
+         MSG_ID_REGISTRAR::is_known(id);
 }
 
 } // namespace

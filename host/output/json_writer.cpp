@@ -53,14 +53,13 @@ std::string json_integer(unsigned long value) {
   return digits;
 }
 
-/// The binary digits of a number in a base that is a power of two.
+/// The digits of a number as binary ones; only binary digits can be unknown.
 std::string binary_digits(const std::string& digits, unsigned bits_per_digit) {
   std::string binary;
   for (char digit : digits) {
-    if (digit == '_') continue;
     auto letter = static_cast<char>(std::tolower(static_cast<unsigned char>(digit)));
-    if (letter == 'x' || letter == 'z' || letter == '?') {
-      binary += std::string(bits_per_digit, letter == '?' ? 'z' : letter);
+    if (bits_per_digit == 1) {
+      binary += letter;
       continue;
     }
     int value = letter >= 'a' ? letter - 'a' + 10 : letter - '0';
@@ -69,35 +68,35 @@ std::string binary_digits(const std::string& digits, unsigned bits_per_digit) {
   return binary;
 }
 
+/// A literal with width and base, as the notations of values give it.
+std::string json_literal(const std::string& text, size_t quote) {
+  size_t base = quote + (text[quote + 1] == 's' ? 2 : 1);
+  unsigned bits_per_digit = text[base] == 'h' ? 4 : text[base] == 'o' ? 3 : 1;
+  std::string binary = binary_digits(text.substr(base + 1), bits_per_digit);
+  size_t width = std::strtoul(text.c_str(), nullptr, 10);
+  if (width <= binary.size()) return binary.substr(binary.size() - width);
+  char fill = binary[0] == '1' ? '0' : binary[0];
+  return std::string(width - binary.size(), fill) + binary;
+}
+
 /// A parameter's value: numbers as binary digits, as wide as they are; strings that readers could take for digits with
 /// a blank behind them, which readers drop.
 std::string json_parameter(const std::string& text) {
   PARAMETER_VALUE value = read_parameter_value(text);
-  if (value.kind != 'i') {
+  if (value.kind == 's') {
     size_t end = value.text.find_first_not_of("01xz");
     bool looks_like_digits = end == std::string::npos || value.text.find_first_not_of(' ', end) == std::string::npos;
-    return value.kind == 's' && looks_like_digits ? value.text + " " : value.text;
+    return looks_like_digits ? value.text + " " : value.text;
   }
+  if (value.kind != 'i') return value.text;
   size_t quote = value.text.find('\'');
-  if (quote == std::string::npos) {
-    errno = 0;
-    long long number = std::strtoll(value.text.c_str(), nullptr, 10);
-    if (errno == ERANGE) return value.text;
-    bool is_int = number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<unsigned>::max();
-    return is_int ? json_integer(static_cast<unsigned long>(number))
-                  : std::bitset<64>(static_cast<unsigned long long>(number)).to_string();
-  }
-  size_t base = quote + 1;
-  if (std::tolower(static_cast<unsigned char>(value.text[base])) == 's') base++;
-  static const std::map<char, unsigned> widths = {{'b', 1}, {'o', 3}, {'h', 4}};
-  auto found = widths.find(static_cast<char>(std::tolower(static_cast<unsigned char>(value.text[base]))));
-  if (found == widths.end()) return value.text;
-  std::string binary = binary_digits(value.text.substr(base + 1), found->second);
-  size_t width = std::strtoul(value.text.c_str(), nullptr, 10);
-  if (width == 0 || width == binary.size()) return binary;
-  if (width < binary.size()) return binary.substr(binary.size() - width);
-  char fill = binary[0] == 'x' || binary[0] == 'z' ? binary[0] : '0';
-  return std::string(width - binary.size(), fill) + binary;
+  if (quote != std::string::npos) return json_literal(value.text, quote);
+  errno = 0;
+  long long number = std::strtoll(value.text.c_str(), nullptr, 10);
+  if (errno == ERANGE) return value.text;
+  bool is_int = number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<unsigned>::max();
+  return is_int ? json_integer(static_cast<unsigned long>(number))
+                : std::bitset<64>(static_cast<unsigned long long>(number)).to_string();
 }
 
 JSON attributes_of(const SOURCE_PLACE& place) {
@@ -201,7 +200,7 @@ void JSON_MODULE::write(bool is_top) {
   const MSG_TEXT_LOCATION_SCHEMA& place = result.unit->get_location();
   module["attributes"] = attributes_of({place.get_file(), place.get_line()});
   if (is_top) module["attributes"]["top"] = json_integer(1);
-  if (!result.used_parameters.empty()) {
+  if (!result.exact_parameters.empty()) {
     JSON defaults = JSON::object();
     for (const UNIT_PARAMETER& parameter : result.exact_parameters)
       defaults[parameter.name] = json_parameter(parameter.value);
